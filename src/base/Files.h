@@ -1,0 +1,79 @@
+#pragma once
+
+#include "base/Bytes.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tessera {
+
+// A file that is open for writing; closed with the object. Every operation answers false when
+// the system refused it (disk full, device gone) and leaves the caller to say so.
+class OutputFile {
+public:
+    virtual ~OutputFile() = default;
+    virtual bool write(ByteView bytes) = 0;
+    virtual bool seek(std::uint32_t position) = 0;
+    virtual bool seekToEnd() = 0;
+    // Reads at a position without moving the write position (in-place updates compare first).
+    virtual std::optional<std::vector<std::uint8_t>> readAt(std::uint32_t position, std::uint32_t length) = 0;
+    // To the medium, not just to the system.
+    virtual bool flush() = 0;
+};
+
+struct FileInfo {
+    std::uint64_t size = 0;
+};
+
+// The part of the file system that the library needs; tests put a failing one in its place.
+// Paths are absolute, in the code page, with backslashes.
+class FileSystem {
+public:
+    virtual ~FileSystem() = default;
+
+    virtual bool exists(const std::string& path) = 0; // files and folders
+    virtual std::optional<FileInfo> info(const std::string& path) = 0;
+    // The whole content with one read; none when it cannot be opened or read, or memory is short.
+    virtual std::optional<std::vector<std::uint8_t>> readAll(const std::string& path) = 0;
+    // Created or truncated.
+    virtual std::unique_ptr<OutputFile> create(const std::string& path) = 0;
+    // Must exist; opened for reading and writing, not truncated.
+    virtual std::unique_ptr<OutputFile> openForUpdate(const std::string& path) = 0;
+    // Takes the place of what is there.
+    virtual bool rename(const std::string& from, const std::string& to) = 0;
+    virtual bool remove(const std::string& path) = 0;
+    // The first entry but "." and ".." that the system lists for a pattern with "*" and "?" in its
+    // last component; its name without the folder.
+    virtual std::optional<std::string> findFirst(const std::string& pattern) = 0;
+};
+
+// The real one; lives as long as the process.
+FileSystem& systemFiles();
+
+// Collects small writes in a buffer; blocks of a buffer's size and more go straight through.
+// The first refusal sticks: `good` is false from then on and later writes do nothing.
+class BufferedWriter {
+public:
+    explicit BufferedWriter(OutputFile& file, std::size_t capacity = 64 * 1024);
+
+    void put(std::uint32_t value);
+    void put(std::int32_t value) { put(static_cast<std::uint32_t>(value)); }
+    void putText(std::string_view text); // length, then the bytes
+    void putBlock(ByteView bytes);
+    bool flush(); // the buffer to the file
+    bool good() const { return m_good; }
+    // Number of bytes put so far.
+    std::uint32_t position() const { return m_position; }
+
+private:
+    OutputFile& m_file;
+    std::vector<std::uint8_t> m_buffer;
+    std::size_t m_capacity;
+    std::uint32_t m_position = 0;
+    bool m_good = true;
+};
+
+} // namespace tessera

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "library/Database.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tessera {
+
+// "*" any run, "?" any one character; both texts already upper case.
+bool matchesWildcard(std::string_view text, std::string_view pattern);
+// True when one piece of the list (split at comma, space and semicolon) matches the whole text;
+// case is ignored.
+bool matchesPatternList(std::string_view text, std::string_view patternList);
+
+struct Exclusions {
+    std::vector<std::string> artists; // upper-case pattern lists; entry i belongs to albums[i]
+    std::vector<std::string> albums;
+};
+Exclusions parseExclusions(std::string_view text);
+
+struct FilterSettings {
+    std::string excludedTypes;
+    std::string exclusionList; // path; empty: none
+    bool excludeUnassigned = false;
+    std::int32_t minTracksPerAlbum = 1;
+};
+// Removes the rejected albums with their tracks, and artists left without albums.
+void applyFilters(Library& library, const FilterSettings& settings, JobContext& context);
+
+} // namespace tessera

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "library/Records.h"
+#include "ports/Prompt.h"
+#include "settings/Settings.h"
+#include "ui/Pane.h"
+
+#include <commctrl.h>
+#include <string>
+
+namespace tessera {
+
+class TokenParser;
+
+// The controller as panes, pages and dialogs see it. User-interface thread only, except isBusy.
+class Commands {
+public:
+    virtual ~Commands() = default;
+
+    // True while a worker creates or loads: nobody touches the library then.
+    virtual bool isBusy() const = 0;
+
+    virtual void newDatabase() = 0;
+    virtual void openDatabase() = 0;
+    virtual void exportCurrentList() = 0;
+    virtual void selectPane(int id) = 0;
+    virtual int currentPane() const = 0;
+    virtual void setCurrentView(ListStyle style) = 0;
+    virtual void imageSizeChosen(int index) = 0; // index of the size combo
+    virtual void trackCursor(POINT screen, bool moved) = 0; // to every pane
+
+    virtual GeneralSettings& general() = 0;
+    virtual DatabaseSettings& database() = 0;
+    virtual ArtworkSettings& artwork() = 0;
+    virtual BalloonSettings& balloon() = 0;
+    virtual OverviewSettings& overview() = 0;
+    virtual AlbumDetailsSettings& albumDetails() = 0;
+    virtual HookSettings& hooks() = 0;
+
+    virtual Library& library() = 0;
+    virtual const TokenParser& tokens() const = 0;
+
+    virtual HFONT comboFont() const = 0;
+    virtual HFONT wizardCaptionFont() const = 0;
+    virtual HFONT listFont() const = 0;
+    virtual HFONT boldListFont() const = 0;
+    virtual COLORREF treeBackground() = 0;
+    virtual COLORREF treeText() = 0;
+    virtual COLORREF listSelectedText() = 0;
+    virtual COLORREF listSelectedBackground() = 0;
+    virtual COLORREF frameFace() = 0;
+    // The 25 small icons, 16 by 16; null when they could not be made.
+    virtual HIMAGELIST smallIcons() const = 0;
+    // Height in pixels of the strip for the main pane.
+    virtual int bandHeight() const = 0;
+
+    // Lets the host skin a control of ours when its colours are in use.
+    virtual void skinControl(HWND control) = 0;
+    // The one message box; answers the button pressed.
+    virtual int showMessage(UINT flags, const std::string& text) = 0;
+    virtual HWND ownerWindow() const = 0;
+};
+
+} // namespace tessera
