@@ -31,5 +31,5 @@ void assertionFailed(const char* expression, const char* unit, unsigned long lin
 
 // A programming error: shows the assertion box when the expression is false. UNIT is the source
 // unit's name as users report it.
-#define TESSERA_ASSERT(expression, unit)                                                           \
+#define TESSERA_ASSERT(expression, unit)                                                                     \
     (static_cast<bool>(expression) ? void(0) : ::tessera::assertionFailed(#expression, unit, __LINE__))

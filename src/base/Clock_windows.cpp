@@ -1,0 +1,12 @@
+#include "base/Clock.h"
+
+#include <windows.h>
+
+namespace tessera {
+
+std::uint32_t tickCount()
+{
+    return GetTickCount();
+}
+
+} // namespace tessera

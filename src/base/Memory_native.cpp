@@ -1,0 +1,34 @@
+#include "base/Memory.h"
+
+#include <cstdlib>
+#include <cstring>
+
+namespace tessera {
+
+MemoryBlock MemoryBlock::copyOf(ByteView bytes)
+{
+    MemoryBlock block;
+    if (bytes.empty())
+        return block;
+    block.m_handle = std::malloc(bytes.size());
+    if (block.m_handle == nullptr)
+        return block;
+    std::memcpy(block.m_handle, bytes.data(), bytes.size());
+    block.m_size = static_cast<std::uint32_t>(bytes.size());
+    return block;
+}
+
+std::vector<std::uint8_t> MemoryBlock::bytes() const
+{
+    const auto* memory = static_cast<const std::uint8_t*>(m_handle);
+    return {memory, memory + m_size};
+}
+
+void MemoryBlock::reset()
+{
+    std::free(m_handle);
+    m_handle = nullptr;
+    m_size = 0;
+}
+
+} // namespace tessera

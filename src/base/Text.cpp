@@ -1,0 +1,245 @@
+#include "base/Text.h"
+
+#include "base/CodePage.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+
+namespace tessera {
+
+namespace {
+
+unsigned char byteAt(std::string_view text, std::size_t position)
+{
+    return static_cast<unsigned char>(text[position]);
+}
+
+std::size_t lengthAt(const CodePage& page, std::string_view text, std::size_t position)
+{
+    return page.lead[byteAt(text, position)] && position + 1 < text.size() && text[position + 1] != 0 ? 2 : 1;
+}
+
+std::uint16_t pairAt(std::string_view text, std::size_t position)
+{
+    return static_cast<std::uint16_t>(byteAt(text, position) << 8 | byteAt(text, position + 1));
+}
+
+// Single bytes and pairs as one number that orders single bytes first.
+struct Folded {
+    std::uint16_t character;
+    std::size_t length;
+};
+
+Folded upperAt(const CodePage& page, std::string_view text, std::size_t position)
+{
+    if (page.doubleByte && lengthAt(page, text, position) == 2)
+        return {foldPair(pairAt(text, position), true), 2};
+    return {page.upper[byteAt(text, position)], 1};
+}
+
+std::string fold(std::string_view text, bool upper)
+{
+    const CodePage& page = codePage();
+    const auto& table = upper ? page.upper : page.lower;
+    std::string result(text);
+    for (std::size_t i = 0; i < result.size();) {
+        if (page.doubleByte && lengthAt(page, result, i) == 2) {
+            const std::uint16_t pair = foldPair(pairAt(result, i), upper);
+            result[i] = static_cast<char>(pair >> 8);
+            result[i + 1] = static_cast<char>(pair & 0xFF);
+            i += 2;
+        } else {
+            result[i] = static_cast<char>(table[byteAt(result, i)]);
+            ++i;
+        }
+    }
+    return result;
+}
+
+// Bytes of the text that match the whole pattern at the position; 0 when they do not.
+std::size_t matchAt(const CodePage& page, std::string_view text, std::size_t position,
+                    std::string_view pattern)
+{
+    std::size_t at = position;
+    for (std::size_t i = 0; i < pattern.size();) {
+        if (at >= text.size())
+            return 0;
+        const Folded left = upperAt(page, text, at);
+        const Folded right = upperAt(page, pattern, i);
+        if (left.character != right.character)
+            return 0;
+        at += left.length;
+        i += right.length;
+    }
+    return at - position;
+}
+
+char16_t lowerUnit(char16_t unit)
+{
+    if (unit < 0x80)
+        return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 32) : unit;
+    return foldWideUnit(unit);
+}
+
+} // namespace
+
+std::string toUpper(std::string_view text)
+{
+    return fold(text, true);
+}
+
+std::string toLower(std::string_view text)
+{
+    return fold(text, false);
+}
+
+bool equalNoCase(std::string_view left, std::string_view right)
+{
+    return left.size() == right.size() && compareNoCase(left, right) == 0;
+}
+
+int compareNoCase(std::string_view left, std::string_view right)
+{
+    const CodePage& page = codePage();
+    std::size_t i = 0;
+    std::size_t j = 0;
+    while (i < left.size() && j < right.size()) {
+        const Folded a = upperAt(page, left, i);
+        const Folded b = upperAt(page, right, j);
+        if (a.character != b.character)
+            return a.character < b.character ? -1 : 1;
+        i += a.length;
+        j += b.length;
+    }
+    if (i < left.size())
+        return 1;
+    return j < right.size() ? -1 : 0;
+}
+
+int compareWideNoCase(std::u16string_view left, std::u16string_view right)
+{
+    const std::size_t common = std::min(left.size(), right.size());
+    for (std::size_t i = 0; i < common; ++i) {
+        if (left[i] == right[i])
+            continue;
+        const char16_t a = lowerUnit(left[i]);
+        const char16_t b = lowerUnit(right[i]);
+        if (a != b)
+            return a < b ? -1 : 1;
+    }
+    if (left.size() == right.size())
+        return 0;
+    return left.size() < right.size() ? -1 : 1;
+}
+
+std::u16string foldWide(std::u16string_view text)
+{
+    std::u16string result(text);
+    std::ranges::transform(result, result.begin(), lowerUnit);
+    return result;
+}
+
+std::size_t characterLength(std::string_view text, std::size_t position)
+{
+    return lengthAt(codePage(), text, position);
+}
+
+std::size_t findLastBackslash(std::string_view text)
+{
+    const CodePage& page = codePage();
+    if (!page.doubleByte)
+        return text.rfind('\\');
+    std::size_t last = std::string_view::npos;
+    for (std::size_t i = 0; i < text.size(); i += lengthAt(page, text, i)) {
+        if (text[i] == '\\')
+            last = i;
+    }
+    return last;
+}
+
+void replaceNoCase(std::string_view pattern, std::string_view replacement, std::string& text)
+{
+    if (pattern.empty())
+        return;
+    const CodePage& page = codePage();
+    std::string result;
+    std::size_t copied = 0;
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t matched = matchAt(page, text, i, pattern);
+        if (matched == 0) {
+            i += lengthAt(page, text, i);
+            continue;
+        }
+        result.append(text, copied, i - copied).append(replacement);
+        i += matched;
+        copied = i;
+    }
+    if (copied == 0)
+        return;
+    result.append(text, copied);
+    text = std::move(result);
+}
+
+std::vector<std::string> split(std::string_view text, std::string_view delimiters)
+{
+    const CodePage& page = codePage();
+    std::vector<std::string> pieces;
+    std::size_t start = 0;
+    for (std::size_t i = 0; i <= text.size();) {
+        const bool atEnd = i == text.size();
+        const std::size_t length = atEnd ? 1 : lengthAt(page, text, i);
+        if (atEnd || (length == 1 && delimiters.find(text[i]) != std::string_view::npos)) {
+            if (i > start)
+                pieces.emplace_back(text.substr(start, i - start));
+            start = i + 1;
+        }
+        i += length;
+    }
+    return pieces;
+}
+
+std::string join(const std::vector<std::string>& pieces, std::string_view separator)
+{
+    std::string result;
+    for (const std::string& piece : pieces) {
+        if (&piece != pieces.data())
+            result += separator;
+        result += piece;
+    }
+    return result;
+}
+
+std::string_view trimRight(std::string_view text)
+{
+    const std::size_t last = text.find_last_not_of(" \t\r\n\v\f");
+    return last == std::string_view::npos ? std::string_view{} : text.substr(0, last + 1);
+}
+
+std::string format(const char* pattern, ...)
+{
+    std::va_list arguments;
+    va_start(arguments, pattern);
+    std::string result = formatList(pattern, arguments);
+    va_end(arguments);
+    return result;
+}
+
+std::string formatList(const char* pattern, std::va_list arguments)
+{
+    std::va_list again;
+    va_copy(again, arguments);
+    char shortText[256];
+    const int length = std::vsnprintf(shortText, sizeof shortText, pattern, arguments);
+    std::string result;
+    if (length > 0 && static_cast<std::size_t>(length) < sizeof shortText) {
+        result.assign(shortText, static_cast<std::size_t>(length));
+    } else if (length > 0) {
+        result.resize(static_cast<std::size_t>(length));
+        std::vsnprintf(result.data(), result.size() + 1, pattern, again);
+    }
+    va_end(again);
+    return result;
+}
+
+} // namespace tessera

@@ -1,0 +1,108 @@
+#include "base/CodePage.h"
+#include "base/Text.h"
+
+#include <algorithm>
+#include <iterator>
+
+// Native builds take code page 1252, whatever the system's own encoding is.
+
+namespace tessera {
+
+namespace {
+
+// 0x80 to 0x9F; five of them stand for the control character of the same number.
+constexpr char16_t kHigh[32] = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+                                0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+char16_t wideOf(unsigned char byte)
+{
+    return byte >= 0x80 && byte < 0xA0 ? kHigh[byte - 0x80] : static_cast<char16_t>(byte);
+}
+
+// Below 0 for what the code page does not have.
+int byteOf(char16_t unit)
+{
+    if (unit < 0x80 || (unit >= 0xA0 && unit < 0x100))
+        return unit;
+    const auto* found = std::ranges::find(kHigh, unit);
+    return found == std::end(kHigh) ? -1 : static_cast<int>(0x80 + (found - kHigh));
+}
+
+CodePage makeCodePage()
+{
+    CodePage page;
+    page.lead.fill(false);
+    for (unsigned i = 0; i < 256; ++i)
+        page.upper[i] = page.lower[i] = static_cast<unsigned char>(i);
+    for (unsigned i = 0; i < 256; ++i) {
+        const char16_t unit = wideOf(static_cast<unsigned char>(i));
+        const char16_t lower = unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 32)
+                               : unit < 0x80                ? unit
+                                                            : foldWideUnit(unit);
+        const int byte = byteOf(lower);
+        if (lower == unit || byte < 0)
+            continue;
+        page.lower[i] = static_cast<unsigned char>(byte);
+        page.upper[static_cast<unsigned>(byte)] = static_cast<unsigned char>(i);
+    }
+    return page;
+}
+
+bool between(char16_t unit, unsigned first, unsigned last)
+{
+    return unit >= first && unit <= last;
+}
+
+} // namespace
+
+const CodePage& codePage()
+{
+    static const CodePage page = makeCodePage();
+    return page;
+}
+
+std::uint16_t foldPair(std::uint16_t pair, bool)
+{
+    return pair;
+}
+
+// Latin, Greek and Cyrillic letters.
+char16_t foldWideUnit(char16_t unit)
+{
+    const auto plus = [unit](int distance) { return static_cast<char16_t>(unit + distance); };
+    if ((between(unit, 0xC0, 0xDE) && unit != 0xD7) || between(unit, 0x391, 0x3A1) ||
+        between(unit, 0x3A3, 0x3AB) || between(unit, 0x410, 0x42F))
+        return plus(32);
+    if (between(unit, 0x400, 0x40F))
+        return plus(80);
+    if (unit == 0x178)
+        return 0xFF;
+    const bool evenIsUpper = (between(unit, 0x100, 0x137) && unit != 0x130 && unit != 0x131) ||
+                             between(unit, 0x14A, 0x177) || between(unit, 0x460, 0x481);
+    const bool oddIsUpper = between(unit, 0x139, 0x148) || between(unit, 0x179, 0x17E);
+    if ((evenIsUpper && unit % 2 == 0) || (oddIsUpper && unit % 2 == 1))
+        return plus(1);
+    return unit;
+}
+
+std::string toCodePage(std::u16string_view wide)
+{
+    std::string text(wide.size(), '?');
+    for (std::size_t i = 0; i < wide.size(); ++i) {
+        const int byte = byteOf(wide[i]);
+        if (byte >= 0)
+            text[i] = static_cast<char>(byte);
+    }
+    return text;
+}
+
+std::u16string toWide(std::string_view text)
+{
+    std::u16string wide(text.size(), u'\0');
+    std::ranges::transform(text, wide.begin(), [](char c) { return wideOf(static_cast<unsigned char>(c)); });
+    return wide;
+}
+
+} // namespace tessera
