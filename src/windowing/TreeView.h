@@ -1,0 +1,49 @@
+#pragma once
+
+#include "windowing/Control.h"
+
+namespace tessera {
+
+class TreeView : public Control {
+public:
+    using Control::Control;
+    static constexpr DWORD kTree = TVS_HASLINES | TVS_HASBUTTONS | TVS_LINESATROOT | TVS_SHOWSELALWAYS;
+
+    bool create(HWND parent, UINT id, const RECT& place, DWORD style = kTree,
+                DWORD extended = WS_EX_CLIENTEDGE);
+    HTREEITEM add(HTREEITEM parent, const std::string& text, int image = -1,
+                  LPARAM data = 0) const; // last child
+    std::string text(HTREEITEM item) const;
+    void setText(HTREEITEM item, const std::string& text) const;
+    LPARAM data(HTREEITEM item) const;
+    HTREEITEM selection() const { return reinterpret_cast<HTREEITEM>(send(TVM_GETNEXTITEM, TVGN_CARET)); }
+    void select(HTREEITEM item) const { send(TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(item)); }
+    HTREEITEM root() const { return reinterpret_cast<HTREEITEM>(send(TVM_GETNEXTITEM, TVGN_ROOT)); }
+    HTREEITEM child(HTREEITEM item) const
+    {
+        return reinterpret_cast<HTREEITEM>(send(TVM_GETNEXTITEM, TVGN_CHILD, reinterpret_cast<LPARAM>(item)));
+    }
+    HTREEITEM next(HTREEITEM item) const
+    {
+        return reinterpret_cast<HTREEITEM>(send(TVM_GETNEXTITEM, TVGN_NEXT, reinterpret_cast<LPARAM>(item)));
+    }
+    HTREEITEM parent(HTREEITEM item) const
+    {
+        return reinterpret_cast<HTREEITEM>(
+            send(TVM_GETNEXTITEM, TVGN_PARENT, reinterpret_cast<LPARAM>(item)));
+    }
+    void expand(HTREEITEM item, UINT action = TVE_EXPAND) const
+    {
+        send(TVM_EXPAND, action, reinterpret_cast<LPARAM>(item));
+    }
+    int count() const { return static_cast<int>(send(TVM_GETCOUNT)); }
+    // Collapsed and unselected first, which is what makes it quick.
+    void clear() const;
+    void setImageList(HIMAGELIST list) const
+    {
+        send(TVM_SETIMAGELIST, TVSIL_NORMAL, reinterpret_cast<LPARAM>(list));
+    }
+    void setColours(COLORREF background, COLORREF text) const;
+};
+
+} // namespace tessera
