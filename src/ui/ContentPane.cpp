@@ -1,0 +1,126 @@
+#include "ui/ContentPane.h"
+
+#include "base/Errors.h"
+#include "ui/Commands.h"
+#include "windowing/Drawing.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tessera {
+
+ContentPane::ContentPane(int id, const char* unit, const std::string& title, Commands& commands)
+    : m_id(id),
+      m_pszUnit(unit),
+      m_commands(commands),
+      m_caption{title, ""}
+{
+}
+
+std::span<const MapEntry<ContentPane>> ContentPane::messageMap()
+{
+    static constexpr std::array<MapEntry<ContentPane>, 5> kMap{{
+        {kActivateMessage, &ContentPane::onActivate},
+        {WM_SIZE, &ContentPane::onSize},
+        {WM_ERASEBKGND, &ContentPane::onErase},
+        {WM_PAINT, &ContentPane::onPaint},
+        {WM_SETFOCUS, &ContentPane::onFocus},
+    }};
+    return kMap;
+}
+
+bool ContentPane::createWindow(HWND parent)
+{
+    const WindowStyle style{WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS, WS_EX_CONTROLPARENT};
+    const bool created = create(parent, static_cast<UINT>(m_id), {}, style, m_caption.title);
+    if (!created)
+        assertionFailed("this->GetSafeHwnd()", m_pszUnit, __LINE__);
+    return created;
+}
+
+void ContentPane::settingsChanged()
+{
+    layoutContent(contentRect());
+    InvalidateRect(handle(), nullptr, FALSE);
+}
+
+void ContentPane::setStatus(const std::string& status)
+{
+    m_caption.status = status;
+    const RECT bar = captionRect();
+    InvalidateRect(handle(), &bar, FALSE);
+}
+
+RECT ContentPane::captionRect() const
+{
+    RECT bar = clientRect();
+    bar.bottom = std::min(bar.bottom, static_cast<LONG>(m_caption.height(m_commands)));
+    return bar;
+}
+
+RECT ContentPane::contentRect() const
+{
+    RECT content = clientRect();
+    content.top = captionRect().bottom;
+    return content;
+}
+
+Handled ContentPane::onActivate(const Message& message)
+{
+    if (message.wParam != 0)
+        showPane();
+    else
+        hidePane();
+    return 0;
+}
+
+// The focus goes with the panes: one that hides hands it to the parent, the next one takes it there.
+void ContentPane::showPane()
+{
+    ShowWindow(handle(), SW_SHOWNA);
+    if (GetFocus() == GetParent(handle()) && GetFocus() != nullptr)
+        SetFocus(focusWindow());
+}
+
+void ContentPane::hidePane()
+{
+    const HWND focus = GetFocus();
+    if (focus == handle() || IsChild(handle(), focus))
+        SetFocus(GetParent(handle()));
+    ShowWindow(handle(), SW_HIDE);
+}
+
+Handled ContentPane::onSize(const Message&)
+{
+    layoutContent(contentRect());
+    InvalidateRect(handle(), nullptr, FALSE);
+    return 0;
+}
+
+// Painting covers everything.
+Handled ContentPane::onErase(const Message&)
+{
+    return 1;
+}
+
+Handled ContentPane::onPaint(const Message&)
+{
+    const PaintScope paint(handle());
+    const DoubleBuffer buffer(paint.dc(), clientRect());
+    const RECT content = contentRect();
+    fillRect(buffer.dc(), content, m_commands.treeBackground());
+    paintContent(buffer.dc(), content);
+    m_caption.draw(buffer.dc(), captionRect(), m_commands);
+    return 0;
+}
+
+Handled ContentPane::onFocus(const Message&)
+{
+    const HWND target = focusWindow();
+    if (target == handle())
+        return kDefault;
+    SetFocus(target);
+    return 0;
+}
+
+} // namespace tessera

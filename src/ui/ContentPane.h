@@ -1,0 +1,56 @@
+#pragma once
+
+#include "ui/Pane.h"
+#include "ui/PaneCaption.h"
+#include "windowing/Window.h"
+
+namespace tessera {
+
+class Commands;
+
+// A pane below the main pane: a caption bar and something under it. Hidden until it is told to
+// show itself.
+class ContentPane : public Mapped<ContentPane>, public Pane {
+public:
+    static std::span<const MapEntry<ContentPane>> messageMap();
+
+    int id() const override { return m_id; }
+    HWND window() const override { return handle(); }
+    void settingsChanged() override;
+    void storeState() override {}
+    void reload() override {}
+    void clearRecords() override {}
+    void setView(ListStyle) override {}
+    void trackCursor(POINT, bool) override {}
+
+protected:
+    ContentPane(int id, const char* unit, const std::string& title, Commands& commands);
+
+    // Raises the assertion of the unit when the window cannot be had.
+    bool createWindow(HWND parent);
+    Commands& commands() const { return m_commands; }
+    void setStatus(const std::string& status);
+    // Of the area below the caption, in client coordinates.
+    RECT contentRect() const;
+
+    virtual void layoutContent(const RECT&) {}
+    // The background is there already.
+    virtual void paintContent(HDC, const RECT&) {}
+
+private:
+    Handled onActivate(const Message& message);
+    Handled onSize(const Message& message);
+    Handled onErase(const Message& message);
+    Handled onPaint(const Message& message);
+    Handled onFocus(const Message& message);
+    RECT captionRect() const;
+    void showPane();
+    void hidePane();
+
+    int m_id;
+    const char* m_pszUnit;
+    Commands& m_commands;
+    PaneCaption m_caption;
+};
+
+} // namespace tessera

@@ -1,0 +1,127 @@
+#include "ui/PaneLog.h"
+
+#include "base/Errors.h"
+#include "ui/Commands.h"
+#include "ui/ids.h"
+#include "windowing/Drawing.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+namespace tessera {
+
+namespace {
+
+constexpr UINT kLogChangedMessage = WM_APP + 1;
+constexpr int kDescription = 2;
+constexpr int kLeastDescriptionWidth = 90; // what its header needs
+constexpr struct {
+    const char* title;
+    int width;
+} kColumns[] = {{"Time", 100}, {"Progress", 75}, {"Description", kLeastDescriptionWidth}};
+
+} // namespace
+
+PaneLog::PaneLog(Commands& commands, ActivityLog& log)
+    : Mapped(paneId::kLog, "PaneLog", "Activity Log", commands),
+      m_log(log)
+{
+}
+
+PaneLog::~PaneLog()
+{
+    destroy();
+}
+
+std::span<const MapEntry<PaneLog>> PaneLog::messageMap()
+{
+    static constexpr std::array<MapEntry<PaneLog>, 2> kMap{{
+        {kLogChangedMessage, &PaneLog::onLogChanged},
+        {WM_DESTROY, &PaneLog::onDestroy},
+    }};
+    return kMap;
+}
+
+bool PaneLog::createPane(HWND parent)
+{
+    if (!createWindow(parent))
+        return false;
+    createList();
+    m_log.attach(handle(), kLogChangedMessage);
+    return static_cast<bool>(m_lvwLog);
+}
+
+void PaneLog::createList()
+{
+    if (!m_lvwLog.create(handle(), controlId::kLogList, contentRect(),
+                         ListView::kReport | LVS_NOSORTHEADER | WS_TABSTOP, 0)) {
+        assertionFailed("m_lvwLog.GetSafeHwnd()", "PaneLog", __LINE__);
+        return;
+    }
+    m_lvwLog.setExtendedStyle(LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER);
+    for (const auto& column : kColumns)
+        m_lvwLog.addColumn(column.title, scaled(column.width, handle()));
+    settingsChanged();
+    commands().skinControl(m_lvwLog.handle());
+}
+
+void PaneLog::settingsChanged()
+{
+    m_lvwLog.setFont(commands().listFont());
+    m_lvwLog.setColours(commands().treeBackground(), commands().treeText());
+    ContentPane::settingsChanged();
+}
+
+void PaneLog::layoutContent(const RECT& content)
+{
+    m_lvwLog.move(content);
+    fillColumns();
+}
+
+// The last column takes what the others leave, a scroll bar that may come included.
+void PaneLog::fillColumns()
+{
+    if (!m_lvwLog)
+        return;
+    int left = static_cast<int>(m_lvwLog.clientRect().right);
+    const bool scrolls = (GetWindowLongA(m_lvwLog.handle(), GWL_STYLE) & WS_VSCROLL) != 0;
+    if (!scrolls)
+        left -= GetSystemMetrics(SM_CXVSCROLL);
+    for (int column = 0; column < kDescription; ++column)
+        left -= m_lvwLog.columnWidth(column);
+    m_lvwLog.setColumnWidth(kDescription, std::max(left, scaled(kLeastDescriptionWidth, handle())));
+}
+
+Handled PaneLog::onLogChanged(const Message&)
+{
+    const LogChanges changes = m_log.takeChanges();
+    for (const auto& [row, percent] : changes.percents)
+        m_lvwLog.setText(static_cast<int>(row), 1, format("%d%%", percent));
+    if (!changes.lines.empty())
+        appendRows(changes.lines);
+    return 0;
+}
+
+void PaneLog::appendRows(const std::vector<LogLine>& lines)
+{
+    {
+        // One repaint for many rows; a single one is cheaper drawn by itself.
+        std::optional<RedrawOff> quiet;
+        if (lines.size() > 1)
+            quiet.emplace(m_lvwLog.handle(), false);
+        for (const LogLine& line : lines)
+            m_lvwLog.addRow({line.begin(), line.end()});
+    }
+    m_lvwLog.makeVisible(m_lvwLog.count() - 1);
+    UpdateWindow(m_lvwLog.handle());
+}
+
+Handled PaneLog::onDestroy(const Message&)
+{
+    m_log.detach();
+    m_lvwLog.attach(nullptr);
+    return kDefault;
+}
+
+} // namespace tessera

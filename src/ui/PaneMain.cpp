@@ -1,0 +1,362 @@
+#include "ui/PaneMain.h"
+
+#include "base/Errors.h"
+#include "ui/Colours.h"
+#include "ui/Commands.h"
+#include "ui/ids.h"
+#include "windowing/Drawing.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tessera {
+
+namespace {
+
+constexpr UINT_PTR kTimer = 1;
+constexpr UINT kTimerInterval = 333; // milliseconds
+
+struct MainButton {
+    UINT command = 0; // 0: a gap
+    int image = 0;
+    const char* toolTip = "";
+    BYTE style = BTNS_SEP;
+    bool enabled = false; // when nothing is going on
+};
+
+constexpr MainButton kButtons[] = {
+    {commandId::kOpenDatabase, icon::kOpen, "Open an Tessera database", BTNS_BUTTON, true},
+    {commandId::kNewDatabase, icon::kNew, "Create a new Tessera database", BTNS_BUTTON, true},
+    {},
+    {commandId::kExportList, icon::kSave, "Save the current listview contents", BTNS_BUTTON, true},
+    {},
+    {commandId::kReserved, icon::kReserved, "", BTNS_BUTTON, false},
+    {},
+    {commandId::kViewIcons, icon::kIcons, "Icons", BTNS_CHECKGROUP, true},
+    {commandId::kViewTiles, icon::kTiles, "Tiles", BTNS_CHECKGROUP, true},
+    {commandId::kViewDetails, icon::kDetails, "Details", BTNS_CHECKGROUP, true},
+    {},
+    {commandId::kOptions, icon::kOptions, "Options", BTNS_BUTTON, false},
+    {},
+    {commandId::kAbout, icon::kAbout, "About Tessera", BTNS_BUTTON, false},
+};
+
+constexpr struct {
+    UINT command;
+    ListStyle view;
+} kViews[] = {{commandId::kViewIcons, ListStyle::Icons},
+              {commandId::kViewTiles, ListStyle::Tiles},
+              {commandId::kViewDetails, ListStyle::Details}};
+
+constexpr struct {
+    const char* text;
+    int pane;
+    int image;
+} kPanes[] = {{"Overview", paneId::kOverview, icon::kOverview},
+              {"Album Details", paneId::kAlbumDetails, icon::kAlbum},
+              {"Activity Log", paneId::kLog, icon::kLog}};
+
+constexpr struct {
+    const char* text;
+    int pixels; // 0: the user's own size
+} kImageSizes[] = {{"75x75", 75},   {"100x100", 100}, {"125x125", 125}, {"150x150", 150},
+                   {"175x175", 175}, {"200x200", 200}, {"Custom", 0}};
+
+constexpr int kViewComboWidth = 140;
+constexpr int kImageSizeComboWidth = 100;
+constexpr int kComboHeight = 100; // with the list dropped down
+constexpr int kToolbarWidth = 140;
+constexpr int kToolbarHeight = 30;
+constexpr int kBandBorders = 8; // of a band with an edge round its child
+
+} // namespace
+
+PaneMain::PaneMain(Commands& commands) : m_commands(commands) {}
+
+PaneMain::~PaneMain()
+{
+    destroy();
+}
+
+std::span<const MapEntry<PaneMain>> PaneMain::messageMap()
+{
+    static constexpr IdRange kAnyControl{0, 0xFFFF};
+    static constexpr std::array<MapEntry<PaneMain>, 9> kMap{{
+        {WM_CREATE, &PaneMain::onCreate},
+        {WM_DESTROY, &PaneMain::onDestroy},
+        {WM_SIZE, &PaneMain::onSize},
+        {WM_ERASEBKGND, &PaneMain::onErase},
+        {WM_TIMER, &PaneMain::onTimer},
+        {IdRange{commandId::kNewDatabase, commandId::kOptions}, &PaneMain::onButton},
+        {controlId::kViewCombo, CBN_SELCHANGE, &PaneMain::onPaneChosen},
+        {controlId::kImageSizeCombo, CBN_SELCHANGE, &PaneMain::onImageSizeChosen},
+        {kAnyControl, TTN_GETDISPINFOA, &PaneMain::onToolTip},
+    }};
+    return kMap;
+}
+
+bool PaneMain::createPane(HWND parent)
+{
+    const WindowStyle style{WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_CLIPSIBLINGS, WS_EX_CONTROLPARENT};
+    const bool created = create(parent, paneId::kMain, {}, style);
+    if (!created)
+        assertionFailed("this->GetSafeHwnd()", "PaneMain", __LINE__);
+    return created;
+}
+
+Handled PaneMain::onCreate(const Message& message)
+{
+    createViewCombo();
+    createImageSizeCombo();
+    createToolbar();
+    createRebar();
+    settingsChanged();
+    SetTimer(message.window, kTimer, kTimerInterval, nullptr);
+    return 0;
+}
+
+void PaneMain::createViewCombo()
+{
+    const RECT place{0, 0, scaled(kViewComboWidth, handle()), kComboHeight};
+    if (!m_cboView.create(handle(), controlId::kViewCombo, place, CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP)) {
+        assertionFailed("m_pcboView", "PaneMain", __LINE__);
+        return;
+    }
+    m_cboView.setFont(m_commands.comboFont());
+    m_cboView.setImageList(m_commands.smallIcons());
+    for (const auto& pane : kPanes)
+        m_cboView.add(pane.text, pane.image, pane.pane);
+    showCurrentPane(paneId::kLog);
+}
+
+void PaneMain::createImageSizeCombo()
+{
+    const RECT place{0, 0, scaled(kImageSizeComboWidth, handle()), kComboHeight};
+    if (!m_cboImageSize.create(handle(), controlId::kImageSizeCombo, place,
+                               CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP)) {
+        assertionFailed("m_pcboImageSize", "PaneMain", __LINE__);
+        return;
+    }
+    m_cboImageSize.setFont(m_commands.comboFont());
+    m_cboImageSize.setImageList(m_commands.smallIcons());
+    for (const auto& size : kImageSizes)
+        m_cboImageSize.add(size.text, -1, size.pixels);
+}
+
+void PaneMain::createToolbar()
+{
+    std::array<ToolBarButton, std::size(kButtons)> buttons;
+    std::transform(std::begin(kButtons), std::end(kButtons), buttons.begin(), [](const MainButton& each) {
+        const BYTE state = each.enabled ? TBSTATE_ENABLED : 0;
+        return ToolBarButton{each.command, each.image, each.style, state};
+    });
+    if (!m_tbrMain.create(handle(), controlId::kMainToolbar, buttons, m_commands.smallIcons())) {
+        assertionFailed("m_ptbrMain->GetSafeHwnd()", "PaneMain", __LINE__);
+        return;
+    }
+    m_tbrMain.move({0, 0, kToolbarWidth, kToolbarHeight});
+}
+
+void PaneMain::createRebar()
+{
+    if (!m_rbrMain.create(handle(), controlId::kMainRebar, clientRect())) {
+        assertionFailed("m_prbrMain->GetSafeHwnd()", "PaneMain", __LINE__);
+        return;
+    }
+    m_rbrMain.setFont(m_commands.comboFont());
+    const SIZE buttons = m_tbrMain.size();
+    addBand(m_tbrMain, "", static_cast<int>(buttons.cx), static_cast<int>(buttons.cy));
+    addBand(m_cboImageSize, "Icon Image Size", scaled(kImageSizeComboWidth, handle()), 0);
+    addBand(m_cboView, "Go To", scaled(kViewComboWidth, handle()), 0);
+}
+
+void PaneMain::addBand(const Control& child, const char* title, int width, int height)
+{
+    const RECT own = child.rect();
+    const int tall = height != 0 ? height : static_cast<int>(own.bottom - own.top);
+    m_rbrMain.addBand({child.handle(), title, width, width, tall});
+}
+
+HWND PaneMain::focusWindow() const
+{
+    return m_cboView ? m_cboView.handle() : handle();
+}
+
+Handled PaneMain::onDestroy(const Message& message)
+{
+    KillTimer(message.window, kTimer);
+    m_tbrMain.send(TB_SETIMAGELIST, 0, 0); // the list is the controller's
+    m_tbrMain.destroy();
+    m_cboView.destroy();
+    m_cboImageSize.destroy();
+    m_rbrMain.destroy();
+    return 0;
+}
+
+Handled PaneMain::onSize(const Message& message)
+{
+    const int width = LOWORD(message.lParam);
+    if (width == 0 || HIWORD(message.lParam) == 0)
+        return 0;
+    const RedrawOff quiet(m_rbrMain.handle());
+    m_rbrMain.move({0, 0, width, m_commands.bandHeight()});
+    layoutBands(width);
+    return 0;
+}
+
+// The toolbar takes what the combos leave; the last band would stretch otherwise.
+void PaneMain::layoutBands(int width)
+{
+    int left = width;
+    for (int index = m_rbrMain.bandCount() - 1; index >= 0; --index) {
+        REBARBANDINFOA band{};
+        band.cbSize = REBARBANDINFOA_V3_SIZE;
+        band.fMask = RBBIM_CHILDSIZE | RBBIM_HEADERSIZE;
+        m_rbrMain.send(RB_GETBANDINFOA, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&band));
+        const int wanted = static_cast<int>(band.cxHeader + band.cxMinChild) + kBandBorders;
+        band.fMask = RBBIM_SIZE;
+        band.cx = static_cast<UINT>(index == 0 ? std::max(left, wanted) : wanted);
+        m_rbrMain.send(RB_SETBANDINFOA, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&band));
+        left -= wanted;
+    }
+}
+
+Handled PaneMain::onErase(const Message& message)
+{
+    fillRect(reinterpret_cast<HDC>(message.wParam), clientRect(), m_commands.frameFace());
+    return 1;
+}
+
+// A host call may be waiting while its message loop delivers this.
+Handled PaneMain::onTimer(const Message& message)
+{
+    if (message.wParam != kTimer)
+        return kDefault;
+    refreshCommands();
+    if (m_commands.isBusy())
+        return 0;
+    POINT cursor{};
+    GetCursorPos(&cursor);
+    const bool moved = cursor.x != m_cursor.x || cursor.y != m_cursor.y;
+    m_cursor = cursor;
+    m_commands.trackCursor(cursor, moved);
+    return 0;
+}
+
+Handled PaneMain::onToolTip(NMHDR& header)
+{
+    const auto found = std::find_if(std::begin(kButtons), std::end(kButtons),
+                                    [&](const MainButton& each) { return each.command == header.idFrom; });
+    if (found == std::end(kButtons))
+        return kDefault;
+    notificationAs<NMTTDISPINFOA>(header).lpszText = const_cast<char*>(found->toolTip);
+    return 0;
+}
+
+// Also reached while the buttons are disabled: a command is a message like any other.
+void PaneMain::onButton(const Command& command)
+{
+    const HWND self = handle();
+    if (!m_commands.isBusy())
+        perform(command.id);
+    // The pane may be gone when a dialog was open meanwhile.
+    if (!IsWindow(self))
+        return;
+    m_shown.reset();
+    refreshCommands();
+}
+
+void PaneMain::perform(UINT command)
+{
+    for (const auto& each : kViews) {
+        if (each.command == command)
+            return m_commands.setCurrentView(each.view);
+    }
+    switch (command) {
+    case commandId::kNewDatabase:
+        return m_commands.newDatabase();
+    case commandId::kOpenDatabase:
+        return m_commands.openDatabase();
+    case commandId::kExportList:
+        return m_commands.exportCurrentList();
+    default:
+        return;
+    }
+}
+
+void PaneMain::onPaneChosen(const Command&)
+{
+    const int index = m_cboView.selection();
+    if (m_commands.isBusy() || index < 0)
+        return showCurrentPane(m_commands.currentPane());
+    m_commands.selectPane(static_cast<int>(m_cboView.data(index)));
+    refreshCommands();
+}
+
+void PaneMain::onImageSizeChosen(const Command&)
+{
+    const int index = m_cboImageSize.selection();
+    if (m_commands.isBusy() || index < 0)
+        return m_cboImageSize.select(m_commands.artwork().imageSizeIndex);
+    m_commands.imageSizeChosen(index);
+}
+
+void PaneMain::showCurrentPane(int id)
+{
+    for (int index = 0; index < m_cboView.count(); ++index) {
+        if (m_cboView.data(index) == id && m_cboView.selection() != index)
+            m_cboView.select(index);
+    }
+}
+
+void PaneMain::settingsChanged()
+{
+    const COLORREF face = m_commands.frameFace();
+    m_rbrMain.send(RB_SETBKCOLOR, 0, static_cast<LPARAM>(face));
+    m_rbrMain.send(RB_SETTEXTCOLOR, 0, static_cast<LPARAM>(readableOn(face)));
+    m_cboImageSize.select(m_commands.artwork().imageSizeIndex);
+    m_shown.reset();
+    refreshCommands();
+    InvalidateRect(handle(), nullptr, TRUE);
+    m_rbrMain.invalidate();
+}
+
+void PaneMain::refreshCommands()
+{
+    const State state = currentState();
+    if (m_shown == state)
+        return;
+    m_shown = state;
+    showState(state);
+}
+
+void PaneMain::showState(const State& state)
+{
+    for (const MainButton& button : kButtons) {
+        if (button.command != 0)
+            m_tbrMain.enableButton(button.command, button.enabled && !state.busy);
+    }
+    for (const auto& each : kViews)
+        m_tbrMain.checkButton(each.command, state.view == each.view);
+    m_cboView.enable(!state.busy);
+    m_cboImageSize.enable(!state.busy);
+}
+
+PaneMain::State PaneMain::currentState() const
+{
+    return {m_commands.isBusy(), m_commands.currentPane(), currentView()};
+}
+
+std::optional<ListStyle> PaneMain::currentView() const
+{
+    switch (m_commands.currentPane()) {
+    case paneId::kOverview:
+        return static_cast<ListStyle>(m_commands.overview().listviewStyle);
+    case paneId::kAlbumDetails:
+        return static_cast<ListStyle>(m_commands.albumDetails().listviewStyle);
+    default:
+        return std::nullopt;
+    }
+}
+
+} // namespace tessera

@@ -1,0 +1,76 @@
+#include "FakeCommands.h"
+
+#include <stdexcept>
+
+namespace tessera {
+
+namespace {
+
+HFONT makeFont(const char* face, int height, int weight)
+{
+    return CreateFontA(height, 0, 0, 0, weight, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 0, 0, face);
+}
+
+} // namespace
+
+FakeCommands::FakeCommands()
+    : m_hFontCombo(makeFont("Tahoma", 14, 0)),
+      m_hFontList(makeFont("Tahoma", -11, 400)),
+      m_hFontBold(makeFont("Tahoma", -11, 700))
+{
+}
+
+FakeCommands::~FakeCommands()
+{
+    for (const HFONT font : {m_hFontCombo, m_hFontList, m_hFontBold})
+        DeleteObject(font);
+}
+
+void FakeCommands::setCurrentView(ListStyle style)
+{
+    overviewSettings.listviewStyle = static_cast<int>(style);
+    calls.push_back("view " + std::to_string(static_cast<int>(style)));
+}
+
+void FakeCommands::trackCursor(POINT, bool moved)
+{
+    cursorMoved.push_back(moved);
+}
+
+Library& FakeCommands::library()
+{
+    ++libraryLooks;
+    return records;
+}
+
+const TokenParser& FakeCommands::tokens() const
+{
+    throw std::logic_error("no templates here");
+}
+
+int FakeCommands::showMessage(UINT, const std::string& text)
+{
+    messages.push_back(text);
+    return IDOK;
+}
+
+HWND makeParentWindow(int width, int height)
+{
+    return CreateWindowExA(WS_EX_CONTROLPARENT, "STATIC", "Tessera", WS_POPUP | WS_CLIPCHILDREN, 0, 0, width, height,
+                           nullptr, nullptr, GetModuleHandleA(nullptr), nullptr);
+}
+
+void pumpMessages(DWORD milliseconds)
+{
+    const DWORD start = GetTickCount();
+    MSG message;
+    do {
+        while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+            TranslateMessage(&message);
+            DispatchMessageA(&message);
+        }
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, 5, QS_ALLINPUT);
+    } while (GetTickCount() - start < milliseconds);
+}
+
+} // namespace tessera

@@ -1,0 +1,90 @@
+#pragma once
+
+#include "tokens/TokenParser.h"
+#include "ui/Commands.h"
+
+#include <string>
+#include <vector>
+
+namespace tessera {
+
+// Remembers what panes ask for.
+class FakeCommands : public Commands {
+public:
+    FakeCommands();
+    ~FakeCommands() override;
+
+    bool isBusy() const override { return busy; }
+    void newDatabase() override { calls.emplace_back("new"); }
+    void openDatabase() override { calls.emplace_back("open"); }
+    void exportCurrentList() override { calls.emplace_back("export"); }
+    void selectPane(int id) override
+    {
+        pane = id;
+        calls.push_back("pane " + std::to_string(id));
+    }
+    int currentPane() const override { return pane; }
+    void setCurrentView(ListStyle style) override;
+    void imageSizeChosen(int index) override { calls.push_back("size " + std::to_string(index)); }
+    void trackCursor(POINT screen, bool moved) override;
+
+    GeneralSettings& general() override { return generalSettings; }
+    DatabaseSettings& database() override { return databaseSettings; }
+    ArtworkSettings& artwork() override { return artworkSettings; }
+    BalloonSettings& balloon() override { return balloonSettings; }
+    OverviewSettings& overview() override { return overviewSettings; }
+    AlbumDetailsSettings& albumDetails() override { return albumDetailsSettings; }
+    HookSettings& hooks() override { return hookSettings; }
+
+    Library& library() override;
+    const TokenParser& tokens() const override;
+
+    HFONT comboFont() const override { return m_hFontCombo; }
+    HFONT wizardCaptionFont() const override { return m_hFontBold; }
+    HFONT listFont() const override { return m_hFontList; }
+    HFONT boldListFont() const override { return m_hFontBold; }
+    COLORREF treeBackground() override { return background; }
+    COLORREF treeText() override { return text; }
+    COLORREF listSelectedText() override { return GetSysColor(COLOR_HIGHLIGHT); }
+    COLORREF listSelectedBackground() override { return GetSysColor(COLOR_HIGHLIGHTTEXT); }
+    COLORREF frameFace() override { return face; }
+    HIMAGELIST smallIcons() const override { return icons; }
+    int bandHeight() const override { return 32; }
+    void skinControl(HWND control) override { skinned.push_back(control); }
+    int showMessage(UINT flags, const std::string& text) override;
+    HWND ownerWindow() const override { return owner; }
+
+    bool busy = false;
+    int pane = paneId::kLog;
+    HWND owner = nullptr;
+    HIMAGELIST icons = nullptr;
+    COLORREF background = GetSysColor(COLOR_WINDOW);
+    COLORREF text = GetSysColor(COLOR_WINDOWTEXT);
+    COLORREF face = GetSysColor(COLOR_BTNFACE);
+    mutable int libraryLooks = 0;
+    Library records;
+    std::vector<std::string> calls;
+    std::vector<std::string> messages;
+    std::vector<HWND> skinned;
+    std::vector<bool> cursorMoved;
+
+    GeneralSettings generalSettings;
+    DatabaseSettings databaseSettings;
+    ArtworkSettings artworkSettings;
+    BalloonSettings balloonSettings;
+    OverviewSettings overviewSettings;
+    AlbumDetailsSettings albumDetailsSettings;
+    HookSettings hookSettings;
+
+private:
+    HFONT m_hFontCombo;
+    HFONT m_hFontList;
+    HFONT m_hFontBold;
+};
+
+// A window like the control's, with the sizes that a host gives it.
+HWND makeParentWindow(int width, int height);
+// Handles messages for at least that long.
+void pumpMessages(DWORD milliseconds);
+
+} // namespace tessera
