@@ -10,11 +10,13 @@ inline constexpr const char* kProductName = "Tessera 2.0";
 // What stands behind the boxes; tests and unattended runs put their own in its place.
 class MessageBoxes {
 public:
-    virtual ~MessageBoxes() = default;
     // Answers the button, as MessageBox does.
     virtual int show(HWND owner, UINT flags, const std::string& text, const std::string& caption);
     // Ends the process at once.
     virtual void endProcess();
+
+protected:
+    ~MessageBoxes() = default; // trivial, so that the static one needs no initialiser
 };
 
 // Answers what was there before; null: the system's boxes again.

@@ -12,7 +12,7 @@ HINSTANCE moduleInstance();
 std::string modulePath(HMODULE module);
 std::string programPath();
 
-// A text of the module's version block (English, Western code page), such as "FileVersion"; "" when it is
+// A text of the module's version block (English, Unicode: 040904b0), such as "FileVersion"; "" when it is
 // missing.
 std::string versionString(std::string_view name);
 

@@ -61,11 +61,12 @@ public:
     ~Variant() { VariantClear(&m_value); }
     Variant(Variant&& other) noexcept;
     Variant& operator=(Variant&& other) noexcept;
-    Variant(const Variant&) = delete;
+    Variant(const Variant& other);
     Variant& operator=(const Variant&) = delete;
 
     const VARIANT& get() const { return m_value; }
     VARIANT* put();
+    // The caller owns the value from now on.
     VARIANT release();
 
     // Nothing, a null and an empty variant read as 0, false, "" and no object.

@@ -1,0 +1,107 @@
+#include "system/Threads.h"
+
+#include "base/Text.h"
+#include "system/Border.h"
+#include "system/Variant.h"
+
+#include <new>
+#include <process.h>
+
+namespace tessera {
+
+Event::Event() : m_handle(CreateEventA(nullptr, TRUE, FALSE, nullptr))
+{
+    if (!m_handle) {
+        throw std::bad_alloc();
+    }
+}
+
+bool Event::wait(DWORD milliseconds) const
+{
+    return WaitForSingleObject(m_handle.get(), milliseconds) == WAIT_OBJECT_0;
+}
+
+bool waitAnsweringSentMessages(HANDLE handle, DWORD milliseconds)
+{
+    const DWORD start = GetTickCount();
+    for (;;) {
+        const DWORD passed = GetTickCount() - start;
+        const DWORD left =
+            milliseconds == INFINITE ? INFINITE : milliseconds - std::min(passed, milliseconds);
+        const DWORD answer = MsgWaitForMultipleObjects(1, &handle, FALSE, left, QS_SENDMESSAGE);
+        if (answer != WAIT_OBJECT_0 + 1) {
+            return answer == WAIT_OBJECT_0;
+        }
+        MSG ignored; // looking at the queue is what delivers sent messages
+        PeekMessageA(&ignored, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
+    }
+}
+
+namespace {
+
+struct Start {
+    std::string name;
+    std::function<void()> work;
+};
+
+void nameThisThread(const std::string& name)
+{
+    using SetDescription = HRESULT(WINAPI*)(HANDLE, PCWSTR); // younger than the systems we run on
+    const auto set = reinterpret_cast<SetDescription>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("kernel32.dll"), "SetThreadDescription")));
+    if (set) {
+        set(GetCurrentThread(), systemWide(toWide(name)));
+    }
+}
+
+unsigned __stdcall runThread(void* argument) noexcept
+{
+    threadBorder([argument] {
+        const std::unique_ptr<Start> start(static_cast<Start*>(argument));
+        nameThisThread(start->name);
+        start->work();
+    });
+    return 0;
+}
+
+} // namespace
+
+Thread::Thread(const std::string& name, std::function<void()> work)
+{
+    auto start = std::make_unique<Start>(Start{name, std::move(work)});
+    unsigned id = 0;
+    m_handle.reset(reinterpret_cast<HANDLE>(_beginthreadex(nullptr, 0, &runThread, start.get(), 0, &id)));
+    if (!m_handle) {
+        throw std::bad_alloc();
+    }
+    (void)start.release(); // the thread's from here
+    m_id = id;
+}
+
+Thread& Thread::operator=(Thread&& other) noexcept
+{
+    if (this != &other) {
+        join();
+        m_handle = std::move(other.m_handle);
+        m_id = std::exchange(other.m_id, 0);
+    }
+    return *this;
+}
+
+bool Thread::running() const
+{
+    return m_handle && WaitForSingleObject(m_handle.get(), 0) == WAIT_TIMEOUT;
+}
+
+bool Thread::waitAnsweringSentMessages(DWORD milliseconds) const
+{
+    return !m_handle || tessera::waitAnsweringSentMessages(m_handle.get(), milliseconds);
+}
+
+void Thread::join()
+{
+    waitAnsweringSentMessages();
+    m_handle.reset();
+}
+
+} // namespace tessera
