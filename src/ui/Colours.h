@@ -7,7 +7,9 @@ namespace tessera {
 // `percent` of `second` in `first`.
 inline COLORREF mixed(COLORREF first, COLORREF second, int percent)
 {
-    const auto part = [percent](int a, int b) { return static_cast<BYTE>((a * (100 - percent) + b * percent) / 100); };
+    const auto part = [percent](int a, int b) {
+        return static_cast<BYTE>((a * (100 - percent) + b * percent) / 100);
+    };
     return RGB(part(GetRValue(first), GetRValue(second)), part(GetGValue(first), GetGValue(second)),
                part(GetBValue(first), GetBValue(second)));
 }

@@ -10,10 +10,7 @@
 namespace tessera {
 
 ContentPane::ContentPane(int id, const char* unit, const std::string& title, Commands& commands)
-    : m_id(id),
-      m_pszUnit(unit),
-      m_commands(commands),
-      m_caption{title, ""}
+    : m_id(id), m_pszUnit(unit), m_commands(commands), m_caption{title, ""}
 {
 }
 

@@ -26,15 +26,17 @@ struct Lines {
 Lines linesFor(std::size_t albums, std::size_t artists)
 {
     if (albums == 0)
-        return {"No albums to show yet", "Create an album database from your music library, or open one, with the "
-                                         "buttons at the top left."};
+        return {"No albums to show yet",
+                "Create an album database from your music library, or open one, with the "
+                "buttons at the top left."};
     return {counted(albums, "album") + " by " + counted(artists, "artist"), ""};
 }
 
 int drawCentred(HDC dc, HFONT font, const std::string& text, RECT place)
 {
     const SelectScope selected(dc, font);
-    return DrawTextA(dc, text.c_str(), static_cast<int>(text.size()), &place, DT_CENTER | DT_WORDBREAK | DT_NOPREFIX);
+    return DrawTextA(dc, text.c_str(), static_cast<int>(text.size()), &place,
+                     DT_CENTER | DT_WORDBREAK | DT_NOPREFIX);
 }
 
 } // namespace

@@ -24,8 +24,7 @@ constexpr struct {
 } // namespace
 
 PaneLog::PaneLog(Commands& commands, ActivityLog& log)
-    : Mapped(paneId::kLog, "PaneLog", "Activity Log", commands),
-      m_log(log)
+    : Mapped(paneId::kLog, "PaneLog", "Activity Log", commands), m_log(log)
 {
 }
 

@@ -59,7 +59,7 @@ constexpr struct {
 constexpr struct {
     const char* text;
     int pixels; // 0: the user's own size
-} kImageSizes[] = {{"75x75", 75},   {"100x100", 100}, {"125x125", 125}, {"150x150", 150},
+} kImageSizes[] = {{"75x75", 75},    {"100x100", 100}, {"125x125", 125}, {"150x150", 150},
                    {"175x175", 175}, {"200x200", 200}, {"Custom", 0}};
 
 constexpr int kViewComboWidth = 140;
@@ -118,7 +118,8 @@ Handled PaneMain::onCreate(const Message& message)
 void PaneMain::createViewCombo()
 {
     const RECT place{0, 0, scaled(kViewComboWidth, handle()), kComboHeight};
-    if (!m_cboView.create(handle(), controlId::kViewCombo, place, CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP)) {
+    if (!m_cboView.create(handle(), controlId::kViewCombo, place,
+                          CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP)) {
         assertionFailed("m_pcboView", "PaneMain", __LINE__);
         return;
     }

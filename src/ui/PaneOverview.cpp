@@ -5,7 +5,10 @@
 
 namespace tessera {
 
-PaneOverview::PaneOverview(Commands& commands) : Mapped(paneId::kOverview, "PaneOverview", "Overview", commands) {}
+PaneOverview::PaneOverview(Commands& commands)
+    : Mapped(paneId::kOverview, "PaneOverview", "Overview", commands)
+{
+}
 
 PaneOverview::~PaneOverview()
 {

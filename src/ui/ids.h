@@ -27,7 +27,7 @@ inline constexpr int kAbout = 57664;
 } // namespace commandId
 
 namespace resourceId {
-inline constexpr int kSmallIcons = 110; // bitmap: 25 icons of 16 by 16 in one row
+inline constexpr int kSmallIcons = 110;  // bitmap: 25 icons of 16 by 16 in one row
 inline constexpr int kListButtons = 111; // bitmap: new, delete, move up, move down on the colour 0xC0C0C0
 } // namespace resourceId
 

@@ -39,12 +39,8 @@ TEST_F(ActivityLogTest, TimeStartsAgainAtEachFullHourAndSurvivesTheTickCountersW
     const struct {
         std::uint32_t elapsed;
         const char* text;
-    } cases[] = {{0, "00:00.000"},
-                 {999, "00:00.999"},
-                 {61'002, "01:01.002"},
-                 {3'599'999, "59:59.999"},
-                 {3'600'000, "00:00.000"},
-                 {3'600'500, "00:00.500"},
+    } cases[] = {{0, "00:00.000"},         {999, "00:00.999"},       {61'002, "01:01.002"},
+                 {3'599'999, "59:59.999"}, {3'600'000, "00:00.000"}, {3'600'500, "00:00.500"},
                  {7'261'001, "01:01.001"}};
     for (const auto& each : cases)
         EXPECT_EQ(logTimeText(each.elapsed), each.text);

@@ -56,8 +56,8 @@ int FakeCommands::showMessage(UINT, const std::string& text)
 
 HWND makeParentWindow(int width, int height)
 {
-    return CreateWindowExA(WS_EX_CONTROLPARENT, "STATIC", "Tessera", WS_POPUP | WS_CLIPCHILDREN, 0, 0, width, height,
-                           nullptr, nullptr, GetModuleHandleA(nullptr), nullptr);
+    return CreateWindowExA(WS_EX_CONTROLPARENT, "STATIC", "Tessera", WS_POPUP | WS_CLIPCHILDREN, 0, 0, width,
+                           height, nullptr, nullptr, GetModuleHandleA(nullptr), nullptr);
 }
 
 void pumpMessages(DWORD milliseconds)

@@ -1,0 +1,90 @@
+#include "FakeCommands.h"
+#include "ui/ActivityLog.h"
+#include "ui/PaneAlbumDetails.h"
+#include "ui/PaneOverview.h"
+#include "windowing/Control.h"
+
+#include <gtest/gtest.h>
+
+namespace tessera {
+namespace {
+
+class ContentPaneTest : public testing::Test {
+protected:
+    ContentPaneTest()
+    {
+        m_hParent = makeParentWindow(600, 400);
+        m_overview.createPane(m_hParent);
+        m_details.createPane(m_hParent);
+        for (const HWND window : {m_overview.window(), m_details.window()})
+            MoveWindow(window, 0, 32, 600, 368, TRUE);
+        ShowWindow(m_hParent, SW_SHOW);
+    }
+    ~ContentPaneTest() override { DestroyWindow(m_hParent); }
+
+    void addAlbums(int count)
+    {
+        for (int id = 1; id <= count; ++id)
+            m_commands.records.albums[id] = std::make_unique<Album>();
+        m_commands.records.artists[1] = std::make_unique<Artist>();
+    }
+
+    FakeCommands m_commands;
+    HWND m_hParent = nullptr;
+    PaneOverview m_overview{m_commands};
+    PaneAlbumDetails m_details{m_commands};
+};
+
+TEST_F(ContentPaneTest, PanesShowOnDemandUnderTheirIds)
+{
+    EXPECT_EQ(GetDlgItem(m_hParent, 1000), m_overview.window());
+    EXPECT_EQ(GetDlgItem(m_hParent, 2000), m_details.window());
+    EXPECT_EQ(windowText(m_overview.window()), "Overview");
+    EXPECT_FALSE(IsWindowVisible(m_overview.window()));
+    SendMessageA(m_overview.window(), WM_USER, 1, 0);
+    EXPECT_TRUE(IsWindowVisible(m_overview.window()));
+    SendMessageA(m_overview.window(), WM_USER, 0, 0);
+    EXPECT_FALSE(IsWindowVisible(m_overview.window()));
+}
+
+TEST_F(ContentPaneTest, RebuildOfTheTreesIsLogged)
+{
+    ActivityLog log;
+    const auto job = log.newJob();
+    addAlbums(3);
+    m_details.rebuildTrees(*job);
+    m_details.reload();
+    const auto lines = log.takeChanges().lines;
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_EQ(lines[0][2], "Sorting");
+}
+
+TEST_F(ContentPaneTest, LibraryIsLeftAloneWhileBusyAndByPainting)
+{
+    addAlbums(2);
+    m_overview.reload();
+    m_details.reload();
+    SendMessageA(m_overview.window(), WM_USER, 1, 0);
+    m_commands.libraryLooks = 0;
+    RedrawWindow(m_overview.window(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+    m_commands.busy = true;
+    m_overview.reload();
+    m_details.reload();
+    m_overview.clearRecords();
+    m_details.clearRecords();
+    m_overview.setView(ListStyle::Icons);
+    m_overview.settingsChanged();
+    RedrawWindow(m_overview.window(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+    EXPECT_EQ(m_commands.libraryLooks, 0);
+}
+
+TEST_F(ContentPaneTest, ViewIsRememberedByTheSettingsOfThePane)
+{
+    m_overview.setView(ListStyle::Details);
+    m_details.setView(ListStyle::Icons);
+    EXPECT_EQ(m_commands.overviewSettings.listviewStyle, 1);
+    EXPECT_EQ(m_commands.albumDetailsSettings.listviewStyle, 0);
+}
+
+} // namespace
+} // namespace tessera
