@@ -1,5 +1,7 @@
 #include "base/Dates.h"
 
+#include <chrono>
+
 namespace tessera {
 
 DateParts splitDate(std::int32_t date)
@@ -10,6 +12,16 @@ DateParts splitDate(std::int32_t date)
 std::int32_t joinDate(DateParts parts)
 {
     return parts.year * 10000 + parts.month * 100 + parts.day;
+}
+
+bool isDate(DateParts parts)
+{
+    if (parts.year < 1601 || parts.year > 9999 || parts.month < 1 || parts.day < 1)
+        return false;
+    return std::chrono::year_month_day{std::chrono::year(parts.year),
+                                       std::chrono::month(static_cast<unsigned>(parts.month)),
+                                       std::chrono::day(static_cast<unsigned>(parts.day))}
+        .ok();
 }
 
 } // namespace tessera

@@ -13,6 +13,8 @@ struct DateParts {
 };
 DateParts splitDate(std::int32_t date);
 std::int32_t joinDate(DateParts parts);
+// A day of the calendar from 1601 to 9999, which is what the system formats.
+bool isDate(DateParts parts);
 
 // In the user's long date format; empty for 0 and for what is no date.
 std::string longDate(std::int32_t date);

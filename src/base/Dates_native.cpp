@@ -14,13 +14,11 @@ std::string longDate(std::int32_t date)
                                               "May",       "June",     "July",     "August",
                                               "September", "October",  "November", "December"};
     const DateParts parts = splitDate(date);
-    if (parts.year < 1601 || parts.year > 9999 || parts.month < 1 || parts.day < 1)
+    if (!isDate(parts))
         return {};
     const std::chrono::year_month_day day{std::chrono::year(parts.year),
                                           std::chrono::month(static_cast<unsigned>(parts.month)),
                                           std::chrono::day(static_cast<unsigned>(parts.day))};
-    if (!day.ok())
-        return {};
     const unsigned weekday = std::chrono::weekday(std::chrono::sys_days(day)).c_encoding();
     return format("%s, %s %d, %d", kDays[weekday], kMonths[parts.month - 1], parts.day, parts.year);
 }

@@ -7,7 +7,7 @@ namespace tessera {
 std::string longDate(std::int32_t date)
 {
     const DateParts parts = splitDate(date);
-    if (parts.year < 1601 || parts.year > 9999)
+    if (!isDate(parts))
         return {};
     SYSTEMTIME time{};
     time.wYear = static_cast<WORD>(parts.year);

@@ -1,0 +1,55 @@
+#include "base/Text.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+using namespace tessera;
+
+namespace {
+
+// Japanese, where 5C and the letters of ASCII are trail bytes: 83 5C is one character.
+class DoubleByteText : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (GetACP() != 932)
+            GTEST_SKIP() << "needs code page 932";
+    }
+};
+
+} // namespace
+
+TEST_F(DoubleByteText, TrailBytesAreNotFolded)
+{
+    EXPECT_EQ(toUpper("a\x83\x61z"), "A\x83\x61Z"); // 61 is a trail byte and a small "a"
+    EXPECT_EQ(toLower("A\x83\x41Z"), "a\x83\x41z");
+    EXPECT_EQ(toUpper("\x82\x81"), "\x82\x60"); // full-width letters have two cases
+    EXPECT_FALSE(equalNoCase("\x83\x61", "\x83\x41"));
+    EXPECT_TRUE(equalNoCase("\x82\x81x", "\x82\x60X"));
+    EXPECT_EQ(toUpper("x\x83"), "X\x83"); // a lead byte without a trail byte
+}
+
+TEST_F(DoubleByteText, TrailBytesAreNoBackslashesAndNoDelimiters)
+{
+    EXPECT_EQ(findLastBackslash("C:\\\x83\x5C.mp3"), 2u);
+    EXPECT_EQ(findLastBackslash("\x83\x5C"), std::string::npos);
+    EXPECT_EQ(split("\x83\x5C\\b", "\\"), (std::vector<std::string>{"\x83\x5C", "b"}));
+    EXPECT_EQ(characterLength("\x83\x5C", 0), 2u);
+    EXPECT_EQ(characterLength("\x83", 0), 1u);
+}
+
+TEST_F(DoubleByteText, ReplaceMatchesWholeCharacters)
+{
+    std::string text = "\x83\x61\x61";
+    replaceNoCase("a", "b", text);
+    EXPECT_EQ(text, "\x83\x61"
+                    "b");
+}
+
+TEST_F(DoubleByteText, ConvertsBothWays)
+{
+    EXPECT_EQ(toCodePage(u"\u30BD\u65E5"), "\x83\x5C\x93\xFA");
+    EXPECT_EQ(toWide("\x83\x5C\x93\xFA"), u"\u30BD\u65E5");
+    EXPECT_EQ(toCodePage(u"\u00E9"), "?");
+}

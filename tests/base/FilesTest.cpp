@@ -1,0 +1,158 @@
+#include "base/Files.h"
+
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+using namespace tessera;
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+Bytes bytes(std::string_view text)
+{
+    return {text.begin(), text.end()};
+}
+
+// Refuses every write behind a number of bytes, as a full disk does.
+class FullDisk : public OutputFile {
+public:
+    explicit FullDisk(std::size_t room) : m_room(room) {}
+    bool write(ByteView data) override
+    {
+        ++writes;
+        if (content.size() + data.size() > m_room)
+            return false;
+        content.insert(content.end(), data.begin(), data.end());
+        return true;
+    }
+    bool seek(std::uint32_t) override { return false; }
+    bool seekToEnd() override { return false; }
+    std::optional<Bytes> readAt(std::uint32_t, std::uint32_t) override { return std::nullopt; }
+    bool flush() override { return true; }
+
+    Bytes content;
+    int writes = 0;
+
+private:
+    std::size_t m_room;
+};
+
+class Files : public testing::Test {
+protected:
+    FileSystem& files = systemFiles();
+    TemporaryFolder folder{"files"};
+
+    void put(const std::string& name, std::string_view text)
+    {
+        const auto file = files.create(folder.file(name));
+        ASSERT_NE(file, nullptr);
+        ASSERT_TRUE(file->write(bytes(text)));
+    }
+};
+
+} // namespace
+
+TEST_F(Files, WritesUpdatesAndReads)
+{
+    const std::string path = folder.file("a.ts2");
+    put("a.ts2", "0123456789");
+    {
+        const auto file = files.openForUpdate(path);
+        ASSERT_NE(file, nullptr);
+        ASSERT_TRUE(file->seek(3));
+        EXPECT_EQ(file->readAt(5, 2), bytes("56"));
+        ASSERT_TRUE(file->write(bytes("ab"))); // at 3: the read has not moved it
+        ASSERT_TRUE(file->write(bytes("c")));
+        EXPECT_EQ(file->readAt(2, 5), bytes("2abc6"));
+        ASSERT_TRUE(file->seekToEnd());
+        ASSERT_TRUE(file->write(bytes("!")));
+        EXPECT_FALSE(file->readAt(9, 3).has_value());
+        EXPECT_FALSE(file->readAt(0xFFFFFFFF, 0xFFFFFFFF).has_value());
+        EXPECT_TRUE(file->flush());
+    }
+    EXPECT_EQ(files.readAll(path), bytes("012abc6789!"));
+    EXPECT_EQ(files.info(path)->size, 11u);
+}
+
+TEST_F(Files, CreateTruncatesAndUpdateNeedsAFile)
+{
+    put("a", "long content");
+    put("a", "x");
+    EXPECT_EQ(files.readAll(folder.file("a")), bytes("x"));
+    EXPECT_EQ(files.openForUpdate(folder.file("none")), nullptr);
+    EXPECT_FALSE(files.exists(folder.file("none")));
+    EXPECT_EQ(files.create(folder.file("no\\folder")), nullptr);
+}
+
+TEST_F(Files, WhatCannotBeReadIsNone)
+{
+    EXPECT_FALSE(files.readAll(folder.file("none")).has_value());
+    EXPECT_FALSE(files.readAll(folder.path()).has_value());
+    EXPECT_FALSE(files.info(folder.file("none")).has_value());
+    put("empty", "");
+    EXPECT_EQ(files.readAll(folder.file("empty")), Bytes{});
+}
+
+TEST_F(Files, RenameTakesThePlaceOfWhatIsThere)
+{
+    put("new", "new");
+    put("old", "old");
+    EXPECT_TRUE(files.rename(folder.file("new"), folder.file("old")));
+    EXPECT_FALSE(files.exists(folder.file("new")));
+    EXPECT_EQ(files.readAll(folder.file("old")), bytes("new"));
+    EXPECT_FALSE(files.rename(folder.file("new"), folder.file("old")));
+    EXPECT_TRUE(files.remove(folder.file("old")));
+    EXPECT_FALSE(files.remove(folder.file("old")));
+}
+
+TEST_F(Files, FindFirstMatchesTheLastComponent)
+{
+    put("Album Front.JPG", "");
+    put("readme.txt", "");
+    EXPECT_EQ(files.findFirst(folder.file("*front*.jpg")), "Album Front.JPG");
+    EXPECT_EQ(files.findFirst(folder.file("read??.txt")), "readme.txt");
+    EXPECT_FALSE(files.findFirst(folder.file("*.png")).has_value());
+    EXPECT_FALSE(files.findFirst(folder.file("none\\*")).has_value());
+    // Never the folder itself or the one above it.
+    const auto any = files.findFirst(folder.file("*"));
+    ASSERT_TRUE(any.has_value());
+    EXPECT_NE(*any, ".");
+    TemporaryFolder empty("empty");
+    EXPECT_FALSE(files.findFirst(empty.file("*")).has_value());
+}
+
+TEST(BufferedWriter, CollectsSmallWritesAndPassesLargeOnesOn)
+{
+    FullDisk disk(1000);
+    BufferedWriter writer(disk, 16);
+    writer.put(std::uint32_t{0x04030201});
+    writer.put(std::int32_t{-1});
+    writer.putText("ab");
+    EXPECT_EQ(disk.writes, 0);
+    const Bytes large(20, 7);
+    writer.putBlock(large);
+    EXPECT_EQ(disk.writes, 2); // what was collected, then the block itself
+    writer.putText("");
+    EXPECT_EQ(writer.position(), 38u);
+    EXPECT_TRUE(writer.flush());
+    const std::string_view expected(
+        "\1\2\3\4\xFF\xFF\xFF\xFF\2\0\0\0ab\7\7\7\7\7\7\7\7\7\7\7\7\7\7\7\7\7\7\7\7\0\0\0\0", 38);
+    EXPECT_EQ(disk.content, bytes(expected));
+}
+
+TEST(BufferedWriter, TheFirstRefusalSticks)
+{
+    FullDisk disk(16);
+    BufferedWriter writer(disk, 16);
+    for (int i = 0; i < 8; ++i)
+        writer.put(std::int32_t{i});
+    EXPECT_FALSE(writer.flush());
+    EXPECT_FALSE(writer.good());
+    const int writes = disk.writes;
+    writer.putText("more");
+    EXPECT_FALSE(writer.flush());
+    EXPECT_EQ(disk.writes, writes);
+    EXPECT_EQ(disk.content.size(), 16u);
+}

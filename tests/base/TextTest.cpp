@@ -1,0 +1,158 @@
+#include "base/Text.h"
+
+#include <gtest/gtest.h>
+
+using namespace tessera;
+
+// Bytes above ASCII are code page 1252 here; the tests of double-byte code pages are apart.
+
+#ifdef _WIN32
+#include <windows.h>
+#define NEEDS_1252()                                                                                         \
+    if (GetACP() != 1252)                                                                                    \
+    GTEST_SKIP() << "needs code page 1252"
+#else
+#define NEEDS_1252() static_cast<void>(0)
+#endif
+
+namespace {
+
+int sign(int value)
+{
+    return (value > 0) - (value < 0);
+}
+
+} // namespace
+
+TEST(Text, CaseFoldsInTheCodePage)
+{
+    NEEDS_1252();
+    EXPECT_EQ(toUpper("Caf\xE9 \x9C\x9A\x9E\xFF 1[{"), "CAF\xC9 \x8C\x8A\x8E\x9F 1[{");
+    EXPECT_EQ(toLower("\xC0\xD6\xDE \x8C\x9F Z@"), "\xE0\xF6\xFE \x9C\xFF z@");
+    // Signs, and letters whose other case the code page does not have.
+    EXPECT_EQ(toUpper("\xD7\xF7\xDF\xA9"), "\xD7\xF7\xDF\xA9");
+    EXPECT_EQ(toLower("\xD7\xF7\xDF\xA9"), "\xD7\xF7\xDF\xA9");
+    EXPECT_EQ(toUpper(std::string_view("a\0b", 3)), std::string_view("A\0B", 3));
+}
+
+TEST(Text, ComparisonIgnoresCaseAndOrdersByUpperCase)
+{
+    NEEDS_1252();
+    const struct {
+        const char* left;
+        const char* right;
+        int order;
+    } cases[] = {
+        {"", "", 0},         {"", "a", -1},     {"LUMEN", "lumen", 0}, {"lumen", "lumena", -1},
+        {"b", "A", 1},       {"_", "a", 1}, // "_" is behind the capitals
+        {"\xE9", "\xC9", 0}, {"z", "\xC0", -1}, {"a b", "a\tb", 1},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.left) + " / " + c.right);
+        EXPECT_EQ(sign(compareNoCase(c.left, c.right)), c.order);
+        EXPECT_EQ(sign(compareNoCase(c.right, c.left)), -c.order);
+        EXPECT_EQ(equalNoCase(c.left, c.right), c.order == 0);
+    }
+}
+
+TEST(Text, WideComparisonFoldsEachUnitToLowerCase)
+{
+    const struct {
+        std::u16string_view left;
+        std::u16string_view right;
+        int order;
+    } cases[] = {
+        {u"", u"", 0},
+        {u"a", u"AB", -1},
+        {u"_", u"A", -1}, // "_" is before the small letters
+        {u"\u00C4rger", u"\u00E4RGER", 0},
+        {u"\u0160", u"\u0161", 0},
+        {u"\u0416", u"\u0436", 0},
+        {u"\u03A9", u"\u03C9", 0},
+        {u"\u00DF", u"ss", 1},
+        {u"\xD83D\xDE00", u"\uE000", -1}, // by unit, not by code point
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(&c - cases);
+        EXPECT_EQ(sign(compareWideNoCase(c.left, c.right)), c.order);
+        EXPECT_EQ(sign(compareWideNoCase(c.right, c.left)), -c.order);
+        EXPECT_EQ(foldWide(c.left) == foldWide(c.right), c.order == 0);
+    }
+}
+
+TEST(Text, OnlyWhatIsInTheCodePageComesBackUnchanged)
+{
+    NEEDS_1252();
+    EXPECT_EQ(toCodePage(u"\u20AC\u0153\u0178\u00E9\u2019A"), "\x80\x9C\x9F\xE9\x92"
+                                                              "A");
+    EXPECT_EQ(toWide("\x80\x9C\x9F\xE9\x92"), u"\u20AC\u0153\u0178\u00E9\u2019");
+    // No look-alikes: a name with one would be another file's.
+    EXPECT_EQ(toCodePage(u"\u0101\u2032\uFF21\u65E5"), "????");
+    EXPECT_EQ(toCodePage(u"\xD83D\xDE00."), "??.");
+    EXPECT_EQ(toCodePage({}), "");
+    for (int byte = 1; byte < 256; ++byte) {
+        const std::string text(1, static_cast<char>(byte));
+        EXPECT_EQ(toCodePage(toWide(text)), text) << byte;
+    }
+}
+
+TEST(Text, ReplaceGoesOnBehindTheInsertedText)
+{
+    const struct {
+        const char* pattern;
+        const char* replacement;
+        const char* text;
+        const char* expected;
+    } cases[] = {
+        {"<A>", "x", "<a> - <A>", "x - x"},
+        {"<A>", "<a>!", "<A><A>", "<a>!<a>!"},
+        {"<A>", "", "<A>", ""},
+        {"<A>", "y", "<A <A> A>", "<A y A>"},
+        {"<A>", "y", "", ""},
+        {"", "y", "text", "text"},
+        {"aa", "b", "aaaaa", "bba"},
+        {"longer than the text", "y", "text", "text"},
+    };
+    for (const auto& c : cases) {
+        std::string text = c.text;
+        replaceNoCase(c.pattern, c.replacement, text);
+        EXPECT_EQ(text, c.expected);
+    }
+}
+
+TEST(Text, SplitDropsEmptyPiecesAndJoinPutsThemTogether)
+{
+    using Pieces = std::vector<std::string>;
+    EXPECT_EQ(split("a, b;c", ", ;"), (Pieces{"a", "b", "c"}));
+    EXPECT_EQ(split(",, a ,", ", ;"), (Pieces{"a"}));
+    EXPECT_EQ(split(" ;,", ", ;"), Pieces{});
+    EXPECT_EQ(split("", ","), Pieces{});
+    EXPECT_EQ(split("a b", ""), (Pieces{"a b"}));
+    EXPECT_EQ(join({"a", "", "a"}, "\t"), "a\t\ta");
+    EXPECT_EQ(join({}, "\t"), "");
+}
+
+TEST(Text, TheLastBackslash)
+{
+    EXPECT_EQ(findLastBackslash("C:\\a\\b"), 4u);
+    EXPECT_EQ(findLastBackslash("a\\"), 1u);
+    EXPECT_EQ(findLastBackslash("a/b"), std::string::npos);
+    EXPECT_EQ(findLastBackslash(""), std::string::npos);
+}
+
+TEST(Text, WhiteSpaceAtTheEndGoes)
+{
+    EXPECT_EQ(trimRight("  a b \t\r\n"), "  a b");
+    EXPECT_EQ(trimRight(" \r\n"), "");
+    EXPECT_EQ(trimRight(""), "");
+}
+
+TEST(Text, FormatTakesAnyLength)
+{
+    EXPECT_EQ(format("%ld Track%s", 2L, "s"), "2 Tracks");
+    EXPECT_EQ(format("%s", ""), "");
+    for (const std::size_t length : {254, 255, 256, 257, 9000}) {
+        const std::string text(length, 'x');
+        EXPECT_EQ(format("<%s>", text.c_str()), "<" + text + ">");
+    }
+}
