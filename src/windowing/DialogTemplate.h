@@ -22,6 +22,8 @@ public:
     static constexpr DWORD kDialogStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME | DS_CENTER;
 
     DialogTemplate(const std::string& caption, short width, short height, DWORD style = kDialogStyle);
+    // A copy of a dialog resource of this module; nothing can be added to it.
+    static DialogTemplate fromResource(UINT resource);
 
     // Any class; child and visible are added to the style.
     DialogTemplate& add(const char* windowClass, const std::string& text, UINT id, DialogRect place,

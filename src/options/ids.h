@@ -1,0 +1,27 @@
+#pragma once
+
+// Dialog templates of the wizard and their controls. The resource compiler reads this file too,
+// therefore plain definitions.
+
+#define IDD_WIZARD_WELCOME 201
+#define IDD_WIZARD_GENERAL 202
+#define IDD_WIZARD_EXCLUSIONS1 203
+#define IDD_WIZARD_EXCLUSIONS2 204
+#define IDD_WIZARD_ARTWORK 205
+#define IDD_WIZARD_CONGRATULATIONS 206
+
+#define IDC_DATABASE_FILE 1001
+#define IDC_DATABASE_BROWSE 1002
+#define IDC_SEARCH_CRITERIA 1003
+#define IDC_PRESERVE_SETTINGS 1004
+
+#define IDC_EXCLUDED_TYPES 1011
+#define IDC_EXCLUSIONS_FILE 1012
+#define IDC_EXCLUSIONS_BROWSE 1013
+
+#define IDC_EXCLUDE_UNASSIGNED 1021
+#define IDC_MIN_TRACKS 1022
+
+#define IDC_DIRECTORIES_HEADER 1031
+#define IDC_DIRECTORIES 1032
+#define IDC_SAMPLE 1033
