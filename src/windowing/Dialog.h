@@ -25,8 +25,12 @@ public:
 protected:
     // True: the system gives the focus to the first control.
     virtual bool onInitDialog() { return true; }
-    INT_PTR dialogMessage(const Message& message) noexcept;
+    // The body of every dialog procedure; `created` is what WM_INITDIALOG brought, else null.
+    static INT_PTR dialogMessage(const Message& message, DialogBase* created) noexcept;
+    void captureContext() { m_context = ActivationContext::current(); }
 
+private:
+    INT_PTR answer(const Message& message) noexcept;
     HWND m_handle = nullptr;
     ActivationContext m_context;
 };

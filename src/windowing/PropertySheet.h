@@ -6,6 +6,9 @@
 #include <string>
 #include <vector>
 
+// The system's macro would rename our class.
+#undef PropertySheet
+
 namespace tessera {
 
 class PropertySheet;
@@ -74,13 +77,13 @@ public:
     void setTitle(const std::string& title) const;
 
 protected:
-    // The window is there, its pages are not yet shown.
+    // The window is there and is about to show its first page.
     virtual void onInitialised() {}
 
 private:
     friend class PropertyPage;
-    static int CALLBACK callback(HWND window, UINT message, LPARAM lParam) noexcept;
-    PROPSHEETPAGEA pageRecord(int index, DialogTemplate& pattern) const;
+    void pageCreated(HWND page);
+    PROPSHEETPAGEA pageRecord(PropertyPage& page, const DialogTemplate& pattern) const;
 
     SheetKind m_kind;
     std::string m_caption;

@@ -7,7 +7,7 @@
 
 namespace tessera {
 
-// How the system knows a kind of window.
+// How the system knows a kind of window; the name is a literal.
 struct WindowClass {
     const char* name = "TesseraWindow";
     UINT style = CS_DBLCLKS;
@@ -49,6 +49,7 @@ protected:
 private:
     static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
     HWND m_handle = nullptr;
+    const char* m_className = nullptr;
     ActivationContext m_context; // what was active at creation is active in every message
 };
 

@@ -1,0 +1,86 @@
+#include "windowing/Drawing.h"
+
+namespace tessera {
+
+DoubleBuffer::DoubleBuffer(HDC target, const RECT& area)
+    : m_target(target),
+      m_area(area),
+      m_memory(target),
+      m_bitmap(CreateCompatibleBitmap(target, area.right - area.left, area.bottom - area.top))
+{
+    if (m_bitmap) {
+        m_old = SelectObject(m_memory.dc(), m_bitmap.get());
+        SetViewportOrgEx(m_memory.dc(), -area.left, -area.top, nullptr);
+        SelectObject(m_memory.dc(), GetCurrentObject(target, OBJ_FONT));
+    }
+}
+
+DoubleBuffer::~DoubleBuffer()
+{
+    if (!m_bitmap) {
+        return;
+    }
+    BitBlt(m_target, m_area.left, m_area.top, m_area.right - m_area.left, m_area.bottom - m_area.top,
+           m_memory.dc(), m_area.left, m_area.top, SRCCOPY);
+    SelectObject(m_memory.dc(), m_old);
+}
+
+RedrawOff::RedrawOff(HWND window, bool erase) : m_window(window), m_erase(erase)
+{
+    SendMessageA(m_window, WM_SETREDRAW, FALSE, 0);
+}
+
+RedrawOff::~RedrawOff()
+{
+    SendMessageA(m_window, WM_SETREDRAW, TRUE, 0);
+    RedrawWindow(m_window, nullptr, nullptr,
+                 RDW_INVALIDATE | RDW_FRAME | RDW_ALLCHILDREN | (m_erase ? RDW_ERASE : 0));
+}
+
+FontHandle makeFont(const std::string& face, int height, LONG weight)
+{
+    LOGFONTA description{};
+    description.lfHeight = height;
+    description.lfWeight = weight;
+    description.lfCharSet = DEFAULT_CHARSET;
+    face.copy(description.lfFaceName, LF_FACESIZE - 1);
+    return makeFont(description);
+}
+
+FontHandle makeFont(const LOGFONTA& description)
+{
+    return FontHandle(CreateFontIndirectA(&description));
+}
+
+int scaled(int pixels, HDC dc)
+{
+    return MulDiv(pixels, GetDeviceCaps(dc, LOGPIXELSX), 96);
+}
+
+int scaled(int pixels, HWND window)
+{
+    return scaled(pixels, WindowDc(window).dc());
+}
+
+void drawLine(HDC dc, const std::string& text, const RECT& place, UINT flags)
+{
+    RECT area = place;
+    DrawTextA(dc, text.data(), static_cast<int>(text.size()), &area,
+              flags | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
+}
+
+SIZE textSize(HDC dc, const std::string& text)
+{
+    SIZE size{};
+    GetTextExtentPoint32A(dc, text.data(), static_cast<int>(text.size()), &size);
+    return size;
+}
+
+void fillRect(HDC dc, const RECT& place, COLORREF colour)
+{
+    const COLORREF old = SetBkColor(dc, colour);
+    ExtTextOutA(dc, 0, 0, ETO_OPAQUE, &place, nullptr, 0, nullptr);
+    SetBkColor(dc, old);
+}
+
+} // namespace tessera

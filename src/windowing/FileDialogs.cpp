@@ -1,0 +1,97 @@
+#include "windowing/FileDialogs.h"
+
+#include "system/Border.h"
+#include "system/ComPtr.h"
+
+#include <algorithm>
+#include <cderr.h>
+#include <commdlg.h>
+#include <memory>
+#include <shlobj.h>
+
+namespace tessera {
+namespace {
+
+using SystemDialog = BOOL(WINAPI*)(OPENFILENAMEA*);
+
+std::optional<std::string> runDialog(SystemDialog dialog, HWND owner, const FileDialogOptions& options)
+{
+    const std::string filter = systemFilter(options.filter);
+    const std::string extension =
+        options.defaultExtension.substr(options.defaultExtension.starts_with('.') ? 1 : 0);
+    std::string path(32 * 1024, '\0');
+    options.initialName.copy(path.data(), path.size() - 1);
+    OPENFILENAMEA request{};
+    request.lStructSize = sizeof request;
+    request.hwndOwner = owner;
+    request.lpstrFilter = filter.c_str();
+    request.nFilterIndex = 1;
+    request.lpstrFile = path.data();
+    request.nMaxFile = static_cast<DWORD>(path.size());
+    request.lpstrTitle = options.title.c_str();
+    request.lpstrDefExt = extension.empty() ? nullptr : extension.c_str();
+    request.Flags = options.flags | OFN_EXPLORER | OFN_LONGNAMES | OFN_ENABLESIZING | OFN_NOCHANGEDIR;
+    BOOL chosen = dialog(&request);
+    if (!chosen && CommDlgExtendedError() == FNERR_INVALIDFILENAME) {
+        path.assign(path.size(), '\0'); // the name cannot be shown: ask without one
+        request.lpstrFile = path.data();
+        chosen = dialog(&request);
+    }
+    return chosen ? std::optional<std::string>(path.c_str()) : std::nullopt;
+}
+
+struct FreeTaskMemory {
+    void operator()(void* memory) const { CoTaskMemFree(memory); }
+};
+
+int CALLBACK selectInitial(HWND window, UINT message, LPARAM, LPARAM initialPath) noexcept
+{
+    if (message == BFFM_INITIALIZED && *reinterpret_cast<const char*>(initialPath) != '\0') {
+        SendMessageA(window, BFFM_SETSELECTIONA, TRUE, initialPath);
+    }
+    return 0;
+}
+
+} // namespace
+
+std::string systemFilter(const std::string& filter)
+{
+    std::string result = filter;
+    while (result.ends_with('|')) {
+        result.pop_back();
+    }
+    std::replace(result.begin(), result.end(), '|', '\0');
+    result.append(2, '\0');
+    return result;
+}
+
+std::optional<std::string> openFile(HWND owner, const FileDialogOptions& options)
+{
+    return runDialog(&GetOpenFileNameA, owner, options);
+}
+
+std::optional<std::string> saveFile(HWND owner, const FileDialogOptions& options)
+{
+    return runDialog(&GetSaveFileNameA, owner, options);
+}
+
+std::optional<std::string> browseFolder(HWND owner, const std::string& initialPath, const std::string& prompt)
+{
+    const OleInit ole;
+    char name[MAX_PATH] = "";
+    BROWSEINFOA request{};
+    request.hwndOwner = owner;
+    request.pszDisplayName = name;
+    request.lpszTitle = prompt.c_str();
+    request.ulFlags = BIF_RETURNONLYFSDIRS | BIF_NEWDIALOGSTYLE | BIF_EDITBOX | BIF_STATUSTEXT;
+    request.lpfn = &selectInitial;
+    request.lParam = reinterpret_cast<LPARAM>(initialPath.c_str());
+    const std::unique_ptr<void, FreeTaskMemory> place(SHBrowseForFolderA(&request));
+    char path[MAX_PATH] = "";
+    if (!place || !SHGetPathFromIDListA(static_cast<PCIDLIST_ABSOLUTE>(place.get()), path)) {
+        return std::nullopt;
+    }
+    return path;
+}
+
+} // namespace tessera

@@ -1,0 +1,70 @@
+#include "windowing/TreeView.h"
+
+#include "windowing/Drawing.h"
+
+namespace tessera {
+
+bool TreeView::create(HWND parent, UINT id, const RECT& place, DWORD style, DWORD extended)
+{
+    return createControl(WC_TREEVIEWA, parent, id, place, style | WS_TABSTOP, extended);
+}
+
+HTREEITEM TreeView::add(HTREEITEM parent, const std::string& text, int image, LPARAM data) const
+{
+    TVINSERTSTRUCTA insert{};
+    insert.hParent = parent;
+    insert.hInsertAfter = TVI_LAST;
+    insert.item.mask = TVIF_TEXT | TVIF_PARAM | (image >= 0 ? TVIF_IMAGE | TVIF_SELECTEDIMAGE : 0);
+    insert.item.pszText = const_cast<char*>(text.c_str());
+    insert.item.iImage = image;
+    insert.item.iSelectedImage = image;
+    insert.item.lParam = data;
+    return reinterpret_cast<HTREEITEM>(send(TVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&insert)));
+}
+
+std::string TreeView::text(HTREEITEM treeItem) const
+{
+    std::string text(4096, '\0');
+    TVITEMA item{};
+    item.mask = TVIF_TEXT;
+    item.hItem = treeItem;
+    item.pszText = text.data();
+    item.cchTextMax = static_cast<int>(text.size());
+    return send(TVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item)) && item.pszText ? item.pszText : "";
+}
+
+void TreeView::setText(HTREEITEM treeItem, const std::string& text) const
+{
+    TVITEMA item{};
+    item.mask = TVIF_TEXT;
+    item.hItem = treeItem;
+    item.pszText = const_cast<char*>(text.c_str());
+    send(TVM_SETITEMA, 0, reinterpret_cast<LPARAM>(&item));
+}
+
+LPARAM TreeView::data(HTREEITEM treeItem) const
+{
+    TVITEMA item{};
+    item.mask = TVIF_PARAM;
+    item.hItem = treeItem;
+    send(TVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item));
+    return item.lParam;
+}
+
+void TreeView::clear() const
+{
+    const RedrawOff quiet(m_handle);
+    select(nullptr);
+    for (HTREEITEM item = root(); item; item = next(item)) {
+        expand(item, TVE_COLLAPSE);
+    }
+    send(TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(TVI_ROOT));
+}
+
+void TreeView::setColours(COLORREF background, COLORREF text) const
+{
+    send(TVM_SETBKCOLOR, 0, static_cast<LPARAM>(background));
+    send(TVM_SETTEXTCOLOR, 0, static_cast<LPARAM>(text));
+}
+
+} // namespace tessera

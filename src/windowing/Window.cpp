@@ -1,0 +1,133 @@
+#include "windowing/Window.h"
+
+#include "system/Border.h"
+#include "system/Module.h"
+
+#include <commctrl.h>
+
+namespace tessera {
+namespace {
+
+// The class is there while a window of it is; a module that leaves takes its classes along. One
+// that an earlier copy of the module left at the same address is replaced.
+bool registerClass(const WindowClass& kind, WNDPROC procedure)
+{
+    WNDCLASSEXA known{};
+    known.cbSize = sizeof known;
+    if (GetClassInfoExA(moduleInstance(), kind.name, &known) && known.lpfnWndProc == procedure) {
+        return true;
+    }
+    UnregisterClassA(kind.name, moduleInstance());
+    WNDCLASSEXA wanted{};
+    wanted.cbSize = sizeof wanted;
+    wanted.style = kind.style;
+    wanted.lpfnWndProc = procedure;
+    wanted.hInstance = moduleInstance();
+    wanted.hIcon = kind.icon;
+    wanted.hCursor = LoadCursorA(nullptr, kind.cursor);
+    wanted.hbrBackground = kind.background;
+    wanted.lpszClassName = kind.name;
+    return RegisterClassExA(&wanted) != 0;
+}
+
+} // namespace
+
+Window::~Window()
+{
+    destroy();
+    if (m_className) {
+        UnregisterClassA(m_className, moduleInstance()); // refused as long as others need it
+    }
+}
+
+bool Window::create(HWND parent, UINT id, const RECT& place, WindowStyle style, const std::string& title)
+{
+    destroy();
+    const WindowClass kind = windowClass();
+    if (!registerClass(kind, &Window::procedure)) {
+        return false;
+    }
+    m_className = kind.name;
+    m_context = ActivationContext::current();
+    CreateWindowExA(style.extended, kind.name, title.c_str(), style.style, place.left, place.top,
+                    place.right - place.left, place.bottom - place.top, parent,
+                    reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), moduleInstance(), this);
+    return m_handle != nullptr;
+}
+
+void Window::destroy()
+{
+    if (m_handle) {
+        DestroyWindow(m_handle);
+    }
+}
+
+RECT Window::clientRect() const
+{
+    RECT rect{};
+    GetClientRect(m_handle, &rect);
+    return rect;
+}
+
+LRESULT Window::defaultProcessing(const Message& message)
+{
+    return DefWindowProcA(message.window, message.id, message.wParam, message.lParam);
+}
+
+LRESULT CALLBACK Window::procedure(HWND handle, UINT id, WPARAM wParam, LPARAM lParam) noexcept
+{
+    if (id == WM_NCCREATE) {
+        auto* const created = static_cast<Window*>(reinterpret_cast<CREATESTRUCTA*>(lParam)->lpCreateParams);
+        created->m_handle = handle;
+        SetWindowLongPtrA(handle, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(created));
+    }
+    auto* const window = reinterpret_cast<Window*>(GetWindowLongPtrA(handle, GWLP_USERDATA));
+    if (!window) {
+        return DefWindowProcA(handle, id, wParam, lParam);
+    }
+    const ActivationScope activation(window->m_context);
+    const Handled handled = routeGuarded(*window, {handle, id, wParam, lParam});
+    if (id == WM_NCDESTROY) {
+        SetWindowLongPtrA(handle, GWLP_USERDATA, 0);
+        window->m_handle = nullptr;
+        quietBorder(0, [window] { return window->afterDestroy(), 0; }); // may delete the object
+    }
+    return handled ? *handled : DefWindowProcA(handle, id, wParam, lParam);
+}
+
+bool Subclass::attach(HWND window)
+{
+    detach();
+    if (!SetWindowSubclass(window, &Subclass::procedure, reinterpret_cast<UINT_PTR>(this),
+                           reinterpret_cast<DWORD_PTR>(this))) {
+        return false;
+    }
+    m_handle = window;
+    return true;
+}
+
+void Subclass::detach()
+{
+    if (m_handle) {
+        RemoveWindowSubclass(m_handle, &Subclass::procedure, reinterpret_cast<UINT_PTR>(this));
+        m_handle = nullptr;
+    }
+}
+
+LRESULT Subclass::defaultProcessing(const Message& message)
+{
+    return DefSubclassProc(message.window, message.id, message.wParam, message.lParam);
+}
+
+LRESULT CALLBACK Subclass::procedure(HWND handle, UINT id, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                     DWORD_PTR object) noexcept
+{
+    auto* const subclass = reinterpret_cast<Subclass*>(object);
+    const Handled handled = routeGuarded(*subclass, {handle, id, wParam, lParam});
+    if (id == WM_NCDESTROY) {
+        subclass->detach();
+    }
+    return handled ? *handled : DefSubclassProc(handle, id, wParam, lParam);
+}
+
+} // namespace tessera
