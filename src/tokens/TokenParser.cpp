@@ -153,6 +153,12 @@ constexpr Token<FileSource> kFileAlbumExpansion[] = {
 constexpr Token<Album> kTrackAlbumExpansion[] = {{"<Artist>", artistName},
                                                  {"<Album>", albumText<&Album::displayTitle>}};
 
+constexpr Token<Album> kPreviewAlbum[] = {
+    {"<Artist>", artistName},
+    {"<Album>", albumText<&Album::displayTitle>},
+    {"<Genre>", albumText<&Album::genre>},
+};
+
 struct PreviewText {
     const char* token;
     const char* text;
@@ -162,7 +168,6 @@ constexpr PreviewText kPreviewTexts[] = {
     {"<Name>", "Part One"},
     {"<FileSize>", "22,714kb"},
     {"<Duration>", "19:22"},
-    {"<Genre>", "New Age"},
     {"<Year>", "1975"},
     {"<Bitrate>", "192"},
     {"<Number>", "1"},
@@ -243,17 +248,18 @@ std::string TokenParser::expandTrack(std::string_view text, const Track& track, 
     if (track.m_pMJFile == nullptr)
         throw HostError(kErrorPointer);
     const FileSource file = track.m_pMJFile.get();
+    const Album none;
     if ((flags & kFromHostFile) != 0)
         expand<FileSource>(result, kFileAlbumExpansion, file);
-    else if (track.album != nullptr)
-        expand<Album>(result, kTrackAlbumExpansion, *track.album);
+    else
+        expand<Album>(result, kTrackAlbumExpansion, track.album != nullptr ? *track.album : none);
     expand<FileSource>(result, kTrackExpansion, file);
     return result;
 }
 
 void TokenParser::expandSample(std::string& text) const
 {
-    expand<Album>(text, kTrackAlbumExpansion, m_album);
+    expand<Album>(text, kPreviewAlbum, m_album);
     for (const PreviewText& preview : kPreviewTexts)
         replaceToken(preview.token, preview.text, text);
 }
