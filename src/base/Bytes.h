@@ -17,10 +17,33 @@ class ByteReader {
 public:
     explicit ByteReader(ByteView bytes) : m_bytes(bytes) {}
 
-    bool take(std::uint32_t& value);
-    bool take(std::int32_t& value);
+    bool take(std::uint32_t& value)
+    {
+        if (m_bytes.size() - m_position < sizeof value)
+            return false;
+        const std::uint8_t* at = m_bytes.data() + m_position;
+        value = static_cast<std::uint32_t>(at[0]) | static_cast<std::uint32_t>(at[1]) << 8 |
+                static_cast<std::uint32_t>(at[2]) << 16 | static_cast<std::uint32_t>(at[3]) << 24;
+        m_position += sizeof value;
+        return true;
+    }
+    bool take(std::int32_t& value)
+    {
+        std::uint32_t raw = 0;
+        if (!take(raw))
+            return false;
+        value = static_cast<std::int32_t>(raw);
+        return true;
+    }
     // The view points into the bytes that are read.
-    bool takeBlock(std::uint32_t length, ByteView& block);
+    bool takeBlock(std::uint32_t length, ByteView& block)
+    {
+        if (m_bytes.size() - m_position < length)
+            return false;
+        block = m_bytes.subspan(m_position, length);
+        m_position += length;
+        return true;
+    }
 
     std::uint32_t position() const { return static_cast<std::uint32_t>(m_position); }
     std::uint32_t remaining() const { return static_cast<std::uint32_t>(m_bytes.size() - m_position); }

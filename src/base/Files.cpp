@@ -1,11 +1,10 @@
 #include "base/Files.h"
 
+#include <algorithm>
+
 namespace tessera {
 
-BufferedWriter::BufferedWriter(OutputFile& file, std::size_t capacity) : m_file(file), m_capacity(capacity)
-{
-    m_buffer.reserve(capacity);
-}
+BufferedWriter::BufferedWriter(OutputFile& file, std::size_t capacity) : m_file(file), m_buffer(capacity) {}
 
 void BufferedWriter::put(std::uint32_t value)
 {
@@ -26,19 +25,21 @@ void BufferedWriter::putBlock(ByteView bytes)
     if (!m_good)
         return;
     m_position += static_cast<std::uint32_t>(bytes.size());
-    if (m_buffer.size() + bytes.size() > m_capacity && !flush())
+    if (bytes.size() > m_buffer.size() - m_used && !flush())
         return;
-    if (bytes.size() >= m_capacity)
+    if (bytes.size() >= m_buffer.size()) {
         m_good = m_file.write(bytes);
-    else
-        m_buffer.insert(m_buffer.end(), bytes.begin(), bytes.end());
+    } else {
+        std::ranges::copy(bytes, m_buffer.begin() + static_cast<std::ptrdiff_t>(m_used));
+        m_used += bytes.size();
+    }
 }
 
 bool BufferedWriter::flush()
 {
-    if (m_good && !m_buffer.empty())
-        m_good = m_file.write(m_buffer);
-    m_buffer.clear();
+    if (m_good && m_used > 0)
+        m_good = m_file.write(ByteView(m_buffer).first(m_used));
+    m_used = 0;
     return m_good;
 }
 

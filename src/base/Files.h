@@ -71,7 +71,7 @@ public:
 private:
     OutputFile& m_file;
     std::vector<std::uint8_t> m_buffer;
-    std::size_t m_capacity;
+    std::size_t m_used = 0;
     std::uint32_t m_position = 0;
     bool m_good = true;
 };
