@@ -1,0 +1,77 @@
+#include "Report.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+
+#ifdef _WIN32
+#include <windows.h>
+
+#include <psapi.h>
+#endif
+
+namespace tessera::bench {
+
+namespace {
+
+std::string optionalNumber(std::optional<double> value, const char* pattern)
+{
+    if (!value)
+        return {};
+    char text[64];
+    std::snprintf(text, sizeof text, pattern, *value);
+    return text;
+}
+
+} // namespace
+
+void report(const Figure& figure)
+{
+    const std::string ratio =
+        figure.reference ? optionalNumber(figure.value / *figure.reference, "%.2f") : std::string{};
+    std::printf("%s\t%.3f\t%s\t%s\t%s\t%s\n", figure.name.c_str(), figure.value, figure.unit.c_str(),
+                optionalNumber(figure.reference, "%.3f").c_str(), ratio.c_str(),
+                optionalNumber(figure.goal, "%.2f").c_str());
+    std::fflush(stdout);
+}
+
+Best bestOf(int runs, const std::function<double()>& work, const std::function<double()>& bare)
+{
+    Best best{work(), bare()};
+    for (int run = 1; run < runs; ++run) {
+        best.work = std::min(best.work, work());
+        best.bare = std::min(best.bare, bare());
+    }
+    return best;
+}
+
+void require(bool condition, const char* what)
+{
+    if (condition)
+        return;
+    std::fprintf(stderr, "bench: %s\n", what);
+    std::exit(1);
+}
+
+std::optional<double> privateMemory()
+{
+#ifdef _WIN32
+    PROCESS_MEMORY_COUNTERS_EX counters{};
+    counters.cb = sizeof counters;
+    if (!GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters),
+                              sizeof counters))
+        return std::nullopt;
+    return static_cast<double>(counters.PrivateUsage) / (1024.0 * 1024.0);
+#else
+    // Only shown natively: the anonymous part of the resident set.
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with("RssAnon:"))
+            return std::strtod(line.c_str() + 8, nullptr) / 1024.0;
+    }
+    return std::nullopt;
+#endif
+}
+
+} // namespace tessera::bench

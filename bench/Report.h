@@ -1,0 +1,43 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace tessera::bench {
+
+struct Figure {
+    std::string name;
+    double value = 0;
+    std::string unit;
+    std::optional<double> reference = std::nullopt; // what the bare work costs in the same run
+    std::optional<double> goal = std::nullopt;      // for value / reference
+};
+
+// One line: name, value, unit, reference, ratio, goal; tabs between, nothing where there is none.
+void report(const Figure& figure);
+
+using Clock = std::chrono::steady_clock;
+
+inline double millisecondsSince(Clock::time_point start)
+{
+    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+// The best of several runs of two ways, taken in turns so that both meet the same machine.
+// Each function times one run itself, in milliseconds, and leaves set-up and clearing out.
+struct Best {
+    double work = 0;
+    double bare = 0;
+    double ratio() const { return work / bare; }
+};
+Best bestOf(int runs, const std::function<double()>& work, const std::function<double()>& bare);
+
+// Ends the program with a message: a figure of wrong work is worth nothing.
+void require(bool condition, const char* what);
+
+// Private memory of this process in megabytes; none where the system does not say.
+std::optional<double> privateMemory();
+
+} // namespace tessera::bench
