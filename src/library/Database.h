@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Errors.h"
 #include "base/Files.h"
 #include "library/Records.h"
 #include "ports/Host.h"
@@ -21,6 +22,12 @@ struct JobContext {
     Log& log;
     Prompt& prompt;
     const std::atomic<bool>& terminating;
+
+    void stopIfTerminating() const
+    {
+        if (terminating)
+            throw Cancelled();
+    }
 };
 
 // Finds artwork for every album of the library and answers the count that the build reports.
@@ -36,23 +43,27 @@ public:
     void clear() { m_library.clear(); }
 
     // Whole database to a file of this name, by way of a temporary file beside it; the previous
-    // file stays as NAME.bak when it was a sound one. False when a message has said why not.
+    // file stays as NAME.bak when it was a sound one. False when a message has said why not; the
+    // previous file is then as it was. Cancelled and std::bad_alloc pass through, likewise.
     bool write(const std::string& fileName, JobContext& context);
 
-    // Whole database from a file. The library must be empty. `afterLinks` runs at the place of
-    // "Loading treeview" in the log, once the records are linked. False when a message or an
-    // assertion has said why not; records read so far stay for the caller to clear.
+    // Whole database from a file. The library must be empty; the caller has indented the log, and
+    // the read ends that level. `afterLinks` runs once the records are linked and the file's bytes
+    // are let go: it reloads the first names, writes the line "Loading treeview" itself, and fills
+    // the views. False when a message or an assertion has said why not; records read so far stay
+    // for the caller to clear. HostError, Cancelled and std::bad_alloc pass through, the log tidy.
     bool read(const std::string& fileName, Host& host, JobContext& context,
               const std::function<void()>& afterLinks);
 
-    // Rewrites changed albums in place and rebuilds their column texts.
+    // Rewrites the settings of changed albums in place and rebuilds their column texts. When one of
+    // the records in the file is not the album's, a message says so and nothing is written.
     void update(const std::string& fileName, std::span<Album* const> changed, FileSystem& files,
                 Prompt& prompt);
 
     // From the host's library to a written file named `settings.lastUsed`. The library must be
-    // empty. False when the build failed; the message has been shown.
-    bool build(Host& host, const DatabaseSettings& settings, const ArtworkPass& artwork,
-               JobContext& context);
+    // empty. False when the build failed; the message has been shown. HostError, Cancelled and
+    // std::bad_alloc pass through; the library is then the caller's to clear.
+    bool build(Host& host, const DatabaseSettings& settings, const ArtworkPass& artwork, JobContext& context);
 
 private:
     Library m_library;

@@ -25,7 +25,7 @@ struct Track {
 };
 
 enum AlbumFlag : std::uint32_t {
-    kAlbumTitleOnce = 1,   // host title equals display title; the file stores it once
+    kAlbumTitleOnce = 1, // host title equals display title; the file stores it once
     kAlbumHasImage = 2,
     kAlbumNew = 4,
     kAlbumFavourite = 8,
@@ -60,7 +60,10 @@ struct Album {
     std::array<std::string, kColumnCount> columnTexts;
 
     bool has(AlbumFlag flag) const { return (flags & flag) != 0; }
-    void set(AlbumFlag flag, bool on) { flags = on ? flags | flag : flags & ~static_cast<std::uint32_t>(flag); }
+    void set(AlbumFlag flag, bool on)
+    {
+        flags = on ? flags | flag : flags & ~static_cast<std::uint32_t>(flag);
+    }
 };
 
 struct Artist {

@@ -1,0 +1,120 @@
+#include "artwork/Locator.h"
+
+namespace tessera {
+
+namespace {
+
+constexpr char kUnit[] = "Artwork";
+constexpr unsigned long kTrackLine = 204;
+
+// The candidate without its last component, one trailing backslash of its own left aside.
+std::string folderPart(std::string_view candidate)
+{
+    const std::size_t last = findLastBackslash(candidate);
+    if (last == std::string_view::npos)
+        return {};
+    if (last + 1 < candidate.size())
+        return std::string(candidate.substr(0, last + 1));
+    const std::size_t previous = findLastBackslash(candidate.substr(0, last));
+    return previous == std::string_view::npos ? std::string()
+                                              : std::string(candidate.substr(0, previous + 1));
+}
+
+// The search for one album's cover.
+class AlbumSearch {
+public:
+    AlbumSearch(Album& album, JobContext& context) : m_album(album), m_context(context) {}
+
+    void run(const std::vector<std::string>& candidates)
+    {
+        for (const std::string& candidate : candidates) {
+            if (takeFile(candidate) || takeFirstMatch(candidate) || takeFromHost())
+                return;
+        }
+    }
+
+private:
+    bool takeFile(const std::string& candidate)
+    {
+        if (!m_context.files.exists(candidate))
+            return false;
+        m_album.thumbnailFile = candidate;
+        return true;
+    }
+
+    bool takeFirstMatch(const std::string& candidate)
+    {
+        const auto name = m_context.files.findFirst(candidate);
+        if (!name)
+            return false;
+        m_album.thumbnailFile = folderPart(candidate) + *name;
+        return true;
+    }
+
+    // True only when the host has a picture inside the track: a file that it knows of gives way to
+    // one that a later candidate finds.
+    bool takeFromHost()
+    {
+        const Track* track = m_album.tracks.empty() ? nullptr : m_album.tracks.begin()->second;
+        if (!track) {
+            m_context.prompt.assertion("pTrack", kUnit, kTrackLine);
+            return true;
+        }
+        if (!track->m_pMJFile)
+            throw HostError(kErrorPointer);
+        m_album.thumbnailFile = track->m_pMJFile->image(ImageKind::ImageFile);
+        if (!m_album.thumbnailFile.empty())
+            return false;
+        m_album.thumbnailFile = track->m_pMJFile->image(ImageKind::Embedded);
+        if (m_album.thumbnailFile.empty())
+            return false;
+        m_album.set(kAlbumInternalImage, true);
+        m_context.files.remove(m_album.thumbnailFile);
+        return true;
+    }
+
+    Album& m_album;
+    JobContext& m_context;
+};
+
+// Keeps the path only of a file that is a picture. Answers what the album adds to the count.
+std::int32_t settle(Album& album, const PictureCheck& isPicture)
+{
+    if (album.thumbnailFile.empty())
+        return 0;
+    album.set(kAlbumHasImage, true);
+    const bool readable = !album.has(kAlbumInternalImage) && isPicture(album.thumbnailFile);
+    if (!readable)
+        album.thumbnailFile.clear();
+    return readable ? 2 : 1;
+}
+
+} // namespace
+
+std::vector<std::string> expandArtworkPatterns(const TokenParser& tokens, std::string_view patterns,
+                                               const Album* album)
+{
+    std::vector<std::string> candidates = split(patterns, "\t");
+    if (album) {
+        for (std::string& candidate : candidates)
+            candidate = tokens.expandArtwork(candidate, *album);
+    }
+    return candidates;
+}
+
+std::int32_t locateAllArtwork(Library& library, const TokenParser& tokens, std::string_view patterns,
+                              const PictureCheck& isPicture, JobContext& context)
+{
+    std::int32_t count = 0;
+    std::uint32_t done = 0;
+    const auto total = static_cast<std::uint32_t>(library.albums.size());
+    for (const auto& [id, album] : library.albums) {
+        context.stopIfTerminating();
+        context.log.progress(++done, total);
+        AlbumSearch(*album, context).run(expandArtworkPatterns(tokens, patterns, album.get()));
+        count += settle(*album, isPicture);
+    }
+    return count;
+}
+
+} // namespace tessera

@@ -1,0 +1,183 @@
+#include "library/Filters.h"
+
+#include "library/Lines.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace tessera {
+
+namespace {
+
+constexpr std::string_view kSeparators = ", ;";
+
+// The first pieces of a wildcard match; a piece is a whole character.
+class Walk {
+public:
+    explicit Walk(std::string_view text, std::size_t position = 0) : m_text(text), m_position(position) {}
+
+    bool atEnd() const { return m_position >= m_text.size(); }
+    std::string_view character() const
+    {
+        return m_text.substr(m_position, characterLength(m_text, m_position));
+    }
+    bool is(char c) const { return !atEnd() && character() == std::string_view(&c, 1); }
+    void advance() { m_position += characterLength(m_text, m_position); }
+
+private:
+    std::string_view m_text;
+    std::size_t m_position;
+};
+
+using PatternList = std::vector<std::string>; // upper-case pieces
+
+bool matchesAny(std::string_view upperText, const PatternList& patterns)
+{
+    return std::ranges::any_of(
+        patterns, [&](const std::string& pattern) { return matchesWildcard(upperText, pattern); });
+}
+
+struct ExclusionPair {
+    PatternList artist;
+    PatternList album;
+};
+
+// The settings of one pass, patterns taken apart once.
+struct Rules {
+    std::int32_t minTracks;
+    bool excludeUnassigned;
+    PatternList types;
+    std::vector<ExclusionPair> exclusions;
+
+    bool reject(const Album& album) const
+    {
+        return static_cast<std::int64_t>(album.tracks.size()) < minTracks ||
+               (excludeUnassigned && album.hostTitle.empty()) || matchesAny(toUpper(album.type), types) ||
+               isExcluded(album);
+    }
+
+private:
+    bool isExcluded(const Album& album) const
+    {
+        if (exclusions.empty())
+            return false;
+        const std::string artist = toUpper(album.artist ? album.artist->displayName : std::string());
+        const std::string title = toUpper(album.displayTitle);
+        return std::ranges::any_of(exclusions, [&](const ExclusionPair& pair) {
+            return matchesAny(artist, pair.artist) && matchesAny(title, pair.album);
+        });
+    }
+};
+
+std::vector<ExclusionPair> loadExclusions(const std::string& path, JobContext& context)
+{
+    if (path.empty())
+        return {};
+    const auto bytes = context.files.readAll(path);
+    if (!bytes) {
+        context.prompt.message(Severity::Exclamation,
+                               format("Could not open the exclusions file '%s'!", path.c_str()));
+        return {};
+    }
+    const Exclusions lists = parseExclusions({reinterpret_cast<const char*>(bytes->data()), bytes->size()});
+    std::vector<ExclusionPair> pairs;
+    for (std::size_t i = 0; i < lists.artists.size(); ++i)
+        pairs.push_back({split(lists.artists[i], kSeparators), split(lists.albums[i], kSeparators)});
+    return pairs;
+}
+
+void removeAlbum(Library& library, Album& album)
+{
+    for (const auto& [id, track] : album.tracks)
+        library.tracks.erase(id);
+    Artist& artist = *album.artist;
+    artist.albums.erase(album.id);
+    library.albums.erase(album.id);
+    if (artist.albums.empty())
+        library.artists.erase(artist.id);
+}
+
+std::vector<Album*> rejectedAlbums(const Library& library, const Rules& rules, JobContext& context)
+{
+    std::vector<Album*> rejected;
+    const auto count = static_cast<std::int32_t>(library.albums.size());
+    for (std::int32_t id = 1; id <= count; ++id) {
+        context.stopIfTerminating();
+        context.log.progress(static_cast<std::uint32_t>(id), static_cast<std::uint32_t>(count));
+        const auto found = library.albums.find(id);
+        if (found != library.albums.end() && rules.reject(*found->second))
+            rejected.push_back(found->second.get());
+    }
+    return rejected;
+}
+
+} // namespace
+
+bool matchesWildcard(std::string_view text, std::string_view pattern)
+{
+    Walk at(text);
+    Walk wanted(pattern);
+    std::optional<Walk> restartText;
+    std::optional<Walk> restartPattern;
+    while (!at.atEnd()) {
+        if (wanted.is('*')) {
+            wanted.advance();
+            restartText = at;
+            restartPattern = wanted;
+        } else if (!wanted.atEnd() && (wanted.is('?') || wanted.character() == at.character())) {
+            at.advance();
+            wanted.advance();
+        } else if (restartText) {
+            restartText->advance();
+            at = *restartText;
+            wanted = *restartPattern;
+        } else {
+            return false;
+        }
+    }
+    while (wanted.is('*'))
+        wanted.advance();
+    return wanted.atEnd();
+}
+
+bool matchesPatternList(std::string_view text, std::string_view patternList)
+{
+    return matchesAny(toUpper(text), split(toUpper(patternList), kSeparators));
+}
+
+Exclusions parseExclusions(std::string_view text)
+{
+    Exclusions exclusions;
+    std::optional<std::string_view> artist;
+    forEachLine(text, [&](std::string_view line) {
+        if (isBlankOrComment(line)) {
+            artist.reset();
+        } else if (!artist) {
+            artist = line;
+        } else {
+            exclusions.artists.push_back(toUpper(*artist));
+            exclusions.albums.push_back(toUpper(line));
+            artist.reset();
+        }
+    });
+    return exclusions;
+}
+
+void applyFilters(Library& library, const FilterSettings& settings, JobContext& context)
+{
+    context.log.line("Applying any additional filters on data");
+    const std::size_t count = library.albums.size();
+    const Rules rules{settings.minTracksPerAlbum, settings.excludeUnassigned,
+                      split(toUpper(settings.excludedTypes), kSeparators),
+                      loadExclusions(settings.exclusionList, context)};
+    const std::vector<Album*> rejected = rejectedAlbums(library, rules, context);
+    for (Album* album : rejected)
+        removeAlbum(library, *album);
+    if (rejected.empty())
+        context.log.line("No albums filtered out");
+    else
+        context.log.print("Albums excluded - %ld out of %ld", static_cast<long>(rejected.size()),
+                          static_cast<long>(count));
+}
+
+} // namespace tessera

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace tessera {
+
+// The first names of a text with one name a line, in upper case. Empty lines and lines that begin
+// with ";" or "#" are skipped.
+std::set<std::string> parseFirstNames(std::string_view text);
+
+} // namespace tessera
