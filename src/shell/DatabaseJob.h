@@ -1,0 +1,64 @@
+#pragma once
+
+#include "library/Database.h"
+#include "ports/Log.h"
+#include "shell/UiQueue.h"
+#include "tokens/TokenParser.h"
+
+#include <atomic>
+#include <functional>
+#include <memory>
+
+namespace tessera {
+
+// What a job does to the rest of the plug-in; every call comes on the user-interface thread.
+class JobViews {
+public:
+    virtual ~JobViews() = default;
+    // Panes first, then the records.
+    virtual void emptyLibrary() = 0;
+    // First names, trees and lists from the records that were read.
+    virtual void fillViews(Log& log) = 0;
+    // The log comes to the front; a creating job disables the control's window.
+    virtual void jobStarts(bool creating) = 0;
+    // The window is enabled again, and after a load the remembered pane comes back.
+    virtual void jobEnded(bool loaded, int rememberedPane) = 0;
+};
+
+// What a job works with; outlives the job's thread.
+struct JobParts {
+    Database& database;
+    Host& host;
+    Prompt& prompt;
+    UiQueue& queue;
+    JobViews& views;
+    const TokenParser& tokens;
+    const std::atomic<bool>& terminating;
+};
+
+// Creates (when asked to) and loads one database, on a thread of its own.
+class DatabaseJob : public std::enable_shared_from_this<DatabaseJob> {
+public:
+    DatabaseJob(JobParts parts, DatabaseSettings settings, bool creating, std::unique_ptr<Log> log);
+
+    bool creating() const { return m_creating; }
+    // The whole job; answers whether a database is loaded. Says itself what went wrong and leaves
+    // no records behind then. Throws nothing.
+    bool run() noexcept;
+
+private:
+    bool perform();
+    bool createFile(JobContext& context);
+    bool loadFile(JobContext& context);
+    std::int32_t locateArtwork(Library& library, JobContext& context) const;
+    void fillViews();
+    void emptyLibrary();
+    void report() noexcept;
+
+    JobParts m_parts;
+    DatabaseSettings m_settings;
+    bool m_creating;
+    std::unique_ptr<Log> m_log;
+};
+
+} // namespace tessera

@@ -1,0 +1,59 @@
+#include "shell/DatabaseJobs.h"
+
+#include <objbase.h>
+
+namespace tessera {
+
+namespace {
+
+// Like a wait of the thread's own, and calls into its apartment are answered, too, where it has one.
+void waitAnsweringCalls(const Thread& thread)
+{
+    HANDLE handle = thread.handle();
+    DWORD index = 0;
+    if (!handle || CoWaitForMultipleHandles(0, INFINITE, 1, &handle, &index) == S_OK) {
+        return;
+    }
+    thread.waitAnsweringSentMessages();
+}
+
+} // namespace
+
+void DatabaseJobs::start(const DatabaseSettings& settings, bool creating, int rememberedPane)
+{
+    if (m_busy.exchange(true)) {
+        return;
+    }
+    try {
+        launch(settings, creating, rememberedPane);
+    } catch (...) {
+        finish(false, rememberedPane);
+        throw;
+    }
+}
+
+void DatabaseJobs::launch(const DatabaseSettings& settings, bool creating, int rememberedPane)
+{
+    m_parts.views.jobStarts(creating);
+    m_parts.views.emptyLibrary();
+    const auto job = std::make_shared<DatabaseJob>(m_parts, settings, creating, m_log.newJob());
+    m_thread = Thread("Tessera database", [this, job, rememberedPane] {
+        const bool loaded = job->run();
+        m_parts.queue.post([this, loaded, rememberedPane] { finish(loaded, rememberedPane); });
+    });
+}
+
+void DatabaseJobs::finish(bool loaded, int rememberedPane)
+{
+    stop();
+    m_busy = false;
+    m_parts.views.jobEnded(loaded, rememberedPane);
+}
+
+void DatabaseJobs::stop()
+{
+    waitAnsweringCalls(m_thread);
+    m_thread.join();
+}
+
+} // namespace tessera

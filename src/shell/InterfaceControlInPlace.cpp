@@ -1,0 +1,278 @@
+// The control in its container's window: in-place and user-interface activation, and keys.
+
+#include "shell/InterfaceControl.h"
+#include "shell/TabStops.h"
+#include "shell/TesseraMain.h"
+#include "system/Border.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tessera {
+
+namespace {
+
+bool isDown(int key)
+{
+    return GetKeyState(key) < 0;
+}
+
+DWORD keyModifiers()
+{
+    return (isDown(VK_SHIFT) ? 1U : 0U) | (isDown(VK_CONTROL) ? 2U : 0U) | (isDown(VK_MENU) ? 4U : 0U);
+}
+
+// Keys that lists, trees, edits and combo boxes work with; a container's accelerators may not
+// have them while the focus is in one.
+constexpr std::array kOwnKeys{VK_LEFT, VK_RIGHT, VK_UP,    VK_DOWN,   VK_HOME,     VK_END,     VK_PRIOR,
+                              VK_NEXT, VK_BACK,  VK_SPACE, VK_RETURN, VK_ESCAPE,   VK_DELETE,  VK_INSERT,
+                              VK_F2,   VK_F4,    VK_ADD,   VK_APPS,   VK_SUBTRACT, VK_MULTIPLY};
+// The same with the Ctrl key: moving, selecting, the clipboard.
+constexpr std::array kOwnControlKeys{VK_LEFT,  VK_RIGHT, VK_UP,    VK_DOWN,  VK_HOME,   VK_END,
+                                     VK_PRIOR, VK_NEXT,  VK_SPACE, VK_BACK,  VK_DELETE, VK_INSERT,
+                                     int('A'), int('C'), int('V'), int('X'), int('Z')};
+
+template <class Keys>
+bool contains(const Keys& keys, WPARAM key)
+{
+    return std::ranges::find(keys, static_cast<int>(key)) != keys.end();
+}
+
+bool isCharacterKey(WPARAM key)
+{
+    return (key >= '0' && key <= '9') || (key >= 'A' && key <= 'Z') ||
+           (key >= VK_NUMPAD0 && key <= VK_DIVIDE) || (key >= VK_OEM_1 && key <= VK_OEM_102);
+}
+
+} // namespace
+
+STDMETHODIMP InterfaceControl::DoVerb(LONG verb, LPMSG, IOleClientSite*, LONG, HWND, LPCRECT)
+{
+    return comBorder([&]() -> HRESULT {
+        switch (verb) {
+        case OLEIVERB_INPLACEACTIVATE:
+            return activateInPlace();
+        case OLEIVERB_PRIMARY:
+        case OLEIVERB_SHOW:
+        case OLEIVERB_OPEN:
+        case OLEIVERB_UIACTIVATE: {
+            const HRESULT result = activateInPlace();
+            if (SUCCEEDED(result)) {
+                activateUi();
+            }
+            return result;
+        }
+        case OLEIVERB_HIDE:
+            deactivateUi(true);
+            ShowWindow(m_window.handle(), SW_HIDE);
+            return S_OK;
+        case OLEIVERB_DISCARDUNDOSTATE:
+            return S_OK;
+        default:
+            return verb > 0 ? OLEOBJ_S_INVALIDVERB : E_NOTIMPL;
+        }
+    });
+}
+
+HRESULT InterfaceControl::activateInPlace()
+{
+    if (m_window) {
+        ShowWindow(m_window.handle(), SW_SHOWNA);
+        return S_OK;
+    }
+    const ComPtr<IOleInPlaceSite> site = m_site.query<IOleInPlaceSite>();
+    if (!site) {
+        return E_FAIL;
+    }
+    if (site->CanInPlaceActivate() != S_OK) {
+        return OLE_E_NOT_INPLACEACTIVE;
+    }
+    if (const HRESULT allowed = site->OnInPlaceActivate(); FAILED(allowed)) {
+        return allowed;
+    }
+    m_inPlaceSite = site;
+    const HRESULT created = createWindow();
+    if (FAILED(created)) {
+        InPlaceDeactivate();
+        return created;
+    }
+    m_site->ShowObject();
+    return S_OK;
+}
+
+HRESULT InterfaceControl::createWindow()
+{
+    HWND parent = nullptr;
+    if (const HRESULT found = m_inPlaceSite->GetWindow(&parent); FAILED(found)) {
+        return found;
+    }
+    RECT place{};
+    RECT clip{};
+    OLEINPLACEFRAMEINFO info{};
+    info.cb = sizeof info;
+    m_inPlaceSite->GetWindowContext(m_frame.put(), m_uiWindow.put(), &place, &clip, &info);
+    return m_window.createAt(parent, place) ? S_OK : E_FAIL;
+}
+
+void InterfaceControl::activateUi()
+{
+    if (m_uiActive || !m_inPlaceSite) {
+        return;
+    }
+    m_uiActive = true;
+    const ComPtr<InterfaceControl> alive(this);
+    m_inPlaceSite->OnUIActivate();
+    if (m_frame) {
+        m_frame->SetActiveObject(this, L"Tessera 2.0");
+        m_frame->SetBorderSpace(nullptr);
+    }
+    if (m_uiWindow) {
+        m_uiWindow->SetActiveObject(this, L"Tessera 2.0");
+        m_uiWindow->SetBorderSpace(nullptr);
+    }
+    if (!m_window.holdsFocus()) {
+        SetFocus(m_window.handle());
+    }
+}
+
+void InterfaceControl::deactivateUi(bool telling)
+{
+    if (!m_uiActive) {
+        return;
+    }
+    m_uiActive = false;
+    const ComPtr<InterfaceControl> alive(this);
+    if (m_uiWindow) {
+        m_uiWindow->SetActiveObject(nullptr, nullptr);
+    }
+    if (m_frame) {
+        m_frame->SetActiveObject(nullptr, nullptr);
+    }
+    if (telling && m_inPlaceSite) {
+        m_inPlaceSite->OnUIDeactivate(FALSE);
+    }
+}
+
+// The focus that leaves for a dialog or another window of the container's leaves the control
+// active: the container says when it activates something else.
+void InterfaceControl::focusChanged(bool inside)
+{
+    if (inside) {
+        activateUi();
+    }
+    if (const ComPtr<IOleControlSite> site = m_site.query<IOleControlSite>()) {
+        site->OnFocus(inside);
+    }
+}
+
+STDMETHODIMP InterfaceControl::GetWindow(HWND* window)
+{
+    if (!window) {
+        return E_POINTER;
+    }
+    *window = m_window.handle();
+    return *window ? S_OK : E_FAIL;
+}
+
+STDMETHODIMP InterfaceControl::InPlaceDeactivate()
+{
+    const ComPtr<InterfaceControl> alive(this);
+    return comBorder([&] {
+        deactivateUi(true);
+        m_window.destroy();
+        const ComPtr<IOleInPlaceSite> site = std::move(m_inPlaceSite);
+        m_frame.reset();
+        m_uiWindow.reset();
+        if (site) {
+            site->OnInPlaceDeactivate();
+        }
+        return S_OK;
+    });
+}
+
+STDMETHODIMP InterfaceControl::UIDeactivate()
+{
+    return comBorder([&] {
+        deactivateUi(true);
+        return S_OK;
+    });
+}
+
+STDMETHODIMP InterfaceControl::SetObjectRects(LPCRECT place, LPCRECT)
+{
+    if (!place) {
+        return E_POINTER;
+    }
+    if (!m_window) {
+        return S_OK;
+    }
+    const UINT flags = SWP_NOZORDER | SWP_NOACTIVATE;
+    SetWindowPos(m_window.handle(), nullptr, place->left, place->top, place->right - place->left,
+                 place->bottom - place->top, flags);
+    return S_OK;
+}
+
+// Tab walks through the controls and leaves at the ends; the keys that controls work with go to the
+// one with the focus; all others are the container's.
+STDMETHODIMP InterfaceControl::TranslateAccelerator(LPMSG message)
+{
+    if (!message) {
+        return E_POINTER;
+    }
+    const bool isKey = message->message >= WM_KEYFIRST && message->message <= WM_KEYLAST;
+    if (!isKey || !m_window.holdsFocus()) {
+        return S_FALSE;
+    }
+    return comBorder([&]() -> HRESULT {
+        const bool plainTab = message->wParam == VK_TAB && !isDown(VK_CONTROL) && !isDown(VK_MENU);
+        if (plainTab && message->message == WM_KEYDOWN) {
+            return translateTab(*message);
+        }
+        if (!isOwnKey(*message)) {
+            const ComPtr<IOleControlSite> site = m_site.query<IOleControlSite>();
+            return site && site->TranslateAccelerator(message, keyModifiers()) == S_OK ? S_OK : S_FALSE;
+        }
+        TranslateMessage(message);
+        DispatchMessageA(message);
+        return S_OK;
+    });
+}
+
+bool InterfaceControl::isOwnKey(const MSG& message) const
+{
+    if (message.message == WM_CHAR) {
+        return message.wParam != VK_TAB && !isDown(VK_MENU);
+    }
+    if ((message.message != WM_KEYDOWN && message.message != WM_KEYUP) || isDown(VK_MENU)) {
+        return false;
+    }
+    if (isDown(VK_CONTROL)) {
+        return contains(kOwnControlKeys, message.wParam);
+    }
+    return contains(kOwnKeys, message.wParam) || isCharacterKey(message.wParam);
+}
+
+HRESULT InterfaceControl::translateTab(MSG& message)
+{
+    const std::vector<HWND> stops = tabStops(m_window.handle());
+    const int current = focusedStop(stops, GetFocus());
+    const bool back = isDown(VK_SHIFT);
+    const int last = static_cast<int>(stops.size()) - 1;
+    const int next = current < 0 ? (back ? last : 0) : current + (back ? -1 : 1);
+    if (next < 0 || next > last) {
+        return leaveByTab(message);
+    }
+    SetFocus(stops[static_cast<std::size_t>(next)]);
+    return S_OK;
+}
+
+HRESULT InterfaceControl::leaveByTab(MSG& message)
+{
+    const ComPtr<IOleControlSite> site = m_site.query<IOleControlSite>();
+    if (!site) {
+        return S_FALSE;
+    }
+    return site->TranslateAccelerator(&message, keyModifiers()) == S_OK ? S_OK : S_FALSE;
+}
+
+} // namespace tessera

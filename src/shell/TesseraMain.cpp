@@ -1,0 +1,210 @@
+// The life of the controller: start and end, each step in its order.
+
+#include "shell/TesseraMain.h"
+
+#include "base/Errors.h"
+#include "shell/ControlWindow.h"
+#include "shell/HostRegistry.h"
+#include "shell/UnwindTimer.h"
+#include "system/Border.h"
+#include "ui/PaneAlbumDetails.h"
+#include "ui/PaneLog.h"
+#include "ui/PaneMain.h"
+#include "ui/PaneOverview.h"
+#include "ui/ids.h"
+
+namespace tessera {
+
+namespace {
+
+constinit std::atomic<TesseraMain*> g_active{nullptr};
+
+void showActiveAssertion(const char* expression, const char* unit, unsigned long line)
+{
+    if (TesseraMain* const main = TesseraMain::active()) {
+        main->prompt().assertion(expression, unit, line);
+    }
+}
+
+bool isContentPane(int id)
+{
+    return id == paneId::kOverview || id == paneId::kAlbumDetails || id == paneId::kLog;
+}
+
+// A step that needs the host: one that refuses it goes without.
+template <class Step>
+void hostStep(Step step)
+{
+    try {
+        step();
+    } catch (const HostError&) {
+    }
+}
+
+} // namespace
+
+TesseraMain* TesseraMain::active()
+{
+    return g_active;
+}
+
+std::shared_ptr<TesseraMain> TesseraMain::make(const ControlWindow& control)
+{
+    auto main = std::make_shared<TesseraMain>(control);
+    main->m_previousBoxes = setMessageBoxes(&main->m_boxes);
+    main->m_previousAssertions = setAssertionHandler(showActiveAssertion);
+    g_active = main.get();
+    return main;
+}
+
+void TesseraMain::letGo(std::shared_ptr<TesseraMain> main)
+{
+    if (!main->unwound()) {
+        releaseWhen([main] { return main->unwound(); });
+    }
+}
+
+TesseraMain::TesseraMain(const ControlWindow& control)
+    : m_hwndOwner(control.handle()),
+      m_bandHeight(control.bandHeight()),
+      m_modal(std::make_shared<ModalLoops>()),
+      m_boxes(m_modal),
+      m_context(ActivationContext::ofModule()),
+      m_colours(m_host),
+      m_prompt(m_queue, m_hwndOwner),
+      m_jobs({m_database, m_host, m_prompt, m_queue, *this, m_tokens, m_terminating}, m_log)
+{
+}
+
+TesseraMain::~TesseraMain()
+{
+    freeLibrary();
+}
+
+bool TesseraMain::unwound() const
+{
+    return !m_starting && !m_modal->running() && !m_host.inCall() && !m_queue.working();
+}
+
+void TesseraMain::start(IDispatch* host)
+{
+    const std::shared_ptr<TesseraMain> alive = shared_from_this();
+    const ActivationScope scope(m_context);
+    m_starting = true;
+    userBorder(m_hwndOwner, 0, [&] {
+        startSteps(host);
+        return 0;
+    });
+    m_starting = false;
+}
+
+// The host may end the plug-in inside any call that we make.
+void TesseraMain::startSteps(IDispatch* host)
+{
+    m_host.attach(host);
+    m_tokens.setArtworkFolder(hostArtworkFolder());
+    loadGeneralSettings();
+    hostStep([this] { querySkin(); });
+    if (m_terminating) {
+        return;
+    }
+    m_queue.open();
+    m_smallIcons = ImageList::fromStrip(resourceId::kSmallIcons, 16);
+    m_fonts.create();
+    createPanes();
+    if (m_terminating) {
+        return;
+    }
+    showFirstPane();
+    hostStep([this] { drawSkinAgain(); });
+    m_settings.general.firstTime = false;
+}
+
+void TesseraMain::loadGeneralSettings()
+{
+    m_settings = loadAllSettings(m_store);
+    if (!isContentPane(m_settings.general.lastPane)) {
+        m_settings.general.lastPane = paneId::kLog;
+    }
+    m_panes.forEach([](Pane& pane) { pane.settingsChanged(); });
+}
+
+void TesseraMain::saveGeneralSettings()
+{
+    m_panes.forEach([](Pane& pane) { pane.storeState(); });
+    saveAllSettings(m_store, m_settings);
+}
+
+void TesseraMain::querySkin()
+{
+    if (!m_settings.general.supportSkinning) {
+        m_colours.setUseHost(false);
+        m_host.drawSkin(0);
+    } else {
+        m_colours.setUseHost(m_host.skin(0, -1) > 0);
+    }
+}
+
+void TesseraMain::drawSkinAgain()
+{
+    if (!m_settings.general.supportSkinning) {
+        m_host.drawSkin(1);
+    }
+}
+
+template <class PaneType, class... Arguments>
+PaneType* TesseraMain::addPane(Arguments&&... arguments)
+{
+    auto pane = std::make_unique<PaneType>(*this, std::forward<Arguments>(arguments)...);
+    PaneType* const added = pane.get();
+    pane->createPane(m_hwndOwner);
+    m_panes.add(std::move(pane));
+    return added;
+}
+
+void TesseraMain::createPanes()
+{
+    m_paneMain = addPane<PaneMain>();
+    m_paneOverview = addPane<PaneOverview>();
+    m_paneAlbumDetails = addPane<PaneAlbumDetails>();
+    addPane<PaneLog>(m_log);
+}
+
+void TesseraMain::showFirstPane()
+{
+    const DatabaseSettings& database = m_settings.database;
+    if (database.loadLastAtStartup && !database.lastUsed.empty()) {
+        m_jobs.start(database, false, m_settings.general.lastPane);
+    } else {
+        selectPane(m_settings.general.lastPane);
+    }
+}
+
+// The flag ends every long step; the worker is waited for before anything that it uses goes.
+void TesseraMain::terminate()
+{
+    if (m_terminating.exchange(true)) {
+        return;
+    }
+    const std::shared_ptr<TesseraMain> alive = shared_from_this();
+    m_queue.close();
+    m_modal->closeAll();
+    m_jobs.stop();
+    saveGeneralSettings();
+    m_fonts.destroy();
+    m_panes.destroyWindows();
+    freeLibrary();
+    m_host.release();
+    m_smallIcons.reset();
+    setAssertionHandler(m_previousAssertions);
+    setMessageBoxes(m_previousBoxes);
+    g_active = nullptr;
+}
+
+void TesseraMain::freeLibrary()
+{
+    m_database.clear();
+    m_host.releaseDropped();
+}
+
+} // namespace tessera

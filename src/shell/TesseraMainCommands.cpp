@@ -1,0 +1,263 @@
+// What panes, pages and jobs ask of the controller.
+
+#include "shell/ControlWindow.h"
+#include "shell/TesseraMain.h"
+
+#include "base/Errors.h"
+#include "library/FirstNames.h"
+#include "options/NewDatabaseWizard.h"
+#include "system/Border.h"
+#include "ui/ListExport.h"
+#include "ui/PaneAlbumDetails.h"
+#include "ui/PaneMain.h"
+#include "ui/PaneOverview.h"
+#include "windowing/FileDialogs.h"
+
+namespace tessera {
+
+bool TesseraMain::maySelect() const
+{
+    return !isBusy() && !m_host.inCall() && !m_terminating;
+}
+
+// One dialog at a time, and none from a message loop that the host runs inside a call of ours.
+bool TesseraMain::mayOpenDialog() const
+{
+    return maySelect() && !m_modal->running();
+}
+
+// Dialogs belong to the host's top-level window, so that it is disabled while they are open.
+HWND TesseraMain::dialogOwner() const
+{
+    return GetAncestor(m_hwndOwner, GA_ROOT);
+}
+
+int TesseraMain::showMessage(UINT flags, const std::string& text)
+{
+    return tessera::showMessage(m_hwndOwner, flags, text);
+}
+
+// Commands that open dialogs are put off until the message that brought them is done with: a
+// dialog's loop may outlast the panes.
+void TesseraMain::newDatabase()
+{
+    if (mayOpenDialog()) {
+        m_queue.post([main = shared_from_this()] { main->runNewDatabase(); });
+    }
+}
+
+void TesseraMain::openDatabase()
+{
+    if (mayOpenDialog()) {
+        m_queue.post([main = shared_from_this()] { main->runOpenDatabase(); });
+    }
+}
+
+void TesseraMain::exportCurrentList()
+{
+    if (mayOpenDialog()) {
+        m_queue.post([main = shared_from_this()] { main->runExport(); });
+    }
+}
+
+void TesseraMain::runNewDatabase()
+{
+    if (!mayOpenDialog()) {
+        return;
+    }
+    DatabaseSettings edited = m_settings.database;
+    {
+        const ModalLoops::Scope modal(*m_modal);
+        const ActivationScope scope(m_context);
+        if (!runNewDatabaseWizard(dialogOwner(), *this, edited)) {
+            return;
+        }
+    }
+    if (!maySelect()) {
+        return;
+    }
+    m_settings.database = edited;
+    saveDatabaseSettings();
+    m_jobs.start(edited, true, currentPane());
+}
+
+void TesseraMain::runOpenDatabase()
+{
+    if (!mayOpenDialog()) {
+        return;
+    }
+    std::optional<std::string> path;
+    {
+        const ModalLoops::Scope modal(*m_modal);
+        const ActivationScope scope(m_context);
+        path = openFile(dialogOwner(), {.title = "Select the database to open",
+                                        .filter = "Database Files (*.ts2)|*.ts2|All Files (*.*)|*.*||",
+                                        .initialName = m_settings.database.lastUsed,
+                                        .defaultExtension = "",
+                                        .flags = kOpenFlags});
+    }
+    if (!path || !maySelect()) {
+        return;
+    }
+    m_settings.database.lastUsed = *path;
+    saveDatabaseSettings();
+    m_jobs.start(m_settings.database, false, currentPane());
+}
+
+void TesseraMain::runExport()
+{
+    Pane* const pane = m_panes.current();
+    if (!pane || !mayOpenDialog()) {
+        return;
+    }
+    if (const HWND list = pane->exportList()) {
+        const ModalLoops::Scope modal(*m_modal);
+        const ActivationScope scope(m_context);
+        exportListToText(*this, pane->exportBaseName(), list);
+    }
+    if (!m_terminating) {
+        InvalidateRect(pane->window(), nullptr, TRUE);
+    }
+}
+
+void TesseraMain::saveDatabaseSettings()
+{
+    saveSettings(m_store, m_settings.database);
+}
+
+void TesseraMain::selectPane(int id)
+{
+    if (maySelect() && id != paneId::kMain && m_panes.has(id)) {
+        showPane(id);
+        m_settings.general.lastPane = id;
+    }
+}
+
+void TesseraMain::showPane(int id)
+{
+    m_paneMain->showCurrentPane(id);
+    m_panes.show(id);
+    m_paneMain->refreshCommands();
+}
+
+void TesseraMain::setCurrentView(ListStyle style)
+{
+    Pane* const pane = m_panes.current();
+    if (pane && maySelect()) {
+        pane->setView(style);
+    }
+}
+
+void TesseraMain::imageSizeChosen(int index)
+{
+    if (maySelect()) {
+        m_settings.artwork.imageSizeIndex = index;
+        refreshAfterChange(true);
+    }
+}
+
+void TesseraMain::trackCursor(POINT screen, bool moved)
+{
+    if (maySelect()) {
+        m_panes.forEach([&](Pane& pane) { pane.trackCursor(screen, moved); });
+    }
+}
+
+// The focus follows the new trees only where it is inside the plug-in already.
+void TesseraMain::refreshAfterChange(bool reload)
+{
+    if (reload) {
+        m_panes.forEach([](Pane& pane) { pane.reload(); });
+    }
+    const HWND focus = GetFocus();
+    const Pane* const pane = m_panes.current();
+    if (pane && pane->id() == paneId::kAlbumDetails && IsChild(m_hwndOwner, focus)) {
+        SetFocus(pane->focusWindow());
+    }
+}
+
+void TesseraMain::skinControl(HWND control)
+{
+    if (m_colours.usesHost()) {
+        const auto window = static_cast<std::int32_t>(reinterpret_cast<INT_PTR>(control));
+        quietBorder(0, [&] { return m_host.skin(window, 1); });
+    }
+}
+
+void TesseraMain::layoutPanes(SIZE size)
+{
+    m_panes.layout(m_hwndOwner, size, m_bandHeight);
+}
+
+HWND TesseraMain::focusTarget() const
+{
+    const Pane* const pane = m_panes.current();
+    return pane ? pane->focusWindow() : nullptr;
+}
+
+void TesseraMain::loadArtistFirstNames()
+{
+    const std::string& path = m_settings.general.artistFirstNames;
+    m_firstNames.clear();
+    if (path.empty()) {
+        return;
+    }
+    if (const auto bytes = systemFiles().readAll(path)) {
+        m_firstNames = parseFirstNames({reinterpret_cast<const char*>(bytes->data()), bytes->size()});
+        return;
+    }
+    m_prompt.message(Severity::Exclamation,
+                     format("Could not open the artist first names file '%s'!", path.c_str()));
+}
+
+void TesseraMain::updateAlbums(std::span<Album* const> changed)
+{
+    m_database.update(m_settings.database.lastUsed, changed, systemFiles(), m_prompt);
+}
+
+void TesseraMain::playFiles(const PlayRequest& request)
+{
+    if (maySelect()) {
+        m_host.playFiles(request);
+    }
+}
+
+void TesseraMain::emptyLibrary()
+{
+    m_panes.forEach([](Pane& pane) { pane.clearRecords(); });
+    freeLibrary();
+}
+
+void TesseraMain::fillViews(Log& log)
+{
+    const std::shared_ptr<TesseraMain> alive = shared_from_this();
+    loadArtistFirstNames();
+    if (m_terminating) {
+        return;
+    }
+    log.line("Loading treeview");
+    m_paneAlbumDetails->rebuildTrees(log);
+    m_paneOverview->reload();
+}
+
+// The remembered pane stays what is saved while the log is in front.
+void TesseraMain::jobStarts(bool creating)
+{
+    showPane(paneId::kLog);
+    if (creating) {
+        EnableWindow(m_hwndOwner, FALSE);
+    }
+}
+
+void TesseraMain::jobEnded(bool loaded, int rememberedPane)
+{
+    m_host.releaseDropped();
+    EnableWindow(m_hwndOwner, TRUE);
+    refreshAfterChange(!loaded);
+    if (loaded) {
+        selectPane(rememberedPane);
+    }
+    m_paneMain->refreshCommands();
+}
+
+} // namespace tessera
