@@ -51,6 +51,8 @@ public:
     Variant(const std::string& text) : Variant(std::string_view(text)) {}
     Variant(const char* text) : Variant(std::string_view(text)) {}
     Variant(std::u16string_view wide);
+    Variant(const char16_t* wide) : Variant(std::u16string_view(wide)) {}
+    Variant(const void*) = delete; // would become a flag
     Variant(IDispatch* object); // adds a reference
     template <class Interface>
     Variant(const ComPtr<Interface>& object) : Variant(static_cast<IDispatch*>(object.get()))
