@@ -24,6 +24,7 @@ public:
 
     // An empty name is the key's default value.
     std::optional<StoredValue> read(const std::string& name) const;
+    // A text gets its terminator if it has none.
     bool write(const std::string& name, const StoredValue& value);
     bool removeValue(const std::string& name);
 

@@ -31,7 +31,7 @@ std::vector<std::uint8_t> bytesOf(std::string_view text)
 TEST_F(Registry, ValuesOfAllKindsComeBackByteForByte)
 {
     const StoredValue values[] = {
-        {StorageType::Text, bytesOf(std::string_view("tab\t line\r\n \"quoted\" \xE9\xFF\0", 23))},
+        {StorageType::Text, bytesOf(std::string_view("tab\t line\r\n \"quoted\" \xE9\xFF\0", 24))},
         {StorageType::Text, bytesOf(std::string_view("\0", 1))},
         {StorageType::Text, bytesOf(std::string(70000, 'x') + '\0')},
         {StorageType::Binary, bytesOf(std::string_view("\1\0\0\0", 4))},
@@ -47,6 +47,8 @@ TEST_F(Registry, ValuesOfAllKindsComeBackByteForByte)
         EXPECT_EQ(back->type, value.type);
         EXPECT_EQ(back->bytes, value.bytes);
     }
+    ASSERT_TRUE(store.write("Group", "Name", {StorageType::Text, bytesOf("abc")}));
+    EXPECT_EQ(store.read("Group", "Name")->bytes, bytesOf(std::string_view("abc\0", 4)));
 }
 
 TEST_F(Registry, WhatIsMissingIsNoneAndWhatCannotBeOpenedRefuses)
