@@ -68,7 +68,7 @@ std::size_t LogQueue::addLine(const std::string& text)
             post();
     }
     if (own != nullptr)
-        SendMessageA(own, message, 0, 0);
+        SendMessageA(own, message, ActivityLog::kPaintNow, 0);
     return number;
 }
 

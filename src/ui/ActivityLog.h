@@ -32,6 +32,7 @@ class LogQueue;
 class ActivityLog {
 public:
     using ClockFunction = std::uint32_t (*)();
+    static constexpr WPARAM kPaintNow = 1;
 
     explicit ActivityLog(ClockFunction clock = tickCount);
     ~ActivityLog();
@@ -41,8 +42,8 @@ public:
     // A job is used by one thread at a time; several jobs may report at once.
     std::unique_ptr<Log> newJob();
 
-    // The window gets `message` whenever changes wait: posted from other threads, sent from the
-    // window's own thread, which may be about to work without looking at its messages.
+    // The window gets `message` whenever changes wait: posted from other threads; sent with
+    // kPaintNow from its own thread, which may be about to work without looking at its messages.
     void attach(HWND window, UINT message);
     void detach();
     LogChanges takeChanges();

@@ -60,7 +60,7 @@ void LibrarySummary::draw(HDC dc, const RECT& place, Commands& commands) const
     SetTextColor(dc, commands.treeText());
     line.top += drawCentred(dc, commands.boldListFont(), lines.heading, line) + padding / 2;
     SetTextColor(dc, mixed(commands.treeText(), commands.treeBackground(), 35));
-    drawCentred(dc, commands.listFont(), lines.text, line);
+    drawCentred(dc, commands.comboFont(), lines.text, line);
 }
 
 } // namespace tessera

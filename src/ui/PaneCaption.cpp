@@ -61,7 +61,7 @@ void PaneCaption::draw(HDC dc, const RECT& bar, Commands& commands) const
     // The status may not run into the title, however long it is.
     place.left += drawnWidth(dc, commands.boldListFont(), title) + scaled(kGap, dc);
     if (place.left < place.right)
-        drawText(dc, commands.listFont(), status, place, DT_RIGHT);
+        drawText(dc, commands.comboFont(), status, place, DT_RIGHT);
 }
 
 } // namespace tessera

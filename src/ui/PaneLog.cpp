@@ -75,35 +75,40 @@ void PaneLog::settingsChanged()
 void PaneLog::layoutContent(const RECT& content)
 {
     m_lvwLog.move(content);
-    fillColumns();
+    fillColumns(m_lvwLog.count());
 }
 
-// The last column takes what the others leave, a scroll bar that may come included.
-void PaneLog::fillColumns()
+// The last column takes what the others leave. Of the scroll bar it keeps clear before it comes,
+// or a second one would come with it.
+void PaneLog::fillColumns(int rows)
 {
     if (!m_lvwLog)
         return;
-    int left = static_cast<int>(m_lvwLog.clientRect().right);
-    const bool scrolls = (GetWindowLongA(m_lvwLog.handle(), GWL_STYLE) & WS_VSCROLL) != 0;
-    if (!scrolls)
+    int left = static_cast<int>(m_lvwLog.rect().right - m_lvwLog.rect().left);
+    if (rows > static_cast<int>(m_lvwLog.send(LVM_GETCOUNTPERPAGE)))
         left -= GetSystemMetrics(SM_CXVSCROLL);
     for (int column = 0; column < kDescription; ++column)
         left -= m_lvwLog.columnWidth(column);
-    m_lvwLog.setColumnWidth(kDescription, std::max(left, scaled(kLeastDescriptionWidth, handle())));
+    left = std::max(left, scaled(kLeastDescriptionWidth, handle()));
+    if (left != m_lvwLog.columnWidth(kDescription))
+        m_lvwLog.setColumnWidth(kDescription, left);
 }
 
-Handled PaneLog::onLogChanged(const Message&)
+Handled PaneLog::onLogChanged(const Message& message)
 {
     const LogChanges changes = m_log.takeChanges();
     for (const auto& [row, percent] : changes.percents)
         m_lvwLog.setText(static_cast<int>(row), 1, format("%d%%", percent));
     if (!changes.lines.empty())
         appendRows(changes.lines);
+    if (message.wParam == ActivityLog::kPaintNow)
+        UpdateWindow(m_lvwLog.handle());
     return 0;
 }
 
 void PaneLog::appendRows(const std::vector<LogLine>& lines)
 {
+    fillColumns(m_lvwLog.count() + static_cast<int>(lines.size()));
     {
         // One repaint for many rows; a single one is cheaper drawn by itself.
         std::optional<RedrawOff> quiet;
@@ -113,7 +118,6 @@ void PaneLog::appendRows(const std::vector<LogLine>& lines)
             m_lvwLog.addRow({line.begin(), line.end()});
     }
     m_lvwLog.makeVisible(m_lvwLog.count() - 1);
-    UpdateWindow(m_lvwLog.handle());
 }
 
 Handled PaneLog::onDestroy(const Message&)

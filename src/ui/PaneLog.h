@@ -25,7 +25,7 @@ private:
     Handled onLogChanged(const Message& message);
     Handled onDestroy(const Message& message);
     void createList();
-    void fillColumns();
+    void fillColumns(int rows);
     void appendRows(const std::vector<LogLine>& lines);
 
     ActivityLog& m_log;

@@ -1,6 +1,7 @@
 #include "ui/PaneMain.h"
 
 #include "base/Errors.h"
+#include "system/Handle.h"
 #include "ui/Colours.h"
 #include "ui/Commands.h"
 #include "ui/ids.h"
@@ -69,6 +70,28 @@ constexpr int kToolbarWidth = 140;
 constexpr int kToolbarHeight = 30;
 constexpr int kBandBorders = 8; // of a band with an edge round its child
 
+// Long enough for every item; systems that size the list by themselves keep to it too.
+void makeRoomForList(const ComboBoxEx& combo)
+{
+    const Control inner(combo.combo());
+    RECT place = inner.rect();
+    const auto item = static_cast<int>(inner.send(CB_GETITEMHEIGHT));
+    place.bottom += item * combo.count() + 2 * GetSystemMetrics(SM_CYEDGE);
+    inner.move(place);
+}
+
+// The strip's own colour may differ from the user's visual style, which would hide it.
+void withoutVisualStyle(HWND window)
+{
+    const ModuleHandle library(LoadLibraryA("uxtheme.dll"));
+    using SetTheme = HRESULT(WINAPI*)(HWND, LPCWSTR, LPCWSTR);
+    const auto setTheme = library ? reinterpret_cast<SetTheme>(reinterpret_cast<void*>(
+                                        GetProcAddress(library.get(), "SetWindowTheme")))
+                                  : nullptr;
+    if (setTheme != nullptr)
+        setTheme(window, L" ", L" ");
+}
+
 } // namespace
 
 PaneMain::PaneMain(Commands& commands) : m_commands(commands) {}
@@ -127,6 +150,7 @@ void PaneMain::createViewCombo()
     m_cboView.setImageList(m_commands.smallIcons());
     for (const auto& pane : kPanes)
         m_cboView.add(pane.text, pane.image, pane.pane);
+    makeRoomForList(m_cboView);
     showCurrentPane(paneId::kLog);
 }
 
@@ -142,6 +166,7 @@ void PaneMain::createImageSizeCombo()
     m_cboImageSize.setImageList(m_commands.smallIcons());
     for (const auto& size : kImageSizes)
         m_cboImageSize.add(size.text, -1, size.pixels);
+    makeRoomForList(m_cboImageSize);
 }
 
 void PaneMain::createToolbar()
@@ -160,15 +185,19 @@ void PaneMain::createToolbar()
 
 void PaneMain::createRebar()
 {
-    if (!m_rbrMain.create(handle(), controlId::kMainRebar, clientRect())) {
+    // Wide enough for one row, whatever the strip's width will be.
+    const RECT place{0, 0, GetSystemMetrics(SM_CXSCREEN), m_commands.bandHeight()};
+    if (!m_rbrMain.create(handle(), controlId::kMainRebar, place)) {
         assertionFailed("m_prbrMain->GetSafeHwnd()", "PaneMain", __LINE__);
         return;
     }
+    withoutVisualStyle(m_rbrMain.handle());
     m_rbrMain.setFont(m_commands.comboFont());
     const SIZE buttons = m_tbrMain.size();
     addBand(m_tbrMain, "", static_cast<int>(buttons.cx), static_cast<int>(buttons.cy));
     addBand(m_cboImageSize, "Icon Image Size", scaled(kImageSizeComboWidth, handle()), 0);
     addBand(m_cboView, "Go To", scaled(kViewComboWidth, handle()), 0);
+    fillBandHeight();
 }
 
 void PaneMain::addBand(const Control& child, const char* title, int width, int height)
@@ -176,6 +205,21 @@ void PaneMain::addBand(const Control& child, const char* title, int width, int h
     const RECT own = child.rect();
     const int tall = height != 0 ? height : static_cast<int>(own.bottom - own.top);
     m_rbrMain.addBand({child.handle(), title, width, width, tall});
+}
+
+// A combo's band as tall as it takes to fill the strip; the others are centred beside it.
+void PaneMain::fillBandHeight()
+{
+    REBARBANDINFOA band{};
+    band.cbSize = REBARBANDINFOA_V3_SIZE;
+    band.fMask = RBBIM_CHILDSIZE;
+    const auto index = static_cast<WPARAM>(m_rbrMain.bandCount() - 1);
+    m_rbrMain.send(RB_GETBANDINFOA, index, reinterpret_cast<LPARAM>(&band));
+    const int missing = m_commands.bandHeight() - m_rbrMain.height();
+    if (missing <= 0)
+        return;
+    band.cyMinChild += static_cast<UINT>(missing);
+    m_rbrMain.send(RB_SETBANDINFOA, index, reinterpret_cast<LPARAM>(&band));
 }
 
 HWND PaneMain::focusWindow() const
@@ -313,13 +357,18 @@ void PaneMain::showCurrentPane(int id)
 void PaneMain::settingsChanged()
 {
     const COLORREF face = m_commands.frameFace();
+    REBARBANDINFOA band{};
+    band.cbSize = REBARBANDINFOA_V3_SIZE;
+    band.fMask = RBBIM_COLORS;
+    band.clrBack = face;
+    band.clrFore = readableOn(face);
+    for (int index = 0; index < m_rbrMain.bandCount(); ++index)
+        m_rbrMain.send(RB_SETBANDINFOA, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&band));
     m_rbrMain.send(RB_SETBKCOLOR, 0, static_cast<LPARAM>(face));
-    m_rbrMain.send(RB_SETTEXTCOLOR, 0, static_cast<LPARAM>(readableOn(face)));
     m_cboImageSize.select(m_commands.artwork().imageSizeIndex);
     m_shown.reset();
     refreshCommands();
-    InvalidateRect(handle(), nullptr, TRUE);
-    m_rbrMain.invalidate();
+    RedrawWindow(handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 void PaneMain::refreshCommands()

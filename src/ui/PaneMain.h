@@ -60,6 +60,7 @@ private:
     void createToolbar();
     void createRebar();
     void addBand(const Control& child, const char* title, int width, int height);
+    void fillBandHeight();
     void layoutBands(int width);
     void perform(UINT command);
     void showState(const State& state);

@@ -18,7 +18,7 @@ protected:
         m_details.createPane(m_hParent);
         for (const HWND window : {m_overview.window(), m_details.window()})
             MoveWindow(window, 0, 32, 600, 368, TRUE);
-        ShowWindow(m_hParent, SW_SHOW);
+        ShowWindow(m_hParent, SW_SHOWNOACTIVATE);
     }
     ~ContentPaneTest() override { DestroyWindow(m_hParent); }
 

@@ -176,12 +176,14 @@ TEST_F(PaneMainTest, BandsFitIntoTheStripAndShowTheirChildrenWhole)
 TEST_F(PaneMainTest, DroppedListsShowEveryItem)
 {
     for (const ComboBoxEx& combo : {viewCombo(), sizeCombo()}) {
-        RECT dropped{};
-        SendMessageA(combo.combo(), CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(&dropped));
-        RECT closed{};
-        GetWindowRect(combo.combo(), &closed);
+        COMBOBOXINFO info{};
+        info.cbSize = sizeof(info);
+        ASSERT_TRUE(GetComboBoxInfo(combo.combo(), &info));
+        SendMessageA(combo.combo(), CB_SHOWDROPDOWN, TRUE, 0);
+        EXPECT_FALSE(GetWindowLongA(info.hwndList, GWL_STYLE) & WS_VSCROLL) << combo.itemText(0);
         const auto item = static_cast<int>(SendMessageA(combo.combo(), CB_GETITEMHEIGHT, 0, 0));
-        EXPECT_GE(dropped.bottom - dropped.top - (closed.bottom - closed.top), item * combo.count());
+        EXPECT_GE(Control(info.hwndList).clientRect().bottom, item * combo.count());
+        SendMessageA(combo.combo(), CB_SHOWDROPDOWN, FALSE, 0);
     }
 }
 
