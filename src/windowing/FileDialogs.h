@@ -7,12 +7,12 @@
 namespace tessera {
 
 struct FileDialogOptions {
-    std::string title;
+    std::string title{};
     // Pairs of description and patterns: "Text Files (*.txt)|*.txt|All Files (*.*)|*.*||".
-    std::string filter;
-    std::string initialName;      // a name or a full path
-    std::string defaultExtension; // with or without the dot
-    DWORD flags = 0;              // OFN_*, beside those that are always there
+    std::string filter{};
+    std::string initialName{};      // a name or a full path
+    std::string defaultExtension{}; // with or without the dot
+    DWORD flags = 0;                // OFN_*, beside those that are always there
 };
 
 inline constexpr DWORD kSaveFlags =

@@ -22,7 +22,9 @@ struct WindowStyle {
 };
 
 // A window of our own. The HWND is destroyed with the object; when somebody else destroys it (its
-// parent, say) the object has no handle any more. Creation messages reach the map already.
+// parent, say) the object has no handle any more. Creation messages reach the map already. A
+// class that wants to see WM_DESTROY whatever happens calls `destroy` in its own destructor: later
+// its map is not asked any more.
 class Window : public MessageTarget {
 public:
     Window() = default;
