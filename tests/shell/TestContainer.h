@@ -1,0 +1,97 @@
+#pragma once
+
+#include "system/ComPtr.h"
+#include "windowing/Window.h"
+
+#include <functional>
+#include <ocidl.h>
+#include <oleidl.h>
+
+namespace tessera {
+
+// A container written by hand: one top-level window, one control that fills it, and a message loop
+// with accelerators of its own, among them Enter, Escape, Tab and the arrows.
+class TestContainer final : public IOleClientSite,
+                            public IOleInPlaceSite,
+                            public IOleInPlaceFrame,
+                            public IOleControlSite,
+                            private Window {
+public:
+    TestContainer();
+    ~TestContainer() override;
+
+    // In-place activates it; false when it refuses.
+    bool host(const ComPtr<IDispatch>& control);
+    // Closes the control and lets it go.
+    void drop();
+    // The control's window.
+    HWND controlWindow() const;
+    HWND frame() const { return handle(); }
+    void resize(int width, int height);
+
+    // Handles messages as the container's loop does, until the condition holds; false after the time.
+    bool pump(const std::function<bool()>& condition, DWORD milliseconds = 10000);
+    void pumpFor(DWORD milliseconds);
+
+    int eaten = 0;       // keys that the container's accelerators took
+    int tabsOffered = 0; // Tab keys that the control gave back at its ends
+    int uiActivations = 0;
+    ComPtr<IOleInPlaceActiveObject> activeObject;
+
+    // IUnknown; lives on the stack of a test
+    STDMETHODIMP QueryInterface(REFIID id, void** object) override;
+    STDMETHODIMP_(ULONG) AddRef() override { return ++m_references; }
+    STDMETHODIMP_(ULONG) Release() override { return --m_references; }
+    ULONG references() const { return m_references; }
+
+    // IOleClientSite
+    STDMETHODIMP SaveObject() override { return E_NOTIMPL; }
+    STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker**) override { return E_NOTIMPL; }
+    STDMETHODIMP GetContainer(IOleContainer**) override { return E_NOINTERFACE; }
+    STDMETHODIMP ShowObject() override { return S_OK; }
+    STDMETHODIMP OnShowWindow(BOOL) override { return S_OK; }
+    STDMETHODIMP RequestNewObjectLayout() override { return E_NOTIMPL; }
+
+    // IOleInPlaceSite and IOleInPlaceFrame
+    STDMETHODIMP GetWindow(HWND* window) override;
+    STDMETHODIMP ContextSensitiveHelp(BOOL) override { return E_NOTIMPL; }
+    STDMETHODIMP CanInPlaceActivate() override { return S_OK; }
+    STDMETHODIMP OnInPlaceActivate() override { return S_OK; }
+    STDMETHODIMP OnUIActivate() override;
+    STDMETHODIMP GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** document, LPRECT place,
+                                  LPRECT clip, LPOLEINPLACEFRAMEINFO info) override;
+    STDMETHODIMP Scroll(SIZE) override { return E_NOTIMPL; }
+    STDMETHODIMP OnUIDeactivate(BOOL) override { return S_OK; }
+    STDMETHODIMP OnInPlaceDeactivate() override { return S_OK; }
+    STDMETHODIMP DiscardUndoState() override { return E_NOTIMPL; }
+    STDMETHODIMP DeactivateAndUndo() override { return E_NOTIMPL; }
+    STDMETHODIMP OnPosRectChange(LPCRECT) override { return S_OK; }
+    STDMETHODIMP GetBorder(LPRECT) override { return E_NOTIMPL; }
+    STDMETHODIMP RequestBorderSpace(LPCBORDERWIDTHS) override { return E_NOTIMPL; }
+    STDMETHODIMP SetBorderSpace(LPCBORDERWIDTHS) override { return S_OK; }
+    STDMETHODIMP SetActiveObject(IOleInPlaceActiveObject* object, LPCOLESTR) override;
+    STDMETHODIMP InsertMenus(HMENU, LPOLEMENUGROUPWIDTHS) override { return E_NOTIMPL; }
+    STDMETHODIMP SetMenu(HMENU, HOLEMENU, HWND) override { return E_NOTIMPL; }
+    STDMETHODIMP RemoveMenus(HMENU) override { return E_NOTIMPL; }
+    STDMETHODIMP SetStatusText(LPCOLESTR) override { return S_OK; }
+    STDMETHODIMP EnableModeless(BOOL) override { return S_OK; }
+    STDMETHODIMP TranslateAccelerator(LPMSG, WORD) override { return S_FALSE; }
+
+    // IOleControlSite
+    STDMETHODIMP OnControlInfoChanged() override { return S_OK; }
+    STDMETHODIMP LockInPlaceActive(BOOL) override { return S_OK; }
+    STDMETHODIMP GetExtendedControl(IDispatch**) override { return E_NOTIMPL; }
+    STDMETHODIMP TransformCoords(POINTL*, POINTF*, DWORD) override { return E_NOTIMPL; }
+    STDMETHODIMP TranslateAccelerator(MSG* message, DWORD modifiers) override;
+    STDMETHODIMP OnFocus(BOOL) override { return S_OK; }
+    STDMETHODIMP ShowPropertyFrame() override { return E_NOTIMPL; }
+
+private:
+    WindowClass windowClass() const override { return {.name = "TestContainer"}; }
+    void handleOne(MSG& message);
+
+    ULONG m_references = 1;
+    ComPtr<IOleObject> m_object;
+};
+
+} // namespace tessera
