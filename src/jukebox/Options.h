@@ -1,0 +1,24 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tessera::jukebox {
+
+// What the command line asks for.
+struct Options {
+    std::wstring library;
+    bool skin = false;
+    std::optional<std::wstring> walk; // folder for what the walk writes
+    std::wstring database;            // of the new database; empty: what the wizard proposes
+    std::wstring open;                // an existing database, instead of a new one
+};
+
+inline constexpr const char* kUsage =
+    "Usage: jukebox --library LIBRARY.tsv [--skin] [--walk FOLDER [--database FILE.ts2 | --open FILE.ts2]]\n";
+
+// None when the arguments make no sense; `problem` says why.
+std::optional<Options> parseOptions(const std::vector<std::wstring>& arguments, std::string& problem);
+
+} // namespace tessera::jukebox
