@@ -9,6 +9,23 @@
 
 namespace tessera {
 
+namespace {
+
+// On the parent itself, or left behind in a sibling that was hidden.
+bool focusIsHomeless(HWND parent)
+{
+    HWND window = GetFocus();
+    if (window == nullptr || window == parent)
+        return window != nullptr;
+    if (!IsChild(parent, window))
+        return false;
+    while (GetParent(window) != parent)
+        window = GetParent(window);
+    return (GetWindowLongA(window, GWL_STYLE) & WS_VISIBLE) == 0;
+}
+
+} // namespace
+
 ContentPane::ContentPane(int id, const char* unit, const std::string& title, Commands& commands)
     : m_id(id), m_pszUnit(unit), m_commands(commands), m_caption{title, ""}
 {
@@ -16,12 +33,13 @@ ContentPane::ContentPane(int id, const char* unit, const std::string& title, Com
 
 std::span<const MapEntry<ContentPane>> ContentPane::messageMap()
 {
-    static constexpr std::array<MapEntry<ContentPane>, 5> kMap{{
+    static constexpr std::array<MapEntry<ContentPane>, 6> kMap{{
         {kActivateMessage, &ContentPane::onActivate},
         {WM_SIZE, &ContentPane::onSize},
         {WM_ERASEBKGND, &ContentPane::onErase},
         {WM_PAINT, &ContentPane::onPaint},
         {WM_SETFOCUS, &ContentPane::onFocus},
+        {WM_LBUTTONDOWN, &ContentPane::onClick},
     }};
     return kMap;
 }
@@ -74,17 +92,19 @@ Handled ContentPane::onActivate(const Message& message)
 // The focus goes with the panes: one that hides hands it to the parent, the next one takes it there.
 void ContentPane::showPane()
 {
+    const bool takesFocus = focusIsHomeless(GetParent(handle()));
     ShowWindow(handle(), SW_SHOWNA);
-    if (GetFocus() == GetParent(handle()) && GetFocus() != nullptr)
+    if (takesFocus)
         SetFocus(focusWindow());
 }
 
 void ContentPane::hidePane()
 {
     const HWND focus = GetFocus();
-    if (focus == handle() || IsChild(handle(), focus))
-        SetFocus(GetParent(handle()));
+    const bool hadFocus = focus == handle() || IsChild(handle(), focus);
     ShowWindow(handle(), SW_HIDE);
+    if (hadFocus)
+        SetFocus(GetParent(handle()));
 }
 
 Handled ContentPane::onSize(const Message&)
@@ -108,6 +128,12 @@ Handled ContentPane::onPaint(const Message&)
     fillRect(buffer.dc(), content, m_commands.treeBackground());
     paintContent(buffer.dc(), content);
     m_caption.draw(buffer.dc(), captionRect(), m_commands);
+    return 0;
+}
+
+Handled ContentPane::onClick(const Message&)
+{
+    SetFocus(focusWindow());
     return 0;
 }
 

@@ -43,6 +43,7 @@ private:
     Handled onErase(const Message& message);
     Handled onPaint(const Message& message);
     Handled onFocus(const Message& message);
+    Handled onClick(const Message& message);
     RECT captionRect() const;
     void showPane();
     void hidePane();

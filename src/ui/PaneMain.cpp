@@ -192,12 +192,17 @@ void PaneMain::createRebar()
         return;
     }
     withoutVisualStyle(m_rbrMain.handle());
+    // The combos are stops on the way of the Tab key through the plug-in.
+    const auto extended = GetWindowLongA(m_rbrMain.handle(), GWL_EXSTYLE);
+    SetWindowLongA(m_rbrMain.handle(), GWL_EXSTYLE, extended | WS_EX_CONTROLPARENT);
     m_rbrMain.setFont(m_commands.comboFont());
     const SIZE buttons = m_tbrMain.size();
     addBand(m_tbrMain, "", static_cast<int>(buttons.cx), static_cast<int>(buttons.cy));
     addBand(m_cboImageSize, "Icon Image Size", scaled(kImageSizeComboWidth, handle()), 0);
     addBand(m_cboView, "Go To", scaled(kViewComboWidth, handle()), 0);
     fillBandHeight();
+    // Created first, yet the last one on the way of the Tab key, as it stands there.
+    SetWindowPos(m_cboView.handle(), HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
 void PaneMain::addBand(const Control& child, const char* title, int width, int height)
@@ -388,8 +393,20 @@ void PaneMain::showState(const State& state)
     }
     for (const auto& each : kViews)
         m_tbrMain.checkButton(each.command, state.view == each.view);
+    if (state.busy)
+        leaveFocus();
     m_cboView.enable(!state.busy);
     m_cboImageSize.enable(!state.busy);
+}
+
+// A control that is disabled keeps the focus from everybody.
+void PaneMain::leaveFocus()
+{
+    if (!IsChild(handle(), GetFocus()))
+        return;
+    const HWND parent = GetParent(handle());
+    const HWND current = GetDlgItem(parent, m_commands.currentPane());
+    SetFocus(current != nullptr ? current : parent);
 }
 
 PaneMain::State PaneMain::currentState() const

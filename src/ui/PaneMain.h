@@ -63,6 +63,7 @@ private:
     void fillBandHeight();
     void layoutBands(int width);
     void perform(UINT command);
+    void leaveFocus();
     void showState(const State& state);
     State currentState() const;
     std::optional<ListStyle> currentView() const;

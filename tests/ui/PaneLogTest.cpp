@@ -1,6 +1,7 @@
 #include "ui/PaneLog.h"
 #include "FakeCommands.h"
 #include "ui/ActivityLog.h"
+#include "ui/PaneMain.h"
 #include "ui/ids.h"
 
 #include <gtest/gtest.h>
@@ -166,6 +167,35 @@ TEST_F(PaneLogTest, FocusGoesToTheListAndFollowsThePane)
     EXPECT_EQ(GetFocus(), m_hParent);
     SendMessageA(m_pane->window(), kActivateMessage, 1, 0);
     EXPECT_EQ(GetFocus(), m_pane->exportList());
+
+    // A parent that hands the focus straight back leaves it in what is hidden.
+    SendMessageA(m_pane->window(), kActivateMessage, 0, 0);
+    SetFocus(m_pane->exportList());
+    SendMessageA(m_pane->window(), kActivateMessage, 1, 0);
+    EXPECT_EQ(GetFocus(), m_pane->exportList());
+}
+
+TEST_F(PaneLogTest, TabGoesFromTheCombosToTheList)
+{
+    PaneMain main(m_commands);
+    main.createPane(m_hParent);
+    MoveWindow(main.window(), 0, 0, 800, 32, TRUE);
+    open();
+    // The first pane made is the first stop.
+    SetWindowPos(main.window(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    std::vector<int> stops;
+    HWND stop = nullptr;
+    for (int i = 0; i < 4; ++i) {
+        stop = GetNextDlgTabItem(m_hParent, stop, FALSE);
+        stops.push_back(GetDlgCtrlID(stop));
+    }
+    EXPECT_EQ(stops, (std::vector<int>{controlId::kImageSizeCombo, controlId::kViewCombo, controlId::kLogList,
+                                       controlId::kImageSizeCombo}));
+
+    SetFocus(GetDlgItem(GetDlgItem(main.window(), controlId::kMainRebar), controlId::kViewCombo));
+    m_commands.busy = true;
+    main.refreshCommands();
+    EXPECT_EQ(GetFocus(), m_pane->exportList()) << "a disabled combo would swallow the keys";
 }
 
 } // namespace
