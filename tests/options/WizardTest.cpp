@@ -1,0 +1,446 @@
+#include "options/NewDatabaseWizard.h"
+
+#include "options/WizardPropertySheet.h"
+#include "options/ids.h"
+#include "system/Handle.h"
+#include "tokens/TokenParser.h"
+#include "ui/FakeCommands.h"
+#include "windowing/Control.h"
+#include "windowing/MessageLoop.h"
+
+#include <functional>
+#include <gtest/gtest.h>
+
+namespace tessera {
+
+namespace {
+
+class WizardCommands : public FakeCommands {
+public:
+    const TokenParser& tokens() const override { return parser; }
+    HFONT wizardCaptionFont() const override { return caption.get(); }
+    int showMessage(UINT flags, const std::string& text) override
+    {
+        lastFlags = flags;
+        return FakeCommands::showMessage(flags, text);
+    }
+
+    TokenParser parser;
+    UINT lastFlags = 0;
+    FontHandle caption{
+        CreateFontA(-12, 0, 0, 0, FW_BOLD, 0, 0, 0, DEFAULT_CHARSET, 0, 0, ANTIALIASED_QUALITY, 0, "Tahoma")};
+};
+
+using Steps = std::vector<std::function<void()>>;
+
+Steps* g_steps = nullptr;
+std::size_t g_step = 0;
+CWizardPropertySheet* g_wizard = nullptr;
+
+// Runs by itself while the wizard's own loop, or that of a dialog over it, is running.
+void CALLBACK nextStep(HWND, UINT, UINT_PTR, DWORD)
+{
+    if (!g_wizard || !g_wizard->handle()) {
+        return;
+    }
+    if (g_step < g_steps->size()) {
+        (*g_steps)[g_step++]();
+    } else {
+        g_wizard->cancel(); // the steps have not ended it
+    }
+}
+
+class WizardTest : public testing::Test {
+protected:
+    WizardTest()
+    {
+        initCommonControls();
+        commands.parser.setArtworkFolder("C:\\Cover Art");
+        ShowWindow(owner, SW_SHOWNOACTIVATE);
+    }
+    ~WizardTest() override { DestroyWindow(owner); }
+
+    bool run(Steps steps)
+    {
+        g_steps = &steps;
+        g_step = 0;
+        const UINT_PTR timer = SetTimer(nullptr, 0, 30, &nextStep);
+        const bool finished = runNewDatabaseWizard(owner, commands, settings, &g_wizard);
+        KillTimer(nullptr, timer);
+        EXPECT_EQ(g_step, steps.size()) << "the wizard ended early";
+        EXPECT_TRUE(IsWindowEnabled(owner));
+        EXPECT_EQ(g_wizard, nullptr);
+        return finished;
+    }
+
+    static HWND sheet() { return g_wizard->handle(); }
+    static HWND page() { return reinterpret_cast<HWND>(SendMessageA(sheet(), PSM_GETCURRENTPAGEHWND, 0, 0)); }
+    static HWND item(int id) { return GetDlgItem(page(), id); }
+    static void press(int button) { SendMessageA(sheet(), PSM_PRESSBUTTON, static_cast<WPARAM>(button), 0); }
+    static std::function<void()> pressing(int button)
+    {
+        return [button] { press(button); };
+    }
+    static const inline std::function<void()> next = pressing(PSBTN_NEXT);
+    static const inline std::function<void()> back = pressing(PSBTN_BACK);
+    static const inline std::function<void()> finish = pressing(PSBTN_FINISH);
+    static const inline std::function<void()> cancel = pressing(PSBTN_CANCEL);
+    static std::function<void()> typing(int id, std::string text)
+    {
+        return [id, text] { SetWindowTextA(item(id), text.c_str()); };
+    }
+    // A dialog over the wizard, by its title; the steps go on while it is open.
+    static HWND dialog(const char* title) { return FindWindowA("#32770", title); }
+    static void press(HWND window, WPARAM key) { SendMessageA(window, WM_KEYDOWN, key, 1); }
+
+    HWND owner = makeParentWindow(640, 480);
+    WizardCommands commands;
+    DatabaseSettings settings;
+};
+
+BOOL CALLBACK collectLabels(HWND control, LPARAM texts)
+{
+    char name[32];
+    GetClassNameA(control, name, sizeof name);
+    if (lstrcmpiA(name, "Static") == 0 || lstrcmpiA(name, "Button") == 0) {
+        reinterpret_cast<std::vector<std::string>*>(texts)->push_back(windowText(control));
+    }
+    return TRUE;
+}
+
+std::vector<std::string> labels(HWND page)
+{
+    std::vector<std::string> texts;
+    for (HWND child = GetWindow(page, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+        collectLabels(child, reinterpret_cast<LPARAM>(&texts));
+    }
+    return texts;
+}
+
+} // namespace
+
+TEST_F(WizardTest, SixPagesWithTheirTextsAndButtons)
+{
+    settings.lastUsed = "x.ts2";
+    const std::vector<std::vector<std::string>> texts = {
+        {"This wizard will guide you through the steps necessary to create a new database.\n\nAt any stage "
+         "you can "
+         "click the \"Cancel\" button to exit this wizard.\n\n\nPress \"Next\" to continue."},
+        {"Enter the name and location where Tessera should store this database:", "...",
+         "Enter the search criteria Tessera should use to search the Media Jukebox database.   Consult the "
+         "Media "
+         "Jukebox documentation for a list of supported critera but leaving this field blank will use the "
+         "entire "
+         "contents.",
+         "Should Tessera preserve your current album settings, e.g. Rank?", "Yes, preserve my settings"},
+        {"In the field below enter the types of tracks you would like to exclude from the database scan, "
+         "e.g. OGG.   "
+         "Multiple types can be entered by separating each entry with a comma.   Wildcards are also "
+         "supported, e.g. "
+         "MP?",
+         "If you want to exclude specific artists or albums, enter the name of the file that contains the "
+         "list:",
+         "...",
+         "Note that there is a sample file in the Documents installation folder called \"Sample "
+         "Exclusions.txt\"."},
+        {"If you want to exclude unassigned albums, i.e. albums without names, then click below:",
+         "Exclude unassigned albums",
+         "Enter the minimum number of tracks an album must have before it is included in the Tessera "
+         "database:"},
+        {"Enter the directories Tessera should use when searching for external artwork:", "Directories:",
+         "Sample: C:\\Cover Art\\Harlan Voss - Tidewater.jpg",
+         "Supported tokens (case insensitive):\n\n          <MJArtworkDir>   <Artist>   <Album>   "
+         "<AlbumPath>"},
+        {"You have now specified enough information for Tessera to build the database.\n\nPress \"Finish\" "
+         "to start "
+         "the build process ... and please be patient!"},
+    };
+    struct Seen {
+        std::string caption;
+        std::vector<std::string> labels;
+        bool back, next, finish;
+    };
+    std::vector<Seen> seen;
+    const auto look = [&] {
+        constexpr int kBack = 0x3023, kNext = 0x3024, kFinish = 0x3025;
+        const auto usable = [](int id) {
+            const HWND button = GetDlgItem(sheet(), id);
+            return IsWindowEnabled(button) && IsWindowVisible(button);
+        };
+        RECT client{}, units{0, 0, 275, 175};
+        GetClientRect(page(), &client);
+        MapDialogRect(page(), &units);
+        EXPECT_NEAR(client.right, units.right, 1);
+        EXPECT_NEAR(client.bottom, units.bottom, 1);
+        seen.push_back({windowText(sheet()), labels(page()), usable(kBack), usable(kNext), usable(kFinish)});
+    };
+    Steps steps;
+    for (int index = 0; index < 6; ++index) {
+        steps.insert(steps.end(), {look, next});
+    }
+    steps.back() = finish;
+    EXPECT_TRUE(run(steps));
+    ASSERT_EQ(seen.size(), 6u);
+    for (std::size_t index = 0; index < 6; ++index) {
+        SCOPED_TRACE(index);
+        EXPECT_EQ(seen[index].caption, "Step " + std::to_string(index + 1) + " of 6");
+        EXPECT_EQ(seen[index].labels, texts[index]);
+        EXPECT_EQ(seen[index].back, index > 0);
+        EXPECT_EQ(seen[index].next, index < 5);
+        EXPECT_EQ(seen[index].finish, index == 5);
+    }
+}
+
+TEST(WizardButtons, FollowTheIndex)
+{
+    EXPECT_EQ(wizardButtonsAtStart(1), DWORD{PSWIZB_FINISH});
+    EXPECT_EQ(wizardButtonsAtStart(2), DWORD{PSWIZB_NEXT});
+    EXPECT_EQ(wizardButtonsAfterNext(0, 6), DWORD{PSWIZB_BACK | PSWIZB_NEXT});
+    EXPECT_EQ(wizardButtonsAfterNext(3, 6), DWORD{PSWIZB_BACK | PSWIZB_NEXT});
+    EXPECT_EQ(wizardButtonsAfterNext(4, 6), DWORD{PSWIZB_BACK | PSWIZB_FINISH});
+    EXPECT_EQ(wizardButtonsAfterBack(1), DWORD{PSWIZB_NEXT});
+    EXPECT_EQ(wizardButtonsAfterBack(2), DWORD{PSWIZB_BACK | PSWIZB_NEXT});
+}
+
+TEST_F(WizardTest, FinishTakesTheSevenFields)
+{
+    settings.lastUsed = "C:\\old.ts2";
+    settings.lastSearchCriteria = "jazz";
+    settings.excludedTypes = "OGG";
+    settings.exclusionList = "C:\\list.txt";
+    settings.excludeUnassigned = true;
+    settings.minTracksPerAlbum = 4;
+    settings.artworkDirectories = "\ta.jpg\t\tb.jpg\t";
+    settings.loadLastAtStartup = false;
+    EXPECT_TRUE(run({
+        next,
+        [&] {
+            EXPECT_EQ(windowText(item(IDC_DATABASE_FILE)), "C:\\old.ts2");
+            EXPECT_EQ(windowText(item(IDC_SEARCH_CRITERIA)), "jazz");
+            EXPECT_FALSE(IsDlgButtonChecked(page(), IDC_PRESERVE_SETTINGS));
+            CheckDlgButton(page(), IDC_PRESERVE_SETTINGS, BST_CHECKED);
+        },
+        typing(IDC_DATABASE_FILE, "  "), // blanks are a name
+        typing(IDC_SEARCH_CRITERIA, "rock & roll"),
+        next,
+        [&] {
+            EXPECT_EQ(windowText(item(IDC_EXCLUDED_TYPES)), "OGG");
+            EXPECT_EQ(windowText(item(IDC_EXCLUSIONS_FILE)), "C:\\list.txt");
+        },
+        typing(IDC_EXCLUDED_TYPES, "MP?, WMA"),
+        typing(IDC_EXCLUSIONS_FILE, "D:\\other.txt"),
+        next,
+        [&] {
+            EXPECT_TRUE(IsDlgButtonChecked(page(), IDC_EXCLUDE_UNASSIGNED));
+            EXPECT_EQ(windowText(item(IDC_MIN_TRACKS)), "4");
+            CheckDlgButton(page(), IDC_EXCLUDE_UNASSIGNED, BST_UNCHECKED);
+        },
+        typing(IDC_MIN_TRACKS, "007"),
+        next,
+        next,
+        back,
+        back,
+        back,
+        back, // and nothing is lost on the way
+        [&] {
+            EXPECT_EQ(windowText(item(IDC_DATABASE_FILE)), "  ");
+            EXPECT_TRUE(IsDlgButtonChecked(page(), IDC_PRESERVE_SETTINGS));
+        },
+        next,
+        next,
+        [&] { EXPECT_EQ(windowText(item(IDC_MIN_TRACKS)), "007"); },
+        next,
+        next,
+        finish,
+    }));
+    EXPECT_EQ(settings.lastUsed, "  ");
+    EXPECT_EQ(settings.lastSearchCriteria, "rock & roll");
+    EXPECT_EQ(settings.excludedTypes, "MP?, WMA");
+    EXPECT_EQ(settings.exclusionList, "D:\\other.txt");
+    EXPECT_FALSE(settings.excludeUnassigned);
+    EXPECT_EQ(settings.minTracksPerAlbum, 7);
+    EXPECT_EQ(settings.artworkDirectories, "a.jpg\tb.jpg");
+    EXPECT_FALSE(settings.loadLastAtStartup);
+    EXPECT_TRUE(commands.messages.empty());
+}
+
+TEST_F(WizardTest, CancelChangesNothing)
+{
+    settings.lastUsed = "C:\\old.ts2";
+    const std::string artwork = settings.artworkDirectories;
+    EXPECT_FALSE(run({next, typing(IDC_DATABASE_FILE, "new.ts2"), next, typing(IDC_EXCLUDED_TYPES, "OGG"),
+                      next, typing(IDC_MIN_TRACKS, "9"), next,
+                      [] { press(item(IDC_DIRECTORIES), VK_DELETE); }, next, cancel}));
+    EXPECT_EQ(settings.lastUsed, "C:\\old.ts2");
+    EXPECT_EQ(settings.excludedTypes, "");
+    EXPECT_EQ(settings.minTracksPerAlbum, 1);
+    EXPECT_EQ(settings.artworkDirectories, artwork);
+}
+
+TEST_F(WizardTest, AnEmptyDatabaseNameIsRefused)
+{
+    EXPECT_FALSE(run({next, next,
+                      [&] {
+                          EXPECT_EQ(windowText(sheet()), "Step 2 of 6");
+                          EXPECT_EQ(commands.messages,
+                                    std::vector<std::string>{"The database name cannot be blank!"});
+                          EXPECT_EQ(commands.lastFlags & MB_ICONMASK, UINT{MB_ICONEXCLAMATION});
+                      },
+                      cancel}));
+}
+
+TEST_F(WizardTest, AMinimumBelowOneIsRefusedAndBecomesOne)
+{
+    settings.lastUsed = "x.ts2";
+    Steps steps = {next, next, next};
+    const char* const refused[] = {"0", "-3", "", "abc", "-99999999999999999999"};
+    for (const char* const text : refused) {
+        steps.insert(steps.end(), {typing(IDC_MIN_TRACKS, text), next, [text] {
+                                       SCOPED_TRACE(text);
+                                       EXPECT_EQ(windowText(sheet()), "Step 4 of 6");
+                                       EXPECT_EQ(windowText(item(IDC_MIN_TRACKS)), "1");
+                                   }});
+    }
+    steps.insert(steps.end(), {typing(IDC_MIN_TRACKS, "12abc"), next, next, finish});
+    EXPECT_TRUE(run(steps));
+    EXPECT_EQ(settings.minTracksPerAlbum, 12);
+    EXPECT_EQ(commands.messages,
+              std::vector<std::string>(std::size(refused),
+                                       "The minimum number of tracks cannot be less than one!"));
+    EXPECT_EQ(commands.lastFlags & MB_ICONMASK, UINT{MB_ICONEXCLAMATION});
+}
+
+TEST(LeadingNumber, IsSignedAndNeverWraps)
+{
+    EXPECT_EQ(leadingNumber("007"), 7);
+    EXPECT_EQ(leadingNumber("-3x"), -3);
+    EXPECT_EQ(leadingNumber("x3"), 0);
+    EXPECT_EQ(leadingNumber("2147483648"), 2147483647);
+    EXPECT_EQ(leadingNumber("99999999999999999999999"), 2147483647);
+    EXPECT_EQ(leadingNumber("-4294967295"), -2147483647 - 1);
+}
+
+TEST_F(WizardTest, TheArtworkRowsAreEdited)
+{
+    settings.lastUsed = "x.ts2";
+    const auto sample = [](const char* expected) { EXPECT_EQ(windowText(item(IDC_SAMPLE)), expected); };
+    const auto edit = [] { return FindWindowExA(item(IDC_DIRECTORIES), nullptr, "Edit", nullptr); };
+    EXPECT_TRUE(run({
+        next,
+        next,
+        next,
+        next,
+        [&] {
+            const HWND list = item(IDC_DIRECTORIES);
+            EXPECT_EQ(SendMessageA(list, LB_GETCURSEL, 0, 0), 0);
+            EXPECT_EQ(SendMessageA(list, LB_GETCOUNT, 0, 0), 3);
+            press(list, VK_DOWN);
+            sample("Sample: C:\\My Music\\Harlan Voss\\Tidewater\\folder.jpg");
+            press(list, VK_DELETE);
+            sample("Sample: C:\\My Music\\Harlan Voss\\Tidewater\\*front*.jpg");
+            press(list, VK_INSERT);
+            SetWindowTextA(edit(), "<artist>.png");
+            press(edit(), VK_RETURN);
+            sample("Sample: Harlan Voss.png");
+            press(list, VK_INSERT);
+            SetWindowTextA(edit(), "D:\\<Album>.gif"); // still open when the page is left
+        },
+        next,
+        back,
+        [&] { sample("Sample: D:\\Tidewater.gif"); },
+        next,
+        finish,
+    }));
+    EXPECT_EQ(
+        settings.artworkDirectories,
+        "<MJArtworkDir>\\<Artist> - <Album>.jpg\t<AlbumPath>\\*front*.jpg\t<artist>.png\tD:\\<Album>.gif");
+}
+
+TEST_F(WizardTest, NoRowsGiveAnEmptySetting)
+{
+    settings.lastUsed = "x.ts2";
+    settings.artworkDirectories = "\t";
+    EXPECT_TRUE(run({next, next, next, next,
+                     [] {
+                         EXPECT_EQ(windowText(item(IDC_SAMPLE)), "Sample: ");
+                         press(item(IDC_DIRECTORIES), VK_INSERT);
+                     },
+                     next, finish}));
+    EXPECT_EQ(settings.artworkDirectories, "");
+}
+
+TEST_F(WizardTest, TheSaveDialogFillsTheDatabaseField)
+{
+    constexpr const char* kTitle = "Enter the name of the database to create";
+    EXPECT_FALSE(
+        run({next, [] { PostMessageA(item(IDC_DATABASE_BROWSE), BM_CLICK, 0, 0); },
+             [] { pumpUntil([] { return dialog(kTitle) != nullptr; }); },
+             [] { pumpUntil([] { return IsWindowVisible(GetDlgItem(dialog(kTitle), 0x47c)); }, 2000); },
+             [] {
+                 SendMessageA(GetDlgItem(dialog(kTitle), 0x47c), WM_SETTEXT, 0,
+                              reinterpret_cast<LPARAM>("C:\\windows\\temp\\chosen"));
+                 PostMessageA(dialog(kTitle), WM_COMMAND, IDOK, 0);
+             },
+             [] { pumpUntil([] { return dialog(kTitle) == nullptr; }); },
+             [] {
+                 const std::string name = windowText(item(IDC_DATABASE_FILE));
+                 EXPECT_STRCASEEQ(name.c_str(), "C:\\windows\\temp\\chosen.ts2");
+             },
+             cancel}));
+}
+
+TEST_F(WizardTest, CanBeCancelledFromOutsideAtAnyTime)
+{
+    settings.lastUsed = "x.ts2";
+    const auto close = [] { g_wizard->cancel(); };
+    // With an edit open.
+    EXPECT_FALSE(run({next, next, next, next, [] { press(item(IDC_DIRECTORIES), VK_F2); }, close}));
+    // With a file dialog, the folder browser or a box open.
+    EXPECT_FALSE(run({next, next, [] { PostMessageA(item(IDC_EXCLUSIONS_BROWSE), BM_CLICK, 0, 0); },
+                      [] {
+                          pumpUntil([] {
+                              return dialog("Enter the name of the file containing the exclusions list") !=
+                                     nullptr;
+                          });
+                      },
+                      close}));
+    EXPECT_FALSE(run({next, [] { MessageBoxA(sheet(), "Is anybody there?", "Box", MB_OK); }, close}));
+    EXPECT_EQ(settings.lastUsed, "x.ts2");
+}
+
+TEST_F(WizardTest, KeysWorkThroughTheWizardsOwnLoop)
+{
+    settings.lastUsed = "x.ts2";
+    const auto list = [] { return item(IDC_DIRECTORIES); };
+    const auto edit = [] { return FindWindowExA(item(IDC_DIRECTORIES), nullptr, "Edit", nullptr); };
+    const auto key = [](WPARAM code) { return [code] { PostMessageA(GetFocus(), WM_KEYDOWN, code, 1); }; };
+    EXPECT_FALSE(run({
+        [] { EXPECT_TRUE(IsChild(sheet(), GetFocus())); },
+        key(VK_RETURN), // Next is the default button
+        [] { EXPECT_EQ(GetFocus(), item(IDC_DATABASE_FILE)); },
+        next,
+        [] { EXPECT_EQ(GetFocus(), item(IDC_EXCLUDED_TYPES)); },
+        next,
+        [] { EXPECT_EQ(GetFocus(), item(IDC_EXCLUDE_UNASSIGNED)); },
+        next,
+        [&] { EXPECT_EQ(GetFocus(), list()); },
+        key(VK_F2),
+        [&] { EXPECT_EQ(GetFocus(), edit()); },
+        [&] { SetWindowTextA(edit(), "kept"); },
+        key(VK_RETURN), // ends the edit and presses nothing
+        [&] {
+            EXPECT_EQ(windowText(sheet()), "Step 5 of 6");
+            EXPECT_EQ(GetFocus(), list());
+            EXPECT_EQ(windowText(item(IDC_SAMPLE)), "Sample: kept");
+        },
+        key(VK_INSERT),
+        key(VK_ESCAPE), // ends the edit and not the wizard
+        [&] {
+            EXPECT_EQ(SendMessageA(list(), LB_GETCOUNT, 0, 0), 3);
+            EXPECT_EQ(GetFocus(), list());
+        },
+        key(VK_ESCAPE),
+    }));
+}
+
+} // namespace tessera
