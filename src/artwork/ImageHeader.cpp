@@ -305,14 +305,15 @@ std::optional<PictureSize> size(ByteView bytes)
 
 bool isWhole(ByteView bytes)
 {
-    for (std::size_t i = 0; i < little16(bytes, 4); ++i) {
+    const std::size_t count = little16(bytes, 4);
+    for (std::size_t i = 0; i < count; ++i) {
         const std::size_t entry = kDirectory + i * kEntry;
         const std::uint64_t end = std::uint64_t{little32(bytes, entry + 12)} + little32(bytes, entry + 8);
         if (entry + kEntry > bytes.size() || end > bytes.size()) {
             return false;
         }
     }
-    return true;
+    return count > 0;
 }
 
 } // namespace icon
