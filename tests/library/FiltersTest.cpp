@@ -1,0 +1,163 @@
+#include "library/Filters.h"
+#include "library/FirstNames.h"
+#include "support/Recorders.h"
+
+#include <gtest/gtest.h>
+
+namespace tessera::test {
+namespace {
+
+TEST(Filters, WildcardsCoverTheWholeText)
+{
+    struct Row {
+        const char* text;
+        const char* pattern;
+        bool matches;
+    };
+    const Row rows[] = {
+        {"LUMEN", "LUMEN", true},
+        {"LUMEN", "LUME", false},
+        {"LUMEN", "*", true},
+        {"", "*", true},
+        {"", "", true},
+        {"", "?", false},
+        {"LUMEN", "L?M*", true},
+        {"LUMEN", "*EN", true},
+        {"LUMEN", "*E", false},
+        {"AABAAB", "*AAB", true},
+        {"AAAB", "A*AB", true},
+        {"LUMEN", "LUMEN**", true},
+        {"LUMEN", "LUMEN?", false},
+        {"ABCBD", "*B?D*", false},
+        {"ABCBXD", "A*B?D", true},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(matchesWildcard(row.text, row.pattern), row.matches) << row.text << " / " << row.pattern;
+}
+
+TEST(Filters, PatternListsAreSplitAtCommaSpaceAndSemicolon)
+{
+    EXPECT_TRUE(matchesPatternList("mp3", "MP?"));
+    EXPECT_TRUE(matchesPatternList("WMA", "wav,wma"));
+    EXPECT_TRUE(matchesPatternList("Floyd", "Pink Floyd"));
+    EXPECT_FALSE(matchesPatternList("Pink Floyd", "Pink Floyd"));
+    EXPECT_TRUE(matchesPatternList("Pink Floyd", "x;Pink*Floyd"));
+    EXPECT_TRUE(matchesPatternList("\xC9lan", "\xE9LAN")); // É and é
+    EXPECT_FALSE(matchesPatternList("", ""));
+    EXPECT_FALSE(matchesPatternList("", " , ;"));
+}
+
+TEST(Filters, ExclusionsArePairsOfLines)
+{
+    const Exclusions lists = parseExclusions("# comment\r\n"
+                                             "Lumen \t\r\n*\r\n"
+                                             "lost\r\n; comment\r\n"
+                                             "\r\n"
+                                             "Ada\nArc*\n"
+                                             "lost too\n\n"
+                                             " spaced\nx\n"
+                                             "no partner");
+    EXPECT_EQ(join(lists.artists, "|"), "LUMEN|ADA| SPACED");
+    EXPECT_EQ(join(lists.albums, "|"), "*|ARC*|X");
+    EXPECT_TRUE(parseExclusions("").artists.empty());
+}
+
+TEST(FirstNames, LinesAreUpperCasedOnce)
+{
+    EXPECT_EQ(parseFirstNames("Ada\r\nada  \n;x\n#y\n\n\t\nBob"), (std::set<std::string>{"ADA", "BOB"}));
+    EXPECT_TRUE(parseFirstNames(";only\n\n# comments").empty());
+}
+
+class FilterPass : public testing::Test {
+protected:
+    JobRig rig;
+    Library library;
+    FilterSettings settings;
+
+    void add(const std::string& artist, const std::string& title, const std::string& type, int tracks)
+    {
+        const auto id = static_cast<std::int32_t>(library.albums.size()) + 1;
+        auto album = std::make_unique<Album>();
+        album->id = id;
+        album->hostTitle = title;
+        album->displayTitle = title.empty() ? "(Unassigned)" : title;
+        album->type = type;
+        Artist* owner = findArtist(library.artists, artist);
+        if (!owner) {
+            auto made = std::make_unique<Artist>();
+            made->id = static_cast<std::int32_t>(library.artists.size()) + 1;
+            made->displayName = artist;
+            owner = made.get();
+            library.artists[made->id] = std::move(made);
+        }
+        album->artist = owner;
+        owner->albums[id] = album.get();
+        for (int i = 0; i < tracks; ++i) {
+            auto track = std::make_unique<Track>();
+            track->id = id * 10 + i;
+            track->album = album.get();
+            album->tracks[track->id] = track.get();
+            library.tracks[track->id] = std::move(track);
+        }
+        library.albums[id] = std::move(album);
+    }
+    // Ids of what is left.
+    std::string run()
+    {
+        add("Lumen", "Greatest Hits", "MP3", 2);
+        add("lumen", "", "WAV", 3);
+        add("Ada", "Arc", "MP2", 3);
+        add("Bob", "Bay", "OGG", 1);
+        applyFilters(library, settings, rig.context);
+        std::string left;
+        for (const auto& [id, album] : library.albums)
+            left += std::to_string(id);
+        return left;
+    }
+};
+
+TEST_F(FilterPass, NothingFiltered)
+{
+    EXPECT_EQ(run(), "1234");
+    EXPECT_EQ(rig.log.text(), "Applying any additional filters on data\nNo albums filtered out");
+}
+
+TEST_F(FilterPass, FewTracksLeaveWithTheirTracksAndArtist)
+{
+    settings.minTracksPerAlbum = 3;
+    EXPECT_EQ(run(), "23");
+    EXPECT_EQ(rig.log.lines.back(), "Albums excluded - 2 out of 4");
+    EXPECT_EQ(library.tracks.size(), 6u);
+    EXPECT_EQ(library.artists.size(), 2u);
+    EXPECT_EQ(library.artists.at(1)->albums.size(), 1u);
+}
+
+TEST_F(FilterPass, Unassigned)
+{
+    settings.excludeUnassigned = true;
+    EXPECT_EQ(run(), "134");
+}
+
+TEST_F(FilterPass, Types)
+{
+    settings.excludedTypes = "mp?;ogg";
+    EXPECT_EQ(run(), "2");
+}
+
+TEST_F(FilterPass, ExclusionsFile)
+{
+    settings.exclusionList = "C:\\x.txt";
+    rig.files.files["C:\\x.txt"] = bytesOf("*\nGreatest Hits\nLUMEN\n*unassigned*\nada bob\nb* a?c");
+    EXPECT_EQ(run(), "1");
+}
+
+TEST_F(FilterPass, ExclusionsFileThatCannotBeOpened)
+{
+    settings.exclusionList = "C:\\x.txt";
+    settings.minTracksPerAlbum = 2;
+    EXPECT_EQ(run(), "123");
+    EXPECT_EQ(rig.prompt.text(), "exclamation: Could not open the exclusions file 'C:\\x.txt'!");
+}
+
+} // namespace
+} // namespace tessera::test

@@ -1,0 +1,132 @@
+#pragma once
+
+#include "base/Files.h"
+
+#include <algorithm>
+#include <limits>
+#include <map>
+#include <set>
+
+namespace tessera::test {
+
+using Bytes = std::vector<std::uint8_t>;
+
+inline Bytes bytesOf(std::string_view text)
+{
+    return {text.begin(), text.end()};
+}
+
+// A file system in memory; paths are compared as they are. Any call can be made to fail.
+class FakeFiles : public FileSystem {
+public:
+    std::map<std::string, Bytes> files;
+    std::set<std::string> folders;
+    std::set<std::string> readOnly;                             // files and folders that refuse writing
+    int calls = 0;                                              // also those of open files
+    int failingCall = 0;                                        // from 1; 0: none
+    std::size_t room = std::numeric_limits<std::size_t>::max(); // bytes until the disk is full
+    std::map<std::string, std::string> matches;                 // pattern: entry that the system lists first
+    std::vector<std::string> searched;                          // patterns, in order
+    std::vector<std::string> removed;
+
+    bool fails() { return ++calls == failingCall; }
+
+    bool exists(const std::string& path) override
+    {
+        return !fails() && (files.contains(path) || folders.contains(path));
+    }
+    std::optional<FileInfo> info(const std::string& path) override
+    {
+        if (fails() || !files.contains(path))
+            return std::nullopt;
+        return FileInfo{files[path].size()};
+    }
+    std::optional<Bytes> readAll(const std::string& path) override
+    {
+        if (fails() || !files.contains(path))
+            return std::nullopt;
+        return files[path];
+    }
+    std::unique_ptr<OutputFile> create(const std::string& path) override
+    {
+        if (fails() || isReadOnly(path) || folders.contains(path))
+            return nullptr;
+        files[path].clear();
+        return std::make_unique<File>(*this, path);
+    }
+    std::unique_ptr<OutputFile> openForUpdate(const std::string& path) override
+    {
+        if (fails() || isReadOnly(path) || !files.contains(path))
+            return nullptr;
+        return std::make_unique<File>(*this, path);
+    }
+    bool rename(const std::string& from, const std::string& to) override
+    {
+        if (fails() || !files.contains(from) || isReadOnly(to))
+            return false;
+        files[to] = std::move(files[from]);
+        files.erase(from);
+        return true;
+    }
+    bool remove(const std::string& path) override
+    {
+        removed.push_back(path);
+        return !fails() && files.erase(path) > 0;
+    }
+    std::optional<std::string> findFirst(const std::string& pattern) override
+    {
+        searched.push_back(pattern);
+        const auto found = matches.find(pattern);
+        if (fails() || found == matches.end())
+            return std::nullopt;
+        return found->second;
+    }
+
+private:
+    class File : public OutputFile {
+    public:
+        File(FakeFiles& owner, std::string path) : m_owner(owner), m_path(std::move(path)) {}
+        bool write(ByteView bytes) override
+        {
+            if (m_owner.fails() || bytes.size() > m_owner.room)
+                return false;
+            m_owner.room -= bytes.size();
+            Bytes& content = m_owner.files.at(m_path);
+            content.resize(std::max(content.size(), m_position + bytes.size()));
+            std::ranges::copy(bytes, content.begin() + static_cast<std::ptrdiff_t>(m_position));
+            m_position += bytes.size();
+            return true;
+        }
+        bool seek(std::uint32_t position) override
+        {
+            m_position = position;
+            return !m_owner.fails();
+        }
+        bool seekToEnd() override
+        {
+            m_position = m_owner.files.at(m_path).size();
+            return !m_owner.fails();
+        }
+        std::optional<Bytes> readAt(std::uint32_t position, std::uint32_t length) override
+        {
+            const Bytes& content = m_owner.files.at(m_path);
+            if (m_owner.fails() || position > content.size() || length > content.size() - position)
+                return std::nullopt;
+            const auto first = content.begin() + position;
+            return Bytes(first, first + length);
+        }
+        bool flush() override { return !m_owner.fails(); }
+
+    private:
+        FakeFiles& m_owner;
+        std::string m_path;
+        std::size_t m_position = 0;
+    };
+
+    bool isReadOnly(const std::string& path) const
+    {
+        return readOnly.contains(path) || readOnly.contains(path.substr(0, path.rfind('\\')));
+    }
+};
+
+} // namespace tessera::test
