@@ -26,7 +26,7 @@ public:
     virtual void selectPane(int id) = 0;
     virtual int currentPane() const = 0;
     virtual void setCurrentView(ListStyle style) = 0;
-    virtual void imageSizeChosen(int index) = 0; // index of the size combo
+    virtual void imageSizeChosen(int index) = 0;            // index of the size combo
     virtual void trackCursor(POINT screen, bool moved) = 0; // to every pane
 
     virtual GeneralSettings& general() = 0;
