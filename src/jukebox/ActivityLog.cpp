@@ -3,6 +3,8 @@
 #include "base/Text.h"
 #include "jukebox/Screen.h"
 
+#include <cstdio>
+
 namespace tessera::jukebox {
 
 JobState jobState(const std::vector<LogLine>& lines, std::size_t first)
@@ -19,6 +21,45 @@ JobState jobState(const std::vector<LogLine>& lines, std::size_t first)
         }
     }
     return state;
+}
+
+namespace {
+
+// "mm:ss.mmm"
+std::optional<unsigned> parseTime(const std::string& text)
+{
+    unsigned minutes = 0;
+    unsigned seconds = 0;
+    unsigned milliseconds = 0;
+    if (std::sscanf(text.c_str(), "%u:%u.%u", &minutes, &seconds, &milliseconds) != 3) {
+        return std::nullopt;
+    }
+    return (minutes * 60 + seconds) * 1000 + milliseconds;
+}
+
+} // namespace
+
+JobTimes jobTimes(const std::vector<LogLine>& lines, std::size_t first)
+{
+    JobTimes times;
+    bool creating = false;
+    bool loading = false;
+    for (std::size_t i = first; i < lines.size(); ++i) {
+        const std::string_view text = trimRight(lines[i].description);
+        if (text == "Creating Database") {
+            creating = true;
+        } else if (text == "Loading Database") {
+            if (creating && i > first) {
+                times.creating = parseTime(lines[i - 1].time);
+            }
+            creating = false;
+            loading = true;
+        } else if (text == "Finished" && loading) {
+            times.loading = parseTime(lines[i].time);
+            loading = false;
+        }
+    }
+    return times;
 }
 
 bool ActivityLog::update()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 #include <windows.h>
@@ -18,6 +19,14 @@ enum class JobState { None, Creating, Loading, Finished };
 // How far the last job has come by the log's lines from `first` on: a job ends with a "Finished" at
 // the left margin behind the "Loading Database".
 JobState jobState(const std::vector<LogLine>& lines, std::size_t first = 0);
+
+// How long the two halves of a finished job took by the log's own clock, in milliseconds; none for
+// a half that is not in the log. The clock starts again after an hour.
+struct JobTimes {
+    std::optional<unsigned> creating;
+    std::optional<unsigned> loading;
+};
+JobTimes jobTimes(const std::vector<LogLine>& lines, std::size_t first = 0);
 
 // The log of the plug-in as another thread reads it from its list view.
 class ActivityLog {

@@ -146,6 +146,7 @@ bool MainWindow::open()
     if (!create(nullptr, 0, {left, top, left + width, top + height}, style, "MEDIA JUKEBOX")) {
         return false;
     }
+    layOut();
     showLibraryCounts();
     refresh();
     ShowWindow(handle(), SW_SHOWDEFAULT);

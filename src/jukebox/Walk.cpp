@@ -43,7 +43,7 @@ std::wstring pageCaption(int page)
 
 std::string seconds(unsigned milliseconds)
 {
-    return format("%.1f s", milliseconds / 1000.0);
+    return format("%.3f s", milliseconds / 1000.0);
 }
 
 HWND visibleEdit(HWND dialog)
@@ -146,14 +146,12 @@ void Walk::waitUntilIdle()
             if (!m_log.update() || !IsWindowEnabled(m_control)) {
                 return false;
             }
-            const std::string seen = lastLogLines();
-            if (seen != m_lastSeen) {
-                m_lastSeen = seen;
-                m_lastChange = m_report.elapsedMs();
-            }
+            noteLogChange();
             const JobState state = jobState(m_log.lines());
             const unsigned quiet = m_report.elapsedMs() - m_lastChange;
-            const bool between = state == JobState::None || state == JobState::Finished;
+            // A load that fails says so in a box and never finishes.
+            const bool between =
+                state == JobState::None || state == JobState::Finished || m_messages.count() != 0;
             return quiet > (between ? kSettleMs : kQuietMs);
         },
         kJobMs, "the plug-in did not come to rest after its start");
@@ -222,14 +220,14 @@ void Walk::openDatabase()
 void Walk::watchJob()
 {
     step(m_options.open.empty() ? "Waiting for the database to be created" : "Waiting for the database");
-    m_phaseStart = m_jobStart;
     m_lastChange = m_report.elapsedMs();
     waitFor([this] { return isJobDone(); }, kJobMs, "the plug-in did not finish in time");
-    const unsigned now = m_report.elapsedMs();
-    step("Loaded the database in " + seconds(now - m_phaseStart));
-    if (m_options.open.empty()) {
-        m_report.step("Creating and loading took " + seconds(now - m_jobStart));
+    const JobTimes times = jobTimes(m_log.lines(), m_firstLine);
+    if (times.creating) {
+        m_report.step("Created the database in " + seconds(*times.creating));
     }
+    m_report.step("Loaded the database in " + seconds(times.loading.value_or(0)));
+    step("The plug-in is ready after " + seconds(m_report.elapsedMs() - m_jobStart));
 }
 
 bool Walk::isJobDone()
@@ -237,30 +235,28 @@ bool Walk::isJobDone()
     if (!m_log.update()) {
         return false;
     }
-    const JobState before = m_state;
-    m_state = jobState(m_log.lines(), m_firstLine);
-    if (before == JobState::Creating && m_state != JobState::Creating) {
-        const unsigned now = m_report.elapsedMs();
-        step("Created the database in " + seconds(now - m_phaseStart));
-        m_phaseStart = now;
-    }
-    if (m_state == JobState::Finished && IsWindowEnabled(m_control) && answers(m_control)) {
+    const JobState state = jobState(m_log.lines(), m_firstLine);
+    if (state == JobState::Finished && IsWindowEnabled(m_control) && answers(m_control)) {
         return true;
     }
     failIfStalled();
     return false;
 }
 
-void Walk::failIfStalled()
+void Walk::noteLogChange()
 {
-    const unsigned now = m_report.elapsedMs();
     const std::string seen = lastLogLines();
     if (seen != m_lastSeen) {
         m_lastSeen = seen;
-        m_lastChange = now;
+        m_lastChange = m_report.elapsedMs();
     }
+}
+
+void Walk::failIfStalled()
+{
+    noteLogChange();
     const bool gaveUp = IsWindowEnabled(m_control) && m_messages.count() != m_messagesBefore;
-    if (now - m_lastChange > (gaveUp ? kQuietMs : kStallMs)) {
+    if (m_report.elapsedMs() - m_lastChange > (gaveUp ? kQuietMs : kStallMs)) {
         throw StepFailed{gaveUp ? "the plug-in gave up with a message" : "the activity log stands still"};
     }
 }

@@ -35,6 +35,7 @@ private:
     void enterDatabase(HWND wizard);
     void watchJob();
     bool isJobDone();
+    void noteLogChange();
     void failIfStalled();
     void writeLog();
     void takePictures();
@@ -53,9 +54,7 @@ private:
     HWND m_mainPane = nullptr;
     ActivityLog m_log{nullptr};
     std::size_t m_firstLine = 0; // of the job that was started
-    JobState m_state = JobState::None;
     unsigned m_jobStart = 0;
-    unsigned m_phaseStart = 0;
     unsigned m_lastChange = 0; // when the log changed last
     unsigned m_messagesBefore = 0;
     std::string m_lastSeen;
