@@ -154,7 +154,7 @@ double timeOfHost(std::vector<IndexedFile>& files, const Counts& counts)
     static constexpr FileText kFields[] = {FileText::Filename, FileText::Artist, FileText::Album,
                                            FileText::Genre, FileText::Type};
     std::size_t length = 0;
-    const Clock::time_point start = Clock::now();
+    const WorkClock::time_point start = WorkClock::now();
     for (int kind = 0; kind < kReadKinds; ++kind) {
         for (std::uint64_t i = 0; i < counts[static_cast<std::size_t>(kind)]; ++i) {
             HostFile& file = files[i % files.size()];
@@ -182,7 +182,7 @@ struct Key {
 double bareWork(const std::vector<TrackTexts>& texts)
 {
     std::size_t length = 0;
-    const Clock::time_point start = Clock::now();
+    const WorkClock::time_point start = WorkClock::now();
     std::vector<Key> keys;
     keys.reserve(texts.size());
     for (const TrackTexts& track : texts) {
@@ -221,7 +221,7 @@ BuildResult benchBuild(const GeneratedLibrary& library, int runs)
     const auto work = [&] {
         counts.fill(0);
         Database database;
-        const Clock::time_point start = Clock::now();
+        const WorkClock::time_point start = WorkClock::now();
         require(database.build(
                     host, settings, [](Library&, JobContext&) { return 0; }, context),
                 "the build failed");

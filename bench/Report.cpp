@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <fstream>
+#include <limits>
 
 #ifdef _WIN32
 #include <windows.h>
@@ -36,12 +38,27 @@ void report(const Figure& figure)
     std::fflush(stdout);
 }
 
+WorkClock::time_point WorkClock::now()
+{
+#ifdef _WIN32
+    return time_point(std::chrono::duration_cast<duration>(Clock::now().time_since_epoch()));
+#else
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return time_point(std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec));
+#endif
+}
+
 Best bestOf(int runs, const std::function<double()>& work, const std::function<double()>& bare)
 {
-    Best best{work(), bare()};
-    for (int run = 1; run < runs; ++run) {
-        best.work = std::min(best.work, work());
-        best.bare = std::min(best.bare, bare());
+    constexpr int kRounds = 3;
+    constexpr double kNone = std::numeric_limits<double>::max();
+    Best best{kNone, kNone};
+    for (int round = 0; round < kRounds; ++round) {
+        for (int run = 0; run < runs; ++run)
+            best.work = std::min(best.work, work());
+        for (int run = 0; run < runs; ++run)
+            best.bare = std::min(best.bare, bare());
     }
     return best;
 }
