@@ -72,6 +72,18 @@ std::uint32_t imageCount(const Library& library)
         library.albums, [](const auto& entry) { return entry.second->has(kAlbumHasImage); })));
 }
 
+namespace {
+
+// A failure of any kind is a refusal, so that the names can be put back.
+bool renamed(FileSystem& files, const std::string& from, const std::string& to)
+try {
+    return files.rename(from, to);
+} catch (...) {
+    return false;
+}
+
+} // namespace
+
 NewFile::NewFile(FileSystem& files, const std::string& target)
     : m_files(files), m_target(target), m_temporary(target + ".tmp")
 {
@@ -97,11 +109,11 @@ bool NewFile::takePlace(const std::string& previousName)
 {
     m_output.reset();
     const bool keepPrevious = !previousName.empty();
-    if (keepPrevious && !m_files.rename(m_target, previousName))
+    if (keepPrevious && !renamed(m_files, m_target, previousName))
         return false;
-    if (!m_files.rename(m_temporary, m_target)) {
+    if (!renamed(m_files, m_temporary, m_target)) {
         if (keepPrevious)
-            m_files.rename(previousName, m_target);
+            renamed(m_files, previousName, m_target);
         return false;
     }
     m_remove = false;

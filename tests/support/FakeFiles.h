@@ -64,8 +64,15 @@ public:
     {
         if (fails() || !files.contains(from) || isReadOnly(to))
             return false;
-        files[to] = std::move(files[from]);
-        files.erase(from);
+        auto file = files.extract(from);
+        try {
+            file.key().assign(to);
+        } catch (...) {
+            files.insert(std::move(file));
+            throw;
+        }
+        files.erase(to);
+        files.insert(std::move(file));
         return true;
     }
     bool remove(const std::string& path) override
