@@ -4,6 +4,7 @@
 #include "system/Border.h"
 #include "system/Variant.h"
 
+#include <algorithm>
 #include <new>
 #include <process.h>
 
@@ -21,19 +22,44 @@ bool Event::wait(DWORD milliseconds) const
     return WaitForSingleObject(m_handle.get(), milliseconds) == WAIT_OBJECT_0;
 }
 
+namespace {
+
+// The window by which COM hands this thread the calls of other threads; null without COM.
+HWND comWindow()
+{
+    HWND window = nullptr;
+    do {
+        window = FindWindowExA(HWND_MESSAGE, window, "OleMainThreadWndClass", nullptr);
+    } while (window && GetWindowThreadProcessId(window, nullptr) != GetCurrentThreadId());
+    return window;
+}
+
+void answerCalls()
+{
+    MSG message; // looking at the queue is what delivers sent messages
+    PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
+    const HWND window = comWindow();
+    while (window && PeekMessageA(&message, window, 0, 0, PM_REMOVE)) {
+        DispatchMessageA(&message);
+    }
+}
+
+} // namespace
+
 bool waitAnsweringSentMessages(HANDLE handle, DWORD milliseconds)
 {
     const DWORD start = GetTickCount();
+    answerCalls(); // what came before the wait wakes nobody
     for (;;) {
         const DWORD passed = GetTickCount() - start;
         const DWORD left =
             milliseconds == INFINITE ? INFINITE : milliseconds - std::min(passed, milliseconds);
-        const DWORD answer = MsgWaitForMultipleObjects(1, &handle, FALSE, left, QS_SENDMESSAGE);
+        const DWORD answer =
+            MsgWaitForMultipleObjects(1, &handle, FALSE, left, QS_SENDMESSAGE | QS_POSTMESSAGE);
         if (answer != WAIT_OBJECT_0 + 1) {
             return answer == WAIT_OBJECT_0;
         }
-        MSG ignored; // looking at the queue is what delivers sent messages
-        PeekMessageA(&ignored, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
+        answerCalls();
     }
 }
 

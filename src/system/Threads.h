@@ -51,8 +51,8 @@ private:
     KernelHandle m_handle;
 };
 
-// Waits for a handle while messages that other threads send to this thread's windows are
-// answered; posted messages stay in the queue. False after the time.
+// Waits for a handle while messages that other threads send to this thread's windows, and their
+// COM calls, are answered; posted messages stay in the queue. False after the time.
 bool waitAnsweringSentMessages(HANDLE handle, DWORD milliseconds = INFINITE);
 
 // One thread of work, behind a border; joined with the object.

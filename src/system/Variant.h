@@ -53,7 +53,7 @@ public:
     Variant(std::u16string_view wide);
     Variant(const char16_t* wide) : Variant(std::u16string_view(wide)) {}
     Variant(const void*) = delete; // would become a flag
-    Variant(IDispatch* object); // adds a reference
+    Variant(IDispatch* object);    // adds a reference
     template <class Interface>
     Variant(const ComPtr<Interface>& object) : Variant(static_cast<IDispatch*>(object.get()))
     {

@@ -25,13 +25,19 @@ DoubleBuffer::~DoubleBuffer()
     SelectObject(m_memory.dc(), m_old);
 }
 
-RedrawOff::RedrawOff(HWND window, bool erase) : m_window(window), m_erase(erase)
+RedrawOff::RedrawOff(HWND window, bool erase) : m_erase(erase)
 {
-    SendMessageA(m_window, WM_SETREDRAW, FALSE, 0);
+    if ((GetWindowLongA(window, GWL_STYLE) & WS_VISIBLE) != 0) {
+        m_window = window;
+        SendMessageA(m_window, WM_SETREDRAW, FALSE, 0);
+    }
 }
 
 RedrawOff::~RedrawOff()
 {
+    if (!m_window) {
+        return;
+    }
     SendMessageA(m_window, WM_SETREDRAW, TRUE, 0);
     RedrawWindow(m_window, nullptr, nullptr,
                  RDW_INVALIDATE | RDW_FRAME | RDW_ALLCHILDREN | (m_erase ? RDW_ERASE : 0));

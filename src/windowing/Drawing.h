@@ -94,7 +94,8 @@ private:
     HGDIOBJ m_old = nullptr;
 };
 
-// No redrawing until the end of the block; then the window is repainted, its background too.
+// No redrawing until the end of the block; then the window is repainted, its background too. A
+// hidden window is left alone: switching redrawing on would show it.
 class RedrawOff {
 public:
     explicit RedrawOff(HWND window, bool erase = true);
@@ -103,7 +104,7 @@ public:
     RedrawOff& operator=(const RedrawOff&) = delete;
 
 private:
-    HWND m_window;
+    HWND m_window = nullptr;
     bool m_erase;
 };
 

@@ -133,9 +133,9 @@ public:
     }
 };
 
-// Routes inside the border: what the user started reports its errors in a box owned by the
-// message's window, what runs by itself (timer, painting, display information) stays silent.
+// Routes inside the border: what the user started (commands, keys, buttons, most notifications,
+// messages of our own) reports its errors in a box owned by the message's window; what runs by
+// itself (timer, painting, sizes, focus, display information) stays silent.
 Handled routeGuarded(MessageTarget& target, const Message& message) noexcept;
-bool runsByItself(const Message& message);
 
 } // namespace tessera

@@ -1,5 +1,6 @@
 #include "system/Border.h"
 #include "system/ActivationContext.h"
+#include "system/Com.h"
 #include "system/Module.h"
 #include "system/Threads.h"
 
@@ -113,6 +114,35 @@ TEST(Thread, WaitingAnswersSentMessagesAndLeavesPostedOnes)
     EXPECT_EQ(counts[0], 2);
     EXPECT_EQ(counts[1], 0);
     DestroyWindow(window);
+}
+
+TEST(Thread, WaitingAnswersComCallsOfOtherThreads)
+{
+    class Server : public DispatchServer<Server> {
+    public:
+        static std::span<const DispatchEntry<Server>> members()
+        {
+            static constexpr DispatchEntry<Server> table[] = {
+                {1, DISPATCH_METHOD, L"Thread", &Server::thread}};
+            return table;
+        }
+
+    private:
+        Variant thread(const DispatchCall&) { return static_cast<std::int32_t>(GetCurrentThreadId()); }
+    };
+    const ComInit com;
+    const auto server = makeObject<Server>();
+    IStream* stream = nullptr;
+    ASSERT_EQ(CoMarshalInterThreadInterfaceInStream(IID_IDispatch, server.get(), &stream), S_OK);
+    std::int32_t answer = 0;
+    Thread caller("caller", [&] {
+        const ComInit own;
+        ComPtr<IDispatch> proxy;
+        if (SUCCEEDED(CoGetInterfaceAndReleaseStream(stream, IID_IDispatch, proxy.putVoid())))
+            answer = callMethod(proxy.get(), 1).number();
+    });
+    EXPECT_TRUE(caller.waitAnsweringSentMessages(5000));
+    EXPECT_EQ(answer, static_cast<std::int32_t>(GetCurrentThreadId()));
 }
 
 TEST(Thread, EndsQuietlyWhateverItsWorkThrowsAndTimeoutsAreTold)

@@ -220,6 +220,23 @@ TEST(FileDialogs, FolderBrowserStartsAtTheInitialPath)
     EXPECT_EQ(browseFolder(nullptr, "C:\\windows\\system32"), "C:\\windows\\system32");
 }
 
+TEST_F(Controls, RedrawOffLeavesHiddenWindowsHidden)
+{
+    {
+        const RedrawOff hidden(parent.handle());
+    }
+    EXPECT_FALSE(GetWindowLongA(parent.handle(), GWL_STYLE) & WS_VISIBLE);
+    ShowWindow(parent.handle(), SW_SHOWNA);
+    pumpWaiting();
+    {
+        const RedrawOff shown(parent.handle());
+        InvalidateRect(parent.handle(), nullptr, TRUE);
+        EXPECT_FALSE(GetUpdateRect(parent.handle(), nullptr, FALSE));
+    }
+    EXPECT_TRUE(GetWindowLongA(parent.handle(), GWL_STYLE) & WS_VISIBLE);
+    EXPECT_TRUE(GetUpdateRect(parent.handle(), nullptr, FALSE));
+}
+
 TEST(Drawing, ScopesRestoreAndTheBufferArrives)
 {
     const MemoryDc target;
