@@ -8,7 +8,7 @@ namespace {
 
 // Dialog units.
 constexpr int kBandHeight = 24;
-constexpr int kTitleInset = 10;
+constexpr int kTitleInset = 7;
 
 } // namespace
 
