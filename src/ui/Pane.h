@@ -25,7 +25,8 @@ public:
     virtual HWND window() const = 0;
     virtual void settingsChanged() = 0;
     virtual void storeState() = 0;
-    // After a database change; fills trees and lists from the library.
+    // After a database change; fills trees and lists from the library. A job that is still busy
+    // waits for this thread meanwhile.
     virtual void reload() = 0;
     // The library is about to be emptied: let go of every record.
     virtual void clearRecords() = 0;

@@ -23,7 +23,6 @@ bool PaneAlbumDetails::createPane(HWND parent)
     return true;
 }
 
-// The job is still busy then, but waits for this thread to be done with the library.
 void PaneAlbumDetails::rebuildTrees(Log& log)
 {
     m_summary.count(commands().library());
@@ -33,8 +32,6 @@ void PaneAlbumDetails::rebuildTrees(Log& log)
 
 void PaneAlbumDetails::reload()
 {
-    if (commands().isBusy())
-        return;
     m_summary.count(commands().library());
     showSummary();
 }

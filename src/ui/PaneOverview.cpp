@@ -25,8 +25,6 @@ bool PaneOverview::createPane(HWND parent)
 
 void PaneOverview::reload()
 {
-    if (commands().isBusy())
-        return;
     m_summary.count(commands().library());
     showSummary();
 }

@@ -3,6 +3,7 @@
 #include "ui/PaneAlbumDetails.h"
 #include "ui/PaneOverview.h"
 #include "windowing/Control.h"
+#include "windowing/Drawing.h"
 
 #include <gtest/gtest.h>
 
@@ -68,14 +69,39 @@ TEST_F(ContentPaneTest, LibraryIsLeftAloneWhileBusyAndByPainting)
     m_commands.libraryLooks = 0;
     RedrawWindow(m_overview.window(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
     m_commands.busy = true;
-    m_overview.reload();
-    m_details.reload();
     m_overview.clearRecords();
     m_details.clearRecords();
     m_overview.setView(ListStyle::Icons);
     m_overview.settingsChanged();
     RedrawWindow(m_overview.window(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
     EXPECT_EQ(m_commands.libraryLooks, 0);
+}
+
+// Whether anything stands on the background below the caption.
+bool showsText(HWND window, COLORREF background)
+{
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+    const WindowDc dc(window);
+    RECT area{};
+    GetClientRect(window, &area);
+    for (int y = 40; y < area.bottom; ++y) {
+        for (int x = area.right / 2 - 40; x < area.right / 2 + 40; ++x) {
+            if (GetPixel(dc.dc(), x, y) != background)
+                return true;
+        }
+    }
+    return false;
+}
+
+TEST_F(ContentPaneTest, WhatAJobFilledInIsPaintedWhenItIsOver)
+{
+    SendMessageA(m_overview.window(), WM_USER, 1, 0);
+    m_commands.busy = true;
+    addAlbums(2);
+    m_overview.reload();
+    EXPECT_FALSE(showsText(m_overview.window(), m_commands.background));
+    m_commands.busy = false;
+    EXPECT_TRUE(showsText(m_overview.window(), m_commands.background));
 }
 
 TEST_F(ContentPaneTest, ViewIsRememberedByTheSettingsOfThePane)
