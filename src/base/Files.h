@@ -2,6 +2,7 @@
 
 #include "base/Bytes.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -59,9 +60,24 @@ class BufferedWriter {
 public:
     explicit BufferedWriter(OutputFile& file, std::size_t capacity = 64 * 1024);
 
-    void put(std::uint32_t value);
+    void put(std::uint32_t value)
+    {
+        if (reserve(sizeof value))
+            append(value);
+    }
     void put(std::int32_t value) { put(static_cast<std::uint32_t>(value)); }
-    void putText(std::string_view text); // length, then the bytes
+    // Length, then the bytes.
+    void putText(std::string_view text)
+    {
+        const ByteView bytes(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
+        if (bytes.size() >= m_buffer.size() - sizeof(std::uint32_t)) {
+            put(static_cast<std::uint32_t>(bytes.size()));
+            putBlock(bytes);
+        } else if (reserve(sizeof(std::uint32_t) + bytes.size())) {
+            append(static_cast<std::uint32_t>(bytes.size()));
+            append(bytes);
+        }
+    }
     void putBlock(ByteView bytes);
     bool flush(); // the buffer to the file
     bool good() const { return m_good; }
@@ -69,6 +85,28 @@ public:
     std::uint32_t position() const { return m_position; }
 
 private:
+    // Room in the buffer for a piece that fits into it; false when the file refuses.
+    bool reserve(std::size_t size) { return m_good && (size <= m_buffer.size() - m_used || flush()); }
+    void append(std::uint32_t value)
+    {
+        std::uint8_t* const at = m_buffer.data() + m_used;
+        at[0] = static_cast<std::uint8_t>(value);
+        at[1] = static_cast<std::uint8_t>(value >> 8);
+        at[2] = static_cast<std::uint8_t>(value >> 16);
+        at[3] = static_cast<std::uint8_t>(value >> 24);
+        advance(sizeof value);
+    }
+    void append(ByteView bytes)
+    {
+        std::ranges::copy(bytes, m_buffer.data() + m_used);
+        advance(bytes.size());
+    }
+    void advance(std::size_t size)
+    {
+        m_used += size;
+        m_position += static_cast<std::uint32_t>(size);
+    }
+
     OutputFile& m_file;
     std::vector<std::uint8_t> m_buffer;
     std::size_t m_used = 0;
