@@ -4,6 +4,7 @@
 #include "system/ComPtr.h"
 #include "system/Handle.h"
 #include "system/Module.h"
+#include "system/Variant.h"
 
 #include <array>
 #include <oleauto.h>
@@ -186,6 +187,21 @@ HRESULT registerLibrary()
     return RegisterTypeLib(library.get(), file.data(), nullptr);
 }
 
+bool libraryRegistered()
+{
+    Bstr path;
+    return SUCCEEDED(
+        QueryPathOfRegTypeLib(kTypeLibrary, kTypeLibraryMajor, kTypeLibraryMinor, LOCALE_NEUTRAL, path.put()));
+}
+
+HRESULT unregisterLibrary()
+{
+    if (!libraryRegistered()) {
+        return S_OK;
+    }
+    return UnRegisterTypeLib(kTypeLibrary, kTypeLibraryMajor, kTypeLibraryMinor, LOCALE_NEUTRAL, SYS_WIN32);
+}
+
 } // namespace
 
 HRESULT registerServer()
@@ -203,10 +219,8 @@ HRESULT unregisterServer()
             result = HRESULT_FROM_WIN32(static_cast<DWORD>(status));
         }
     }
-    const HRESULT library =
-        UnRegisterTypeLib(kTypeLibrary, kTypeLibraryMajor, kTypeLibraryMinor, LOCALE_NEUTRAL, SYS_WIN32);
-    const bool wasThere = library != TYPE_E_REGISTRYACCESS && library != TYPE_E_CANTLOADLIBRARY;
-    return FAILED(library) && wasThere ? library : result;
+    const HRESULT library = unregisterLibrary();
+    return FAILED(library) ? library : result;
 }
 
 } // namespace tessera

@@ -55,8 +55,6 @@ TEST_F(JobsTest, NewDatabaseIsBuiltWrittenAndLoaded)
     EXPECT_TRUE(systemFiles().exists(path));
     EXPECT_EQ(plugin.shownPane(), paneId::kOverview);
     const std::vector<std::string> log = plugin.log();
-    for (const std::string& line : log)
-        printf("%s\n", line.c_str());
     EXPECT_TRUE(plugin.logged("Creating Database"));
     EXPECT_TRUE(plugin.logged("Entries in MJ database - 30"));
     EXPECT_TRUE(plugin.logged("Loading Database"));

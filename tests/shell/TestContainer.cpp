@@ -17,7 +17,7 @@ bool isContainerKey(const MSG& message)
 
 TestContainer::TestContainer()
 {
-    create(nullptr, 0, {50, 50, 850, 650}, {WS_OVERLAPPEDWINDOW | WS_VISIBLE | WS_CLIPCHILDREN, 0},
+    create(nullptr, 0, {50, 50, 850, 650}, {WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, 0},
            "Container");
 }
 
