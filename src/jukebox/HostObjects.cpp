@@ -178,7 +178,7 @@ Variant PlaylistObject::add(const DispatchCall& call)
     (void)arguments.number(1); // where to; this player always adds at the end
     const std::optional<TrackIndex> track = m_state.library.find(arguments.text(0));
     if (track) {
-        m_state.player.add(*track);
+        m_state.player.add({&*track, 1});
     }
     return Variant(track.has_value());
 }

@@ -35,6 +35,7 @@ constexpr std::array kKeys = {
     ACCEL{FVIRTKEY | FCONTROL, 'S', static_cast<WORD>(kStop)},
     ACCEL{FVIRTKEY | FCONTROL, 'B', static_cast<WORD>(kPrevious)},
     ACCEL{FVIRTKEY | FCONTROL, 'F', static_cast<WORD>(kNext)},
+    ACCEL{FVIRTKEY | FCONTROL, 'L', static_cast<WORD>(kPlayLibrary)},
     ACCEL{FVIRTKEY, VK_F6, static_cast<WORD>(kSwitchFocus)},
 };
 
@@ -53,6 +54,9 @@ constexpr std::array kMenu = {
     MenuLine{0, nullptr},
     MenuLine{kPrevious, "Pre&vious\tCtrl+B"},
     MenuLine{kNext, "&Next\tCtrl+F"},
+    MenuLine{0, nullptr},
+    MenuLine{kPlayLibrary, "Play whole &library\tCtrl+L"},
+    MenuLine{kClearPlaylist, "&Clear playlist"},
     MenuLine{0, "&View"},
     MenuLine{kShowPlugin, "&Plug-in"},
     MenuLine{kShowPlaylist, "Play&list"},
@@ -127,6 +131,8 @@ std::span<const MapEntry<MainWindow>> MainWindow::messageMap()
         MapEntry<M>{WM_MOUSEMOVE, &M::onMouseMove},
         MapEntry<M>{WM_LBUTTONUP, &M::onLeftUp},
         MapEntry<M>{IdRange{kPrevious, kNext}, &M::onTransport},
+        MapEntry<M>{kPlayLibrary, &M::onPlayLibrary},
+        MapEntry<M>{kClearPlaylist, &M::onClearPlaylist},
         MapEntry<M>{kExit, &M::onExit},
         MapEntry<M>{kShowPlugin, &M::onTogglePlugin},
         MapEntry<M>{kShowPlaylist, &M::onTogglePlaylist},
@@ -311,6 +317,19 @@ void MainWindow::perform(UINT command)
 void MainWindow::onTransport(const Command& command)
 {
     perform(command.id);
+}
+
+void MainWindow::onPlayLibrary(const Command&)
+{
+    m_state.player.clear();
+    m_state.player.add(m_state.library.search(L""));
+    m_state.player.playEntry(0);
+}
+
+void MainWindow::onClearPlaylist(const Command&)
+{
+    m_state.player.stop();
+    m_state.player.clear();
 }
 
 Handled MainWindow::onAppCommand(const Message& message)

@@ -39,6 +39,8 @@ private:
     Handled onMouseMove(const Message& message);
     Handled onLeftUp(const Message& message);
     void onTransport(const Command& command);
+    void onPlayLibrary(const Command& command);
+    void onClearPlaylist(const Command& command);
     void onExit(const Command& command);
     void onTogglePlugin(const Command& command);
     void onTogglePlaylist(const Command& command);

@@ -43,9 +43,9 @@ void Player::clear()
     });
 }
 
-void Player::add(TrackIndex track)
+void Player::add(std::span<const TrackIndex> tracks)
 {
-    change([&] { m_entries.push_back(track); });
+    change([&] { m_entries.insert(m_entries.end(), tracks.begin(), tracks.end()); });
 }
 
 std::int32_t Player::position() const

@@ -6,6 +6,7 @@
 #include <functional>
 #include <mutex>
 #include <optional>
+#include <span>
 #include <vector>
 
 namespace tessera::jukebox {
@@ -36,7 +37,7 @@ public:
     std::int32_t count() const;
     std::optional<TrackIndex> entry(std::int32_t index) const; // none when there is no such entry
     void clear();                                              // the track that plays goes on
-    void add(TrackIndex track);
+    void add(std::span<const TrackIndex> tracks);
     std::int32_t position() const;
     // The entry that play starts with, and that follows the track that plays; -1 or an entry's index,
     // other numbers count as -1.

@@ -160,7 +160,8 @@ void TransportBar::drawTexts(HDC dc, const RECT& place) const
     const DcScope state(dc);
     SetBkMode(dc, TRANSPARENT);
     std::string title = "Stopped";
-    std::string detail = "Choose a track in the playlist, or an album in the plug-in.";
+    std::string detail =
+        "Play an album from the plug-in, a track of the playlist, or the whole library (Ctrl+L).";
     if (m_now.track) {
         title = codePageText(m_library.text(*m_now.track, Column::Name));
         const std::string artist = codePageText(m_library.text(*m_now.track, Column::Artist));

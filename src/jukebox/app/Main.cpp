@@ -7,6 +7,8 @@
 
 #include <atomic>
 #include <cstdio>
+#include <fcntl.h>
+#include <io.h>
 #include <memory>
 
 using namespace tessera;
@@ -103,6 +105,8 @@ int runPlayer(const Options& options)
 
 extern "C" int wmain(int count, wchar_t** arguments)
 {
+    _setmode(_fileno(stdout), _O_BINARY); // lines end as those of other commands do
+    _setmode(_fileno(stderr), _O_BINARY);
     std::string problem;
     const std::optional<Options> options =
         parseOptions({arguments + std::min(count, 1), arguments + count}, problem);
