@@ -10,6 +10,20 @@ namespace {
 constexpr int kBandHeight = 24;
 constexpr int kTitleInset = 7;
 
+// The sheet's own buttons.
+constexpr int kNextButton = 0x3024;
+constexpr int kFinishButton = 0x3025;
+
+bool hasFields(HWND page)
+{
+    for (HWND child = GetWindow(page, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+        if (GetWindowLongA(child, GWL_STYLE) & WS_TABSTOP) {
+            return true;
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 DWORD wizardButtonsAtStart(int pageCount)
@@ -43,6 +57,18 @@ std::span<const MapEntry<WizardPage>> WizardPage::messageMap()
 void WizardPage::onSetActive()
 {
     sheet().setWizardButtons(m_state.buttons);
+    if (!hasFields(handle())) {
+        focusDefaultButton();
+    }
+}
+
+// The button that was pressed may be hidden or disabled now, and keys would go nowhere. Posted,
+// since the buttons are not set yet.
+void WizardPage::focusDefaultButton() const
+{
+    const HWND sheetWindow = sheet().handle();
+    const int button = m_state.buttons & PSWIZB_FINISH ? kFinishButton : kNextButton;
+    PostMessageA(sheetWindow, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(sheetWindow, button)), TRUE);
 }
 
 bool WizardPage::onWizardNext()

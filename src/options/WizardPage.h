@@ -51,6 +51,7 @@ protected:
     void refuse(const std::string& message, UINT field) const;
 
 private:
+    void focusDefaultButton() const;
     Handled onEraseBackground(const Message& message);
     void paintBand(HDC dc, const RECT& band) const;
 

@@ -568,7 +568,7 @@ LRESULT CListBoxEx::onDrag(const DRAGLISTINFO& info)
 {
     switch (info.uNotification) {
     case DL_BEGINDRAG:
-        return beginDrag();
+        return beginDrag(info.ptCursor);
     case DL_DRAGGING:
         if (!m_bEndRow) {
             return DL_STOPCURSOR;
@@ -594,9 +594,9 @@ LRESULT CListBoxEx::onDrag(const DRAGLISTINFO& info)
     }
 }
 
-bool CListBoxEx::beginDrag()
+bool CListBoxEx::beginDrag(POINT point)
 {
-    const int row = currentRow(); // the press has selected it
+    const int row = LBItemFromPt(handle(), point, FALSE); // the press may not have selected it yet
     if (!m_bDragging || m_nEditedRow >= 0 || m_bEndRow || row < 0) {
         return false;
     }
@@ -621,6 +621,7 @@ void CListBoxEx::finishDrag()
     removeEndRow();
     m_bEndRow = false;
     m_nDraggedRow = -1;
+    tellSelection();
 }
 
 void CListBoxEx::removeEndRow() const
@@ -645,7 +646,6 @@ void CListBoxEx::drop(int targetRow, POINT)
         return; // it is there already
     }
     moveRow(from, targetRow > from ? targetRow - 1 : targetRow);
-    tellSelection();
 }
 
 void CListBoxEx::dragCancelled(POINT) {}

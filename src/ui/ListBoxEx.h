@@ -112,7 +112,7 @@ private:
     void drawRow(const DRAWITEMSTRUCT& item) const;
 
     LRESULT onDrag(const DRAGLISTINFO& info);
-    bool beginDrag();
+    bool beginDrag(POINT point);
     void dragOver(POINT point);
     void finishDrag();
     void removeEndRow() const;

@@ -441,6 +441,27 @@ TEST_F(WizardTest, KeysWorkThroughTheWizardsOwnLoop)
         },
         key(VK_ESCAPE),
     }));
+    const auto focusIsOn = [](const char* label) {
+        return [label] {
+            EXPECT_EQ(windowText(GetFocus()), label);
+            EXPECT_TRUE(IsWindowVisible(GetFocus()) && IsWindowEnabled(GetFocus()));
+        };
+    };
+    const auto clicking = [](int button) {
+        return [button] { SetFocus(GetDlgItem(sheet(), button)), SendMessageA(GetFocus(), BM_CLICK, 0, 0); };
+    };
+    EXPECT_TRUE(run({
+        next,
+        clicking(0x3023),
+        focusIsOn("&Next >"), // Back is disabled now
+        next,
+        next,
+        next,
+        next,
+        clicking(0x3024),
+        focusIsOn("Finish"), // Next is hidden now
+        key(VK_RETURN),
+    }));
 }
 
 } // namespace tessera

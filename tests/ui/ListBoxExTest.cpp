@@ -313,7 +313,7 @@ TEST_F(ListBoxExTest, ADropMovesTheRowBeforeTheTarget)
     for (const auto& one : cases) {
         SCOPED_TRACE(std::to_string(one.from) + " to " + std::to_string(one.target));
         list.setRows({"one", "two", "three"});
-        list.selectRow(one.from);
+        list.selectRow(1); // the press on a row need not have selected it yet
         ASSERT_TRUE(drag(DL_BEGINDRAG, pointInRow(one.from)));
         EXPECT_EQ(list.count(), 4);
         EXPECT_EQ(list.rows().size(), 3u);
@@ -321,7 +321,9 @@ TEST_F(ListBoxExTest, ADropMovesTheRowBeforeTheTarget)
         drag(DL_DROPPED, pointInRow(one.target));
         EXPECT_EQ(list.count(), 3);
         EXPECT_EQ(list.rows(), one.rows);
-        EXPECT_EQ(list.rowText(list.currentRow()), (Rows{"one", "two", "three"})[one.from]);
+        if (one.rows != Rows{"one", "two", "three"}) {
+            EXPECT_EQ(list.rowText(list.currentRow()), (Rows{"one", "two", "three"})[one.from]);
+        }
     }
 }
 
