@@ -94,6 +94,14 @@ make_prefix() {
     printf '%s\n' "$version" >"$stamp"
 }
 
+# Wine's helpers are started by the first program and keep its output open; whoever reads a program's
+# output to the end would wait for them. Started here, they hold nothing.
+start_desktop() {
+    wine explorer /desktop </dev/null >/dev/null 2>&1 9>&- &
+    timeout 30 wine cmd /c ver </dev/null >/dev/null 2>&1 9>&-
+    sleep 1
+}
+
 # ---- locales -----------------------------------------------------------------------------------
 
 # Locales for programs that run in other code pages: LOCPATH=build/locales LC_ALL=ja_JP.UTF-8.
