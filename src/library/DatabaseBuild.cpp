@@ -17,19 +17,56 @@ namespace {
 constexpr char kUnassigned[] = "(Unassigned)";
 constexpr char kVarious[] = "(Various)";
 
+// A text that many tracks share, converted and folded once.
+struct SharedText {
+    std::string text;
+    std::u16string folded;
+    std::uint32_t rank = 0; // in the order of the folded texts; equal ones have the same
+};
+
+class SharedTexts {
+public:
+    const SharedText* find(std::u16string wide)
+    {
+        if (m_last != nullptr && m_last->first == wide) // neighbours often agree
+            return &m_last->second;
+        const auto [found, isNew] = m_texts.try_emplace(std::move(wide));
+        if (isNew)
+            found->second = {toCodePage(found->first), foldWide(found->first)};
+        m_last = &*found;
+        return &found->second;
+    }
+
+    void rank()
+    {
+        std::vector<SharedText*> sorted;
+        sorted.reserve(m_texts.size());
+        for (auto& [wide, shared] : m_texts)
+            sorted.push_back(&shared);
+        std::ranges::sort(sorted, {}, &SharedText::folded);
+        for (std::size_t i = 1; i < sorted.size(); ++i)
+            sorted[i]->rank = sorted[i - 1]->rank + (sorted[i]->folded != sorted[i - 1]->folded ? 1 : 0);
+    }
+
+private:
+    using Texts = std::unordered_map<std::u16string, SharedText>;
+    Texts m_texts;
+    Texts::value_type* m_last = nullptr;
+};
+
 // One host file on its way into the library.
 struct Entry {
-    std::unique_ptr<Track> owned; // until the track enters the library
-    Track* track = nullptr;
-    std::u16string sortAlbum; // folded; empty again after the sort
-    std::u16string sortType;
-    std::string album;
-    std::string type;
+    HostFilePtr file; // this and the name until the track is made
+    std::string fileName;
+    const SharedText* album = nullptr;
+    const SharedText* type = nullptr;
+    const SharedText* artist = nullptr;
+    const SharedText* genre = nullptr;
     std::int32_t number = 0;
-    std::string artist;
-    std::u16string sortArtist; // only in runs that are split by artist
-
-    HostFile& file() const { return *track->m_pMJFile; }
+    std::int32_t duration = 0;
+    std::int32_t bitrate = 0;
+    std::int32_t year = 0;
+    Track* track = nullptr; // once it is in the library
 };
 using Entries = std::vector<Entry*>;
 using Group = std::span<Entry* const>;
@@ -37,20 +74,20 @@ using Group = std::span<Entry* const>;
 // The value that all tracks with a value agree on.
 class CommonText {
 public:
-    void add(std::string value)
+    void add(const std::string& value)
     {
         if (value.empty())
             return;
-        if (m_first.empty())
-            m_first = std::move(value);
-        else if (value != m_first)
+        if (m_first == nullptr)
+            m_first = &value;
+        else if (value != *m_first)
             m_differs = true;
     }
     bool differs() const { return m_differs; }
-    const std::string& first() const { return m_first; }
+    std::string first() const { return m_first != nullptr ? *m_first : std::string(); }
 
 private:
-    std::string m_first;
+    const std::string* m_first = nullptr;
     bool m_differs = false;
 };
 
@@ -80,10 +117,31 @@ std::string folderOf(const std::string& fileName)
     return backslash == std::string::npos ? std::string() : fileName.substr(0, backslash);
 }
 
+bool equalShared(const SharedText* left, const SharedText* right)
+{
+    return left == right || equalNoCase(left->text, right->text);
+}
+
+// What every code page gives back unchanged.
+bool isAscii(std::u16string_view text)
+{
+    return std::ranges::all_of(text, [](char16_t unit) { return unit < 0x80; });
+}
+
 bool sameRun(const Entry& left, const Entry& right)
 {
-    return equalNoCase(left.album, right.album) && equalNoCase(left.type, right.type);
+    return equalShared(left.album, right.album) && equalShared(left.type, right.type);
 }
+
+// The order of the scan; the place in the host's list keeps equal tracks in its order.
+struct SortKey {
+    std::uint32_t album;
+    std::uint32_t type;
+    std::int32_t number;
+    std::uint32_t place;
+
+    auto operator<=>(const SortKey&) const = default;
+};
 
 class LibraryBuild {
 public:
@@ -99,8 +157,10 @@ public:
 private:
     void link();
     bool linkFile(HostFilePtr file);
+    void readProperties(Entry& entry);
     void sort();
     void scan();
+    void addTrack(Entry& entry, std::int32_t id);
     void splitRun(Group run);
     void makeAlbum(Group group);
     Artist& artistNamed(const std::string& name);
@@ -111,6 +171,10 @@ private:
     JobContext& m_context;
     std::unique_ptr<HostFiles> m_files;
     std::vector<Entry> m_tracks;
+    SharedTexts m_albums;
+    SharedTexts m_types;
+    SharedTexts m_artistNames;
+    SharedTexts m_genres;
     Entries m_sorted;
     std::unordered_map<std::string, Artist*> m_artists; // first of its display name, upper case
 };
@@ -158,39 +222,46 @@ bool LibraryBuild::linkFile(HostFilePtr file)
 {
     const std::u16string wide = file->wideText(FileText::Filename);
     std::string name = toCodePage(wide);
-    if (toWide(name) != wide)
+    if (!isAscii(wide) && toWide(name) != wide)
         return false;
-    auto track = std::make_unique<Track>();
-    track->m_pMJFile = std::move(file);
-    track->fileName = std::move(name);
     Entry& entry = m_tracks.emplace_back();
-    entry.track = track.get();
-    entry.owned = std::move(track);
+    entry.file = std::move(file);
+    entry.fileName = std::move(name);
     return true;
+}
+
+// All of a file's properties at once: files lie together in the host's order, not in that of albums.
+void LibraryBuild::readProperties(Entry& entry)
+{
+    HostFile& file = *entry.file;
+    entry.album = m_albums.find(file.wideText(FileText::Album));
+    entry.type = m_types.find(file.wideText(FileText::Type));
+    entry.artist = m_artistNames.find(file.wideText(FileText::Artist));
+    entry.genre = m_genres.find(file.wideText(FileText::Genre));
+    entry.number = file.number(FileNumber::Track);
+    entry.duration = file.number(FileNumber::Duration);
+    entry.bitrate = file.number(FileNumber::Bitrate);
+    entry.year = file.number(FileNumber::Year);
 }
 
 void LibraryBuild::sort()
 {
     m_context.log.line("Sorting tracks");
-    m_sorted.reserve(m_tracks.size());
-    for (Entry& entry : m_tracks) {
-        step(m_sorted.size() + 1, m_tracks.size());
-        const std::u16string album = entry.file().wideText(FileText::Album);
-        const std::u16string type = entry.file().wideText(FileText::Type);
-        entry.number = entry.file().number(FileNumber::Track);
-        entry.album = toCodePage(album);
-        entry.type = toCodePage(type);
-        entry.sortAlbum = foldWide(album);
-        entry.sortType = foldWide(type);
-        m_sorted.push_back(&entry);
+    for (std::size_t done = 0; Entry & entry : m_tracks) {
+        step(++done, m_tracks.size());
+        readProperties(entry);
     }
-    std::ranges::stable_sort(m_sorted, [](const Entry* left, const Entry* right) {
-        if (const int order = left->sortAlbum.compare(right->sortAlbum))
-            return order < 0;
-        if (const int order = left->sortType.compare(right->sortType))
-            return order < 0;
-        return left->number < right->number;
-    });
+    m_albums.rank();
+    m_types.rank();
+    std::vector<SortKey> keys;
+    keys.reserve(m_tracks.size());
+    for (const Entry& entry : m_tracks)
+        keys.push_back(
+            {entry.album->rank, entry.type->rank, entry.number, static_cast<std::uint32_t>(keys.size())});
+    std::ranges::sort(keys);
+    m_sorted.reserve(keys.size());
+    for (const SortKey& key : keys)
+        m_sorted.push_back(&m_tracks[key.place]);
 }
 
 void LibraryBuild::scan()
@@ -201,35 +272,38 @@ void LibraryBuild::scan()
         std::size_t last = first;
         for (; last < count && sameRun(*m_sorted[first], *m_sorted[last]); ++last) {
             step(last + 1, count);
-            Entry& entry = *m_sorted[last];
-            entry.track->id = static_cast<std::int32_t>(last) + 1;
-            m_library.tracks.emplace_hint(m_library.tracks.end(), entry.track->id, std::move(entry.owned));
+            addTrack(*m_sorted[last], static_cast<std::int32_t>(last) + 1);
         }
         splitRun(Group(m_sorted).subspan(first, last - first));
         first = last;
     }
 }
 
+void LibraryBuild::addTrack(Entry& entry, std::int32_t id)
+{
+    auto track = std::make_unique<Track>();
+    track->id = id;
+    track->m_pMJFile = std::move(entry.file);
+    track->fileName = std::move(entry.fileName);
+    entry.track = track.get();
+    m_library.tracks.emplace_hint(m_library.tracks.end(), id, std::move(track));
+}
+
 // Two first tracks of the same number: albums of the same title, told apart by artist.
 void LibraryBuild::splitRun(Group run)
 {
     const bool split = run.size() > 1 && run[0]->number == run[1]->number;
-    for (Entry* entry : run) {
-        const std::u16string artist = entry->file().wideText(FileText::Artist);
-        entry->artist = toCodePage(artist);
-        if (split)
-            entry->sortArtist = foldWide(artist);
-    }
     if (!split)
         return makeAlbum(run);
     Entries sorted(run.begin(), run.end());
     std::ranges::stable_sort(sorted, [](const Entry* left, const Entry* right) {
-        const int order = left->sortArtist.compare(right->sortArtist);
+        const int order = left->artist->folded.compare(right->artist->folded);
         return order != 0 ? order < 0 : left->number < right->number;
     });
     for (auto first = sorted.begin(); first != sorted.end();) {
-        const auto last = std::find_if(first, sorted.end(),
-                                       [&](const Entry* entry) { return entry->artist != (*first)->artist; });
+        const auto last = std::find_if(first, sorted.end(), [&](const Entry* entry) {
+            return entry->artist->text != (*first)->artist->text;
+        });
         makeAlbum(Group(first, last));
         first = last;
     }
@@ -239,9 +313,9 @@ void LibraryBuild::makeAlbum(Group group)
 {
     auto album = std::make_unique<Album>();
     album->id = static_cast<std::int32_t>(m_library.albums.size()) + 1;
-    album->hostTitle = group.front()->album;
+    album->hostTitle = group.front()->album->text;
     album->displayTitle = album->hostTitle.empty() ? kUnassigned : album->hostTitle;
-    album->type = group.front()->type;
+    album->type = group.front()->type->text;
     album->minBitrate = std::numeric_limits<std::int32_t>::max();
     album->maxBitrate = std::numeric_limits<std::int32_t>::min();
     CommonText genre;
@@ -251,13 +325,12 @@ void LibraryBuild::makeAlbum(Group group)
         m_context.stopIfTerminating();
         entry->track->album = album.get();
         album->tracks.emplace(entry->track->id, entry->track);
-        album->duration = wrappingSum(album->duration, entry->file().number(FileNumber::Duration));
-        const std::int32_t bitrate = entry->file().number(FileNumber::Bitrate);
-        album->minBitrate = std::min(album->minBitrate, bitrate);
-        album->maxBitrate = std::max(album->maxBitrate, bitrate);
-        genre.add(entry->file().text(FileText::Genre));
-        year.add(entry->file().number(FileNumber::Year));
-        artist.add(entry->artist);
+        album->duration = wrappingSum(album->duration, entry->duration);
+        album->minBitrate = std::min(album->minBitrate, entry->bitrate);
+        album->maxBitrate = std::max(album->maxBitrate, entry->bitrate);
+        genre.add(entry->genre->text);
+        year.add(entry->year);
+        artist.add(entry->artist->text);
     }
     album->genre = genre.differs() ? kVarious : genre.first().empty() ? kUnassigned : genre.first();
     album->year = year.value();

@@ -42,7 +42,9 @@ TEST(Filters, PatternListsAreSplitAtCommaSpaceAndSemicolon)
     EXPECT_TRUE(matchesPatternList("Floyd", "Pink Floyd"));
     EXPECT_FALSE(matchesPatternList("Pink Floyd", "Pink Floyd"));
     EXPECT_TRUE(matchesPatternList("Pink Floyd", "x;Pink*Floyd"));
-    EXPECT_TRUE(matchesPatternList("\xC9lan", "\xE9LAN")); // É and é
+    if (toWide("\xC9") == u"\xC9") { // É in this code page
+        EXPECT_TRUE(matchesPatternList("\xC9lan", "\xE9LAN"));
+    }
     EXPECT_FALSE(matchesPatternList("", ""));
     EXPECT_FALSE(matchesPatternList("", " , ;"));
 }

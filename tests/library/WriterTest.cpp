@@ -169,6 +169,27 @@ TEST_F(Update, AnotherRecordStopsEverything)
     EXPECT_EQ(file().size(), at.secondAlbum);
 }
 
+TEST_F(Update, EveryFailureIsToldAndLeavesWholeRecords)
+{
+    const Bytes whole = file();
+    const Bytes updated = rig.written();
+    bool reachedTheEnd = false;
+    for (int call = 1; !reachedTheEnd; ++call) {
+        SCOPED_TRACE(call);
+        file() = whole;
+        rig.prompt.boxes.clear();
+        rig.files.calls = 0;
+        rig.files.failingCall = call;
+        update();
+        reachedTheEnd = rig.files.calls < call;
+        EXPECT_EQ(rig.prompt.boxes.size(), reachedTheEnd ? 0u : 1u);
+        EXPECT_EQ(file().size(), whole.size());
+        if (reachedTheEnd) {
+            EXPECT_EQ(file(), updated);
+        }
+    }
+}
+
 TEST_F(Update, MissingFileIsTold)
 {
     rig.files.files.erase(SampleRig::kName);

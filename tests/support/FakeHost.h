@@ -113,8 +113,9 @@ private:
         {
             m_host.enter();
             const HostTrack& track = m_host.tracks[m_index];
-            m_host.imageQueries.push_back((kind == ImageKind::ImageFile ? "1 " : "2 ") +
-                                          toCodePage(track.fileName));
+            std::string query = kind == ImageKind::ImageFile ? "1 " : "2 ";
+            query.append(toCodePage(track.fileName));
+            m_host.imageQueries.push_back(std::move(query));
             return kind == ImageKind::ImageFile ? track.imageFile : track.embeddedImage;
         }
 

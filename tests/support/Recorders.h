@@ -22,7 +22,8 @@ public:
     void outdent() override { level = level > 0 ? level - 1 : 0; }
     void line(const std::string& text) override
     {
-        lines.push_back(std::string(static_cast<std::size_t>(level) * 4, ' ') + text);
+        lines.emplace_back(static_cast<std::size_t>(level) * 4, ' ');
+        lines.back().append(text);
         percents.push_back(0);
         if (terminating && lines.size() == cancelAtLine)
             *terminating = true;
