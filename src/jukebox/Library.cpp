@@ -19,16 +19,19 @@ std::optional<std::int32_t> parseNumber(std::string_view text)
 {
     std::int32_t number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size())
+    if (error != std::errc() || end != text.data() + text.size()) {
         return std::nullopt;
+    }
     return number;
 }
 
 bool containsAll(std::wstring_view text, const std::vector<std::wstring>& foldedWords)
 {
-    for (const std::wstring& word : foldedWords)
-        if (text.find(word) == std::wstring_view::npos)
+    for (const std::wstring& word : foldedWords) {
+        if (text.find(word) == std::wstring_view::npos) {
             return false;
+        }
+    }
     return true;
 }
 
@@ -47,8 +50,9 @@ std::int32_t Library::number(TrackIndex track, Column column) const
 std::optional<TrackIndex> Library::find(std::wstring_view fileName) const
 {
     const auto found = m_byName.find(folded(fileName));
-    if (found == m_byName.end())
+    if (found == m_byName.end()) {
         return std::nullopt;
+    }
     return found->second;
 }
 
@@ -67,28 +71,33 @@ std::vector<TrackIndex> Library::search(std::wstring_view criteria) const
 {
     const std::vector<std::wstring> wanted = words(folded(criteria));
     std::vector<TrackIndex> found;
-    for (TrackIndex track = 0; track < size(); ++track)
-        if (wanted.empty() || containsAll(searchText(track), wanted))
+    for (TrackIndex track = 0; track < size(); ++track) {
+        if (wanted.empty() || containsAll(searchText(track), wanted)) {
             found.push_back(track);
+        }
+    }
     return found;
 }
 
 std::size_t Library::albumCount() const
 {
     std::set<std::pair<std::string_view, std::string_view>> albums;
-    for (TrackIndex track = 0; track < size(); ++track)
+    for (TrackIndex track = 0; track < size(); ++track) {
         albums.emplace(value(track, Column::Artist), value(track, Column::Album));
+    }
     return albums.size();
 }
 
 std::string Library::addTrack(const Values& values)
 {
     const std::string_view fileName = values[static_cast<std::size_t>(Column::Filename)];
-    if (fileName.empty())
+    if (fileName.empty()) {
         return "the file name is missing";
+    }
     const auto index = static_cast<TrackIndex>(m_tracks.size());
-    if (!m_byName.try_emplace(folded(*fromUtf8(fileName)), index).second)
+    if (!m_byName.try_emplace(folded(*fromUtf8(fileName)), index).second) {
         return "the file '" + std::string(fileName) + "' is listed already";
+    }
     m_tracks.push_back(values);
     return {};
 }
@@ -105,11 +114,14 @@ public:
     std::optional<Library> run()
     {
         skipByteOrderMark();
-        if (!readHeader(nextLine()))
+        if (!readHeader(nextLine())) {
             return std::nullopt;
-        while (!m_rest.empty())
-            if (const std::span<char> line = nextLine(); !line.empty())
+        }
+        while (!m_rest.empty()) {
+            if (const std::span<char> line = nextLine(); !line.empty()) {
                 readTrack(line);
+            }
+        }
         return std::move(m_library);
     }
 
@@ -129,8 +141,9 @@ private:
 
     void skipByteOrderMark()
     {
-        if (std::string_view(m_rest.data(), m_rest.size()).starts_with("\xEF\xBB\xBF"))
+        if (std::string_view(m_rest.data(), m_rest.size()).starts_with("\xEF\xBB\xBF")) {
             m_rest = m_rest.subspan(3);
+        }
     }
 
     std::span<char> nextLine()
@@ -140,8 +153,9 @@ private:
         const std::size_t length = std::min(rest.find('\n'), rest.size());
         std::span<char> line = m_rest.first(length);
         m_rest = m_rest.subspan(std::min(length + 1, rest.size()));
-        if (!line.empty() && line.back() == '\r')
+        if (!line.empty() && line.back() == '\r') {
             line = line.first(line.size() - 1);
+        }
         return line;
     }
 
@@ -158,11 +172,13 @@ private:
     {
         while (!line.empty()) {
             const std::span<char> field = nextField(line);
-            if (!addColumn({field.data(), field.size()}))
+            if (!addColumn({field.data(), field.size()})) {
                 return false;
+            }
         }
-        if (isKnown(Column::Filename))
+        if (isKnown(Column::Filename)) {
             return true;
+        }
         complain("the header has no column 'Filename'");
         return false;
     }
@@ -191,27 +207,33 @@ private:
 
     void readTrack(std::span<char> line)
     {
-        if (!isUtf8({line.data(), line.size()}))
+        if (!isUtf8({line.data(), line.size()})) {
             return complain("the text is not UTF-8");
+        }
         Library::Values values;
         std::string wrong = readValues(line, values);
-        if (wrong.empty())
+        if (wrong.empty()) {
             wrong = m_library.addTrack(values);
-        if (!wrong.empty())
+        }
+        if (!wrong.empty()) {
             complain(wrong);
+        }
     }
 
     std::string readValues(std::span<char> line, Library::Values& values)
     {
         for (std::size_t position = 0; !line.empty(); ++position) {
-            if (position == m_order.size())
+            if (position == m_order.size()) {
                 return "more values than the header has columns";
+            }
             const std::optional<std::string_view> value = unescape(nextField(line));
-            if (!value)
+            if (!value) {
                 return "a backslash without t, n, r or \\ behind it";
+            }
             if (const std::optional<Column> column = m_order[position]) {
-                if (isNotANumber(*column, *value))
+                if (isNotANumber(*column, *value)) {
                     return std::string(nameOf(*column)) + " is not a number: '" + std::string(*value) + "'";
+                }
                 values[static_cast<std::size_t>(*column)] = *value;
             }
         }
@@ -248,8 +270,9 @@ private:
             char letter = field[read];
             if (letter == '\\') {
                 letter = ++read < field.size() ? escaped(field[read]) : '\0';
-                if (letter == '\0')
+                if (letter == '\0') {
                     return std::nullopt;
+                }
             }
             field[written++] = letter;
         }

@@ -16,8 +16,9 @@ void Player::change(Change what)
 
 void Player::notify() const
 {
-    if (m_listener)
+    if (m_listener) {
         m_listener();
+    }
 }
 
 std::int32_t Player::count() const
@@ -29,8 +30,9 @@ std::int32_t Player::count() const
 std::optional<TrackIndex> Player::entry(std::int32_t index) const
 {
     const std::lock_guard guard(m_lock);
-    if (index < 0 || index >= countLocked())
+    if (index < 0 || index >= countLocked()) {
         return std::nullopt;
+    }
     return m_entries[static_cast<std::size_t>(index)];
 }
 
@@ -70,8 +72,9 @@ PlayState Player::state() const
 
 void Player::startLocked(std::int32_t index)
 {
-    if (index < 0 || index >= countLocked())
+    if (index < 0 || index >= countLocked()) {
         return stopLocked();
+    }
     m_position = index;
     m_positionIsNext = false;
     m_track = m_entries[static_cast<std::size_t>(index)];
@@ -152,8 +155,9 @@ void Player::advance()
 {
     {
         const std::lock_guard guard(m_lock);
-        if (m_state != PlayState::Playing || elapsedLocked() < durationLocked())
+        if (m_state != PlayState::Playing || elapsedLocked() < durationLocked()) {
             return;
+        }
         startLocked(followingLocked());
     }
     notify();
@@ -166,15 +170,17 @@ std::int32_t Player::followingLocked() const
 
 std::uint32_t Player::elapsedLocked() const
 {
-    if (m_state != PlayState::Playing)
+    if (m_state != PlayState::Playing) {
         return m_playedBefore;
+    }
     return m_playedBefore + (m_clock() - m_startedAt);
 }
 
 std::uint32_t Player::durationLocked() const
 {
-    if (!m_track)
+    if (!m_track) {
         return 0;
+    }
     return static_cast<std::uint32_t>(std::max(m_library.number(*m_track, Column::Duration), 0)) * 1000;
 }
 

@@ -22,7 +22,7 @@ public:
     AnswerBuffer() : m_content(std::make_unique<Content>()) {}
     Content* operator->() { return m_content.get(); }
     Content& operator*() { return *m_content; }
-    void abandon() { (void)m_content.release(); }
+    void abandon() { (void)m_content.release(); } // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
 
 private:
     std::unique_ptr<Content> m_content;

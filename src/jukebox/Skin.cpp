@@ -37,15 +37,17 @@ std::optional<COLORREF> skinColour(std::wstring_view section, std::wstring_view 
                                     [section = folded(section), key = folded(key)](const SkinColour& entry) {
                                         return entry.section == section && entry.key == key;
                                     });
-    if (found == kSkin.end())
+    if (found == kSkin.end()) {
         return std::nullopt;
+    }
     return found->colour;
 }
 
 Palette palette(bool skinned)
 {
-    if (skinned)
+    if (skinned) {
         return {kPanel, kChalk, kAsh, kAmber, kNight, kChalk, kAmber};
+    }
     return {GetSysColor(COLOR_BTNFACE),   GetSysColor(COLOR_BTNTEXT), GetSysColor(COLOR_GRAYTEXT),
             GetSysColor(COLOR_HIGHLIGHT), GetSysColor(COLOR_WINDOW),  GetSysColor(COLOR_WINDOWTEXT),
             GetSysColor(COLOR_HIGHLIGHT)};

@@ -25,16 +25,18 @@ FileHandle openFile(const std::wstring& path, DWORD access, DWORD disposition)
 std::optional<WIN32_FILE_ATTRIBUTE_DATA> fileAttributes(const std::wstring& path)
 {
     WIN32_FILE_ATTRIBUTE_DATA data{};
-    if (!GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data))
+    if (!GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data)) {
         return std::nullopt;
+    }
     return data;
 }
 
 std::wstring withThousands(std::uint64_t number)
 {
     std::wstring digits = std::to_wstring(number);
-    for (std::size_t position = digits.size(); position > 3; position -= 3)
+    for (std::size_t position = digits.size(); position > 3; position -= 3) {
         digits.insert(position - 3, 1, L',');
+    }
     return digits;
 }
 
@@ -63,8 +65,9 @@ std::wstring temporaryName(const std::wstring& extension)
 std::wstring fileSizeText(const std::wstring& path)
 {
     const auto data = fileAttributes(path);
-    if (!data)
+    if (!data) {
         return {};
+    }
     const std::uint64_t bytes = (std::uint64_t{data->nFileSizeHigh} << 32) | data->nFileSizeLow;
     return withThousands((bytes + 1023) / 1024) + L"kb";
 }
@@ -75,8 +78,9 @@ std::wstring fileDateText(const std::wstring& path)
     FILETIME local{};
     SYSTEMTIME time{};
     if (!data || !FileTimeToLocalFileTime(&data->ftLastWriteTime, &local) ||
-        !FileTimeToSystemTime(&local, &time))
+        !FileTimeToSystemTime(&local, &time)) {
         return {};
+    }
     wchar_t text[128] = {};
     GetDateFormatW(LOCALE_USER_DEFAULT, DATE_LONGDATE, &time, nullptr, text, 128);
     return text;
@@ -86,8 +90,9 @@ std::wstring durationText(std::int32_t seconds)
 {
     seconds = std::max(seconds, 0);
     const std::wstring tail = L":" + twoDigits(seconds % 60);
-    if (seconds < 3600)
+    if (seconds < 3600) {
         return std::to_wstring(seconds / 60) + tail;
+    }
     return std::to_wstring(seconds / 3600) + L":" + twoDigits(seconds / 60 % 60) + tail;
 }
 
@@ -100,8 +105,9 @@ std::wstring copyToTemporaryFile(const std::wstring& path)
             SetFileAttributesW(name.c_str(), FILE_ATTRIBUTE_NORMAL);
             return name;
         }
-        if (GetLastError() != ERROR_FILE_EXISTS)
+        if (GetLastError() != ERROR_FILE_EXISTS) {
             return {};
+        }
     }
     return {};
 }
@@ -110,13 +116,15 @@ std::optional<std::string> readWholeFile(const std::wstring& path)
 {
     const FileHandle file = openFile(path, GENERIC_READ, OPEN_EXISTING);
     LARGE_INTEGER size{};
-    if (!file || !GetFileSizeEx(file.get(), &size) || size.QuadPart > 0x40000000)
+    if (!file || !GetFileSizeEx(file.get(), &size) || size.QuadPart > 0x40000000) {
         return std::nullopt;
+    }
     std::string content(static_cast<std::size_t>(size.QuadPart), '\0');
     DWORD read = 0;
     if (!ReadFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &read, nullptr) ||
-        read != content.size())
+        read != content.size()) {
         return std::nullopt;
+    }
     return content;
 }
 

@@ -26,11 +26,13 @@ bool isAscii(std::string_view bytes)
 
 std::optional<std::wstring> fromUtf8(std::string_view utf8)
 {
-    if (isAscii(utf8))
+    if (isAscii(utf8)) {
         return std::wstring(utf8.begin(), utf8.end());
+    }
     const int length = wideLength(utf8);
-    if (length <= 0)
+    if (length <= 0) {
         return std::nullopt;
+    }
     std::wstring wide(static_cast<std::size_t>(length), L'\0');
     MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), wide.data(), length);
     return wide;
@@ -38,8 +40,9 @@ std::optional<std::wstring> fromUtf8(std::string_view utf8)
 
 std::string toUtf8(std::wstring_view wide)
 {
-    if (wide.empty())
+    if (wide.empty()) {
         return {};
+    }
     const int units = static_cast<int>(wide.size());
     const int length = WideCharToMultiByte(CP_UTF8, 0, wide.data(), units, nullptr, 0, nullptr, nullptr);
     std::string utf8(static_cast<std::size_t>(std::max(length, 0)), '\0');
