@@ -6,10 +6,10 @@
 #include "tokens/TokenParser.h"
 #include "ui/FakeCommands.h"
 #include "windowing/Control.h"
-#include "windowing/MessageLoop.h"
 
 #include <functional>
 #include <gtest/gtest.h>
+#include <shlobj.h>
 
 namespace tessera {
 
@@ -35,6 +35,7 @@ using Steps = std::vector<std::function<void()>>;
 
 Steps* g_steps = nullptr;
 std::size_t g_step = 0;
+int g_waits = 0; // ticks for which one step has been waiting
 CWizardPropertySheet* g_wizard = nullptr;
 
 // Runs by itself while the wizard's own loop, or that of a dialog over it, is running.
@@ -48,6 +49,20 @@ void CALLBACK nextStep(HWND, UINT, UINT_PTR, DWORD)
     } else {
         g_wizard->cancel(); // the steps have not ended it
     }
+}
+
+// A step that is taken again and again until the condition holds.
+std::function<void()> waitingFor(std::function<bool()> condition)
+{
+    return [condition] {
+        if (condition()) {
+            g_waits = 0;
+        } else if (++g_waits < 200) {
+            --g_step;
+        } else {
+            ADD_FAILURE() << "waited in vain";
+        }
+    };
 }
 
 class WizardTest : public testing::Test {
@@ -64,6 +79,7 @@ protected:
     {
         g_steps = &steps;
         g_step = 0;
+        g_waits = 0;
         const UINT_PTR timer = SetTimer(nullptr, 0, 30, &nextStep);
         const bool finished = runNewDatabaseWizard(owner, commands, settings, &g_wizard);
         KillTimer(nullptr, timer);
@@ -89,7 +105,7 @@ protected:
     {
         return [id, text] { SetWindowTextA(item(id), text.c_str()); };
     }
-    // A dialog over the wizard, by its title; the steps go on while it is open.
+    // A dialog over the wizard, by its title.
     static HWND dialog(const char* title) { return FindWindowA("#32770", title); }
     static void press(HWND window, WPARAM key) { SendMessageA(window, WM_KEYDOWN, key, 1); }
 
@@ -372,21 +388,52 @@ TEST_F(WizardTest, NoRowsGiveAnEmptySetting)
 TEST_F(WizardTest, TheSaveDialogFillsTheDatabaseField)
 {
     constexpr const char* kTitle = "Enter the name of the database to create";
-    EXPECT_FALSE(
-        run({next, [] { PostMessageA(item(IDC_DATABASE_BROWSE), BM_CLICK, 0, 0); },
-             [] { pumpUntil([] { return dialog(kTitle) != nullptr; }); },
-             [] { pumpUntil([] { return IsWindowVisible(GetDlgItem(dialog(kTitle), 0x47c)); }, 2000); },
-             [] {
-                 SendMessageA(GetDlgItem(dialog(kTitle), 0x47c), WM_SETTEXT, 0,
-                              reinterpret_cast<LPARAM>("C:\\windows\\temp\\chosen"));
-                 PostMessageA(dialog(kTitle), WM_COMMAND, IDOK, 0);
-             },
-             [] { pumpUntil([] { return dialog(kTitle) == nullptr; }); },
-             [] {
-                 const std::string name = windowText(item(IDC_DATABASE_FILE));
-                 EXPECT_STRCASEEQ(name.c_str(), "C:\\windows\\temp\\chosen.ts2");
-             },
-             cancel}));
+    EXPECT_FALSE(run({next, [] { PostMessageA(item(IDC_DATABASE_BROWSE), BM_CLICK, 0, 0); },
+                      waitingFor([] { return dialog(kTitle) != nullptr; }),
+                      waitingFor([] { return IsWindowVisible(GetDlgItem(dialog(kTitle), 0x47c)) != FALSE; }),
+                      [] {
+                          SendMessageA(GetDlgItem(dialog(kTitle), 0x47c), WM_SETTEXT, 0,
+                                       reinterpret_cast<LPARAM>("C:\\windows\\temp\\chosen"));
+                          PostMessageA(dialog(kTitle), WM_COMMAND, IDOK, 0);
+                      },
+                      waitingFor([] { return dialog(kTitle) == nullptr; }),
+                      [] {
+                          const std::string name = windowText(item(IDC_DATABASE_FILE));
+                          EXPECT_STRCASEEQ(name.c_str(), "C:\\windows\\temp\\chosen.ts2");
+                      },
+                      cancel}));
+}
+
+TEST_F(WizardTest, TheFolderBrowserFillsTheRow)
+{
+    constexpr const char* kTitle = "Browse for Folder";
+    settings.lastUsed = "x.ts2";
+    settings.artworkDirectories = "C:\\windows";
+    const auto child = [](const char* name) {
+        return FindWindowExA(item(IDC_DIRECTORIES), nullptr, name, nullptr);
+    };
+    EXPECT_TRUE(run({
+        next,
+        next,
+        next,
+        next,
+        [] { press(item(IDC_DIRECTORIES), VK_F2); },
+        [&] { PostMessageA(child("Button"), BM_CLICK, 0, 0); },
+        waitingFor([] { return IsWindowVisible(dialog(kTitle)) != FALSE; }),
+        [] {
+            SendMessageA(dialog(kTitle), BFFM_SETSELECTIONA, TRUE,
+                         reinterpret_cast<LPARAM>("C:\\windows\\system32"));
+            PostMessageA(dialog(kTitle), WM_COMMAND, IDOK, 0);
+        },
+        waitingFor([] { return dialog(kTitle) == nullptr; }),
+        [&] {
+            EXPECT_TRUE(IsWindowVisible(child("Edit"))) << "the edit stays open";
+            EXPECT_EQ(GetFocus(), child("Edit"));
+        },
+        next,
+        finish,
+    }));
+    EXPECT_STRCASEEQ(settings.artworkDirectories.c_str(), "C:\\windows\\system32");
 }
 
 TEST_F(WizardTest, CanBeCancelledFromOutsideAtAnyTime)
@@ -396,14 +443,11 @@ TEST_F(WizardTest, CanBeCancelledFromOutsideAtAnyTime)
     // With an edit open.
     EXPECT_FALSE(run({next, next, next, next, [] { press(item(IDC_DIRECTORIES), VK_F2); }, close}));
     // With a file dialog, the folder browser or a box open.
-    EXPECT_FALSE(run({next, next, [] { PostMessageA(item(IDC_EXCLUSIONS_BROWSE), BM_CLICK, 0, 0); },
-                      [] {
-                          pumpUntil([] {
-                              return dialog("Enter the name of the file containing the exclusions list") !=
-                                     nullptr;
-                          });
-                      },
-                      close}));
+    EXPECT_FALSE(
+        run({next, next, [] { PostMessageA(item(IDC_EXCLUSIONS_BROWSE), BM_CLICK, 0, 0); }, waitingFor([] {
+                 return dialog("Enter the name of the file containing the exclusions list") != nullptr;
+             }),
+             close}));
     EXPECT_FALSE(run({next, [] { MessageBoxA(sheet(), "Is anybody there?", "Box", MB_OK); }, close}));
     EXPECT_EQ(settings.lastUsed, "x.ts2");
 }
