@@ -6,7 +6,7 @@
 
 #include <algorithm>
 #include <limits>
-#include <numeric>
+#include <tuple>
 #include <unordered_map>
 #include <vector>
 
@@ -140,7 +140,7 @@ struct SortKey {
     std::int32_t number;
     std::uint32_t place;
 
-    auto operator<=>(const SortKey&) const = default;
+    auto order() const { return std::tie(album, type, number, place); }
 };
 
 class LibraryBuild {
@@ -247,7 +247,8 @@ void LibraryBuild::readProperties(Entry& entry)
 void LibraryBuild::sort()
 {
     m_context.log.line("Sorting tracks");
-    for (std::size_t done = 0; Entry & entry : m_tracks) {
+    std::size_t done = 0;
+    for (Entry& entry : m_tracks) {
         step(++done, m_tracks.size());
         readProperties(entry);
     }
@@ -258,7 +259,7 @@ void LibraryBuild::sort()
     for (const Entry& entry : m_tracks)
         keys.push_back(
             {entry.album->rank, entry.type->rank, entry.number, static_cast<std::uint32_t>(keys.size())});
-    std::ranges::sort(keys);
+    std::ranges::sort(keys, {}, &SortKey::order);
     m_sorted.reserve(keys.size());
     for (const SortKey& key : keys)
         m_sorted.push_back(&m_tracks[key.place]);
