@@ -105,6 +105,7 @@ Best benchLoad(const std::string& file, int runs)
 
     const auto work = [&] {
         Database database;
+        settleHeap();
         const WorkClock::time_point start = WorkClock::now();
         require(database.read(file, host, context, [] {}), "the load failed");
         const double time = millisecondsSince(start);
@@ -113,6 +114,7 @@ Best benchLoad(const std::string& file, int runs)
     };
     const auto bare = [&] {
         Library library;
+        settleHeap();
         const WorkClock::time_point start = WorkClock::now();
         {
             const auto read = systemFiles().readAll(file);

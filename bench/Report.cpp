@@ -12,6 +12,9 @@
 
 #include <psapi.h>
 #endif
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 namespace tessera::bench {
 
@@ -61,6 +64,13 @@ Best bestOf(int runs, const std::function<double()>& work, const std::function<d
             best.bare = std::min(best.bare, bare());
     }
     return best;
+}
+
+void settleHeap()
+{
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
 }
 
 void require(bool condition, const char* what)

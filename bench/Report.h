@@ -47,6 +47,9 @@ struct Best {
 };
 Best bestOf(int runs, const std::function<double()>& work, const std::function<double()>& bare);
 
+// Gives freed memory back to the system where the heap would else do so within the next run.
+void settleHeap();
+
 // Ends the program with a message: a figure of wrong work is worth nothing.
 void require(bool condition, const char* what);
 
