@@ -2,7 +2,6 @@
 
 #include "base/Errors.h"
 #include "system/Handle.h"
-#include "ui/Colours.h"
 #include "ui/Commands.h"
 #include "ui/ids.h"
 #include "windowing/Drawing.h"
@@ -65,10 +64,10 @@ constexpr struct {
 
 constexpr int kViewComboWidth = 140;
 constexpr int kImageSizeComboWidth = 100;
-constexpr int kComboHeight = 100; // with the list dropped down
+constexpr int kLeastComboWidth = 64; // in a narrow window
+constexpr int kComboHeight = 100;    // with the list dropped down
 constexpr int kToolbarWidth = 140;
 constexpr int kToolbarHeight = 30;
-constexpr int kBandBorders = 8; // of a band with an edge round its child
 
 // Long enough for every item; systems that size the list by themselves keep to it too.
 void makeRoomForList(const ComboBoxEx& combo)
@@ -196,35 +195,15 @@ void PaneMain::createRebar()
     const auto extended = GetWindowLongA(m_rbrMain.handle(), GWL_EXSTYLE);
     SetWindowLongA(m_rbrMain.handle(), GWL_EXSTYLE, extended | WS_EX_CONTROLPARENT);
     m_rbrMain.setFont(m_commands.comboFont());
-    const SIZE buttons = m_tbrMain.size();
-    addBand(m_tbrMain, "", static_cast<int>(buttons.cx), static_cast<int>(buttons.cy));
-    addBand(m_cboImageSize, "Icon Image Size", scaled(kImageSizeComboWidth, handle()), 0);
-    addBand(m_cboView, "Go To", scaled(kViewComboWidth, handle()), 0);
-    fillBandHeight();
+    const RECT last = m_tbrMain.buttonRect(commandId::kAbout);
+    m_tbrMain.move({0, 0, last.right, last.bottom});
+    m_bands.add(m_tbrMain, "", static_cast<int>(last.right), 0);
+    m_bands.add(m_cboImageSize, "Icon Image Size", scaled(kImageSizeComboWidth, handle()),
+                scaled(kLeastComboWidth, handle()));
+    m_bands.add(m_cboView, "Go To", scaled(kViewComboWidth, handle()), scaled(kLeastComboWidth, handle()));
+    m_bands.fillHeight(m_commands.bandHeight());
     // Created first, yet the last one on the way of the Tab key, as it stands there.
     SetWindowPos(m_cboView.handle(), HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-}
-
-void PaneMain::addBand(const Control& child, const char* title, int width, int height)
-{
-    const RECT own = child.rect();
-    const int tall = height != 0 ? height : static_cast<int>(own.bottom - own.top);
-    m_rbrMain.addBand({child.handle(), title, width, width, tall});
-}
-
-// A combo's band as tall as it takes to fill the strip; the others are centred beside it.
-void PaneMain::fillBandHeight()
-{
-    REBARBANDINFOA band{};
-    band.cbSize = REBARBANDINFOA_V3_SIZE;
-    band.fMask = RBBIM_CHILDSIZE;
-    const auto index = static_cast<WPARAM>(m_rbrMain.bandCount() - 1);
-    m_rbrMain.send(RB_GETBANDINFOA, index, reinterpret_cast<LPARAM>(&band));
-    const int missing = m_commands.bandHeight() - m_rbrMain.height();
-    if (missing <= 0)
-        return;
-    band.cyMinChild += static_cast<UINT>(missing);
-    m_rbrMain.send(RB_SETBANDINFOA, index, reinterpret_cast<LPARAM>(&band));
 }
 
 HWND PaneMain::focusWindow() const
@@ -250,25 +229,8 @@ Handled PaneMain::onSize(const Message& message)
         return 0;
     const RedrawOff quiet(m_rbrMain.handle());
     m_rbrMain.move({0, 0, width, m_commands.bandHeight()});
-    layoutBands(width);
+    m_bands.fitWidth(width);
     return 0;
-}
-
-// The toolbar takes what the combos leave; the last band would stretch otherwise.
-void PaneMain::layoutBands(int width)
-{
-    int left = width;
-    for (int index = m_rbrMain.bandCount() - 1; index >= 0; --index) {
-        REBARBANDINFOA band{};
-        band.cbSize = REBARBANDINFOA_V3_SIZE;
-        band.fMask = RBBIM_CHILDSIZE | RBBIM_HEADERSIZE;
-        m_rbrMain.send(RB_GETBANDINFOA, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&band));
-        const int wanted = static_cast<int>(band.cxHeader + band.cxMinChild) + kBandBorders;
-        band.fMask = RBBIM_SIZE;
-        band.cx = static_cast<UINT>(index == 0 ? std::max(left, wanted) : wanted);
-        m_rbrMain.send(RB_SETBANDINFOA, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&band));
-        left -= wanted;
-    }
 }
 
 Handled PaneMain::onErase(const Message& message)
@@ -361,15 +323,7 @@ void PaneMain::showCurrentPane(int id)
 
 void PaneMain::settingsChanged()
 {
-    const COLORREF face = m_commands.frameFace();
-    REBARBANDINFOA band{};
-    band.cbSize = REBARBANDINFOA_V3_SIZE;
-    band.fMask = RBBIM_COLORS;
-    band.clrBack = face;
-    band.clrFore = readableOn(face);
-    for (int index = 0; index < m_rbrMain.bandCount(); ++index)
-        m_rbrMain.send(RB_SETBANDINFOA, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&band));
-    m_rbrMain.send(RB_SETBKCOLOR, 0, static_cast<LPARAM>(face));
+    m_bands.setColours(m_commands.frameFace());
     m_cboImageSize.select(m_commands.artwork().imageSizeIndex);
     m_shown.reset();
     refreshCommands();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/BandLayout.h"
 #include "ui/Pane.h"
 #include "windowing/ComboBoxEx.h"
 #include "windowing/ToolBar.h"
@@ -59,9 +60,6 @@ private:
     void createImageSizeCombo();
     void createToolbar();
     void createRebar();
-    void addBand(const Control& child, const char* title, int width, int height);
-    void fillBandHeight();
-    void layoutBands(int width);
     void perform(UINT command);
     void leaveFocus();
     void showState(const State& state);
@@ -73,6 +71,7 @@ private:
     ComboBoxEx m_cboImageSize;
     ToolBar m_tbrMain;
     ReBar m_rbrMain;
+    BandLayout m_bands{m_rbrMain};
     std::optional<State> m_shown;
     POINT m_cursor{-1, -1}; // at the previous tick
 };

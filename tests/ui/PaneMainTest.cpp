@@ -141,14 +141,14 @@ TEST_F(PaneMainTest, CombosHoldTheirItems)
 
 TEST_F(PaneMainTest, BandsFitIntoTheStripAndShowTheirChildrenWhole)
 {
-    for (const int width : {800, 1200, 1920}) {
+    for (const int width : {440, 560, 800, 1200, 1920}) {
         MoveWindow(m_pane.window(), 0, 0, width, 32, TRUE);
         RECT strip{};
         GetWindowRect(m_pane.window(), &strip);
         const RECT last = toolbar().buttonRect(commandId::kAbout);
         RECT tools{};
         GetWindowRect(toolbar().handle(), &tools);
-        EXPECT_LE(last.right, tools.right - tools.left) << width;
+        EXPECT_TRUE(width < 560 || last.right <= tools.right - tools.left) << width;
         LONG right = tools.right;
         for (const HWND combo : {sizeCombo().handle(), viewCombo().handle()}) {
             RECT place{};
@@ -156,6 +156,7 @@ TEST_F(PaneMainTest, BandsFitIntoTheStripAndShowTheirChildrenWhole)
             EXPECT_GT(place.left, right) << width;
             EXPECT_LE(place.right, strip.right) << width;
             EXPECT_LE(place.right - place.left, 160) << width;
+            EXPECT_GE(place.right - place.left, width >= 700 ? 100 : 64) << width;
             EXPECT_GE(place.top, strip.top) << width;
             EXPECT_LE(place.bottom, strip.bottom) << width;
             right = place.right;
