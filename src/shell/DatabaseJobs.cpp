@@ -1,23 +1,6 @@
 #include "shell/DatabaseJobs.h"
 
-#include <objbase.h>
-
 namespace tessera {
-
-namespace {
-
-// Like a wait of the thread's own, and calls into its apartment are answered, too, where it has one.
-void waitAnsweringCalls(const Thread& thread)
-{
-    HANDLE handle = thread.handle();
-    DWORD index = 0;
-    if (!handle || CoWaitForMultipleHandles(0, INFINITE, 1, &handle, &index) == S_OK) {
-        return;
-    }
-    thread.waitAnsweringSentMessages();
-}
-
-} // namespace
 
 void DatabaseJobs::start(const DatabaseSettings& settings, bool creating, int rememberedPane)
 {
@@ -52,7 +35,6 @@ void DatabaseJobs::finish(bool loaded, int rememberedPane)
 
 void DatabaseJobs::stop()
 {
-    waitAnsweringCalls(m_thread);
     m_thread.join();
 }
 

@@ -190,8 +190,8 @@ HRESULT registerLibrary()
 bool libraryRegistered()
 {
     Bstr path;
-    return SUCCEEDED(
-        QueryPathOfRegTypeLib(kTypeLibrary, kTypeLibraryMajor, kTypeLibraryMinor, LOCALE_NEUTRAL, path.put()));
+    return SUCCEEDED(QueryPathOfRegTypeLib(kTypeLibrary, kTypeLibraryMajor, kTypeLibraryMinor, LOCALE_NEUTRAL,
+                                           path.put()));
 }
 
 HRESULT unregisterLibrary()

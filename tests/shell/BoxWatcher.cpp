@@ -70,9 +70,12 @@ void BoxWatcher::look(HWND window)
 
 void walkWizard(HWND dialog)
 {
-    const std::string title = windowText(dialog);
-    if (title.starts_with("Step ")) {
-        PropSheet_PressButton(dialog, title.starts_with("Step 6") ? PSBTN_FINISH : PSBTN_NEXT);
+    for (std::string title = windowText(dialog); title.starts_with("Step "); title = windowText(dialog)) {
+        const bool last = title.starts_with("Step 6");
+        PropSheet_PressButton(dialog, last ? PSBTN_FINISH : PSBTN_NEXT);
+        if (last || windowText(dialog) == title) {
+            return;
+        }
     }
 }
 

@@ -22,7 +22,8 @@ int threadCount()
     THREADENTRY32 entry{};
     entry.dwSize = sizeof entry;
     int count = 0;
-    for (BOOL more = Thread32First(snapshot.get(), &entry); more; more = Thread32Next(snapshot.get(), &entry)) {
+    for (BOOL more = Thread32First(snapshot.get(), &entry); more;
+         more = Thread32Next(snapshot.get(), &entry)) {
         count += entry.th32OwnerProcessID == GetCurrentProcessId() ? 1 : 0;
     }
     return count;
@@ -197,13 +198,13 @@ TEST_F(LifeTest, BadSettingsLeaveTheDefaults)
     const auto put = [&](const char* group, const char* name, StorageType type, const std::string& bytes) {
         registry.write(group, name, {type, {bytes.begin(), bytes.end()}});
     };
-    put("General", "LastPane", StorageType::Number, std::string("\x07\0\0\0", 4));     // no such pane
-    put("General", "SupportSkinning", StorageType::Binary, "\x01\x02\x03");            // three bytes
+    put("General", "LastPane", StorageType::Number, std::string("\x07\0\0\0", 4));       // no such pane
+    put("General", "SupportSkinning", StorageType::Binary, "\x01\x02\x03");              // three bytes
     put("General", "ArtistFirstNames", StorageType::Binary, std::string("\xFF\xFF", 2)); // no text
     put("Database", "LoadLastAtStartup", StorageType::Text, "yes");
     put("Artwork", "ImageSizeIndex", StorageType::Number, std::string("\xFF\xFF\xFF\x7F", 4));
-    RegistryKey host = RegistryKey::create(HKEY_CURRENT_USER,
-                                           "Software\\J. River\\Music Exchange\\1.0\\Media Jukebox");
+    RegistryKey host =
+        RegistryKey::create(HKEY_CURRENT_USER, "Software\\J. River\\Music Exchange\\1.0\\Media Jukebox");
     host.write("LastFont", {StorageType::Binary, std::vector<std::uint8_t>(59, 0xFF)});
 
     RunningPlugin plugin;

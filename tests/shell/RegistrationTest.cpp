@@ -96,8 +96,9 @@ TEST(Registration, TwiceWritesTheSameAndUnregisteringLeavesTheHostsEntry)
     }
     for (int round = 0; round < 2; ++round) {
         EXPECT_EQ(module.call("DllUnregisterServer"), S_OK);
-        for (const std::string& gone : {std::string("Tessera2.Interface.1"), std::string("Tessera2.Interface"),
-                                        classKey(), "TypeLib\\" + guidText(kTypeLibrary)}) {
+        for (const std::string& gone :
+             {std::string("Tessera2.Interface.1"), std::string("Tessera2.Interface"), classKey(),
+              "TypeLib\\" + guidText(kTypeLibrary)}) {
             EXPECT_FALSE(keyExists(HKEY_CLASSES_ROOT, gone)) << gone;
         }
     }

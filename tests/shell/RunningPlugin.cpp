@@ -64,16 +64,25 @@ bool RunningPlugin::logged(const std::string& text) const
     return std::ranges::count(log(), text) > 0;
 }
 
-bool RunningPlugin::waitForLoad()
+bool RunningPlugin::busy() const
 {
-    return container.pump([this] { return shownPane() != paneId::kLog && IsWindowEnabled(window()); });
+    SetCursor(LoadCursorA(nullptr, IDC_ARROW));
+    SendMessageA(window(), WM_SETCURSOR, reinterpret_cast<WPARAM>(window()),
+                 MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+    return GetCursor() == LoadCursorA(nullptr, IDC_WAIT);
 }
 
-void RunningPlugin::create()
+bool RunningPlugin::waitForJob()
+{
+    return container.pump([this] { return !busy(); });
+}
+
+bool RunningPlugin::beginCreating()
 {
     boxes.onDialog = walkWizard;
+    const int before = logCount();
     command(commandId::kNewDatabase);
-    container.pump([this] { return !IsWindowEnabled(window()); });
+    return container.pump([&] { return busy() || logCount() > before; });
 }
 
 namespace {

@@ -33,10 +33,14 @@ public:
     std::vector<std::string> log() const;
     int logCount() const;
     bool logged(const std::string& text) const;
-    // Pumps until the last job has ended, well or not: the window takes commands again.
-    bool waitForLoad();
-    // Presses the new-database button and walks the wizard.
-    void create();
+    // A job creates or loads: the control shows the wait cursor.
+    bool busy() const;
+    // Pumps until no job runs any more.
+    bool waitForJob();
+    // Presses the new-database button and walks the wizard; answers when the job has begun.
+    bool beginCreating();
+    // The same to the end of the job.
+    bool create() { return beginCreating() && waitForJob(); }
 
     PluginModule module;
     std::shared_ptr<HostScript> script;

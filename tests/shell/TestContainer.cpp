@@ -17,8 +17,8 @@ bool isContainerKey(const MSG& message)
 
 TestContainer::TestContainer()
 {
-    create(nullptr, 0, {50, 50, 850, 650}, {WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, 0},
-           "Container");
+    create(nullptr, 0, {50, 50, 850, 650}, {WS_POPUP | WS_CLIPCHILDREN, 0}, "Container");
+    ShowWindow(handle(), SW_SHOWNOACTIVATE);
 }
 
 TestContainer::~TestContainer()
