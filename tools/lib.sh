@@ -89,8 +89,11 @@ make_prefix() {
         fail "Wine could not make its prefix"
     }
     timeout 20 wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null 2>&1 9>&-
-    # Without a window manager Wine waits two seconds for each managed window that goes; the wizard's tests open many.
-    timeout 20 wine reg add 'HKCU\Software\Wine\AppDefaults\test_options.exe\X11 Driver' /v Managed /d N /f >/dev/null 2>&1 9>&-
+    # Without a window manager Wine waits two seconds for each managed window that goes; these tests open many.
+    local program
+    for program in test_options test_shell; do
+        timeout 20 wine reg add "HKCU\\Software\\Wine\\AppDefaults\\$program.exe\\X11 Driver" /v Managed /d N /f >/dev/null 2>&1 9>&-
+    done
     timeout 60 wineserver -w
     cp /usr/share/wine/fonts/*.ttf "$WINEPREFIX/drive_c/windows/Fonts/"
     printf '%s\n' "$version" >"$stamp"

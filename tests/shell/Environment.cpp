@@ -1,5 +1,4 @@
 #include "system/ComPtr.h"
-#include "system/Registry.h"
 
 #include <gtest/gtest.h>
 #include <optional>
@@ -10,13 +9,7 @@ namespace {
 // The thread of the tests is an apartment, as a host's is.
 class Apartment : public testing::Environment {
 public:
-    void SetUp() override
-    {
-        // Without a window manager Wine waits two seconds for each window that it thinks managed.
-        RegistryKey::create(HKEY_CURRENT_USER, "Software\\Wine\\AppDefaults\\test_shell.exe\\X11 Driver")
-            .setText("Managed", "N");
-        m_ole.emplace();
-    }
+    void SetUp() override { m_ole.emplace(); }
     void TearDown() override { m_ole.reset(); }
 
 private:
