@@ -31,7 +31,7 @@ constexpr std::array kMediaCommands = {
 
 constexpr std::array kKeys = {
     ACCEL{FVIRTKEY | FCONTROL, 'P', static_cast<WORD>(kPlay)},
-    ACCEL{FVIRTKEY | FCONTROL, VK_SPACE, static_cast<WORD>(kPause)},
+    ACCEL{FVIRTKEY | FCONTROL, 'U', static_cast<WORD>(kPause)},
     ACCEL{FVIRTKEY | FCONTROL, 'S', static_cast<WORD>(kStop)},
     ACCEL{FVIRTKEY | FCONTROL, 'B', static_cast<WORD>(kPrevious)},
     ACCEL{FVIRTKEY | FCONTROL, 'F', static_cast<WORD>(kNext)},
@@ -49,7 +49,7 @@ constexpr std::array kMenu = {
     MenuLine{kExit, "E&xit\tAlt+F4"},
     MenuLine{0, "&Playback"},
     MenuLine{kPlay, "&Play\tCtrl+P"},
-    MenuLine{kPause, "P&ause\tCtrl+Space"},
+    MenuLine{kPause, "P&ause\tCtrl+U"},
     MenuLine{kStop, "&Stop\tCtrl+S"},
     MenuLine{0, nullptr},
     MenuLine{kPrevious, "Pre&vious\tCtrl+B"},

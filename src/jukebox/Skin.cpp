@@ -12,7 +12,7 @@ namespace {
 constexpr COLORREF kNight = RGB(0x1E, 0x22, 0x2A);
 constexpr COLORREF kPanel = RGB(0x2A, 0x30, 0x3A);
 constexpr COLORREF kChalk = RGB(0xD8, 0xDE, 0xE6);
-constexpr COLORREF kAsh = RGB(0x7C, 0x87, 0x96);
+constexpr COLORREF kAsh = RGB(0x9A, 0xA5, 0xB4);
 constexpr COLORREF kAmber = RGB(0xE8, 0xA3, 0x3D);
 constexpr COLORREF kSlate = RGB(0x3B, 0x55, 0x78);
 
@@ -48,9 +48,19 @@ Palette palette(bool skinned)
     if (skinned) {
         return {kPanel, kChalk, kAsh, kAmber, kNight, kChalk, kAmber};
     }
-    return {GetSysColor(COLOR_BTNFACE),   GetSysColor(COLOR_BTNTEXT), GetSysColor(COLOR_GRAYTEXT),
-            GetSysColor(COLOR_HIGHLIGHT), GetSysColor(COLOR_WINDOW),  GetSysColor(COLOR_WINDOWTEXT),
-            GetSysColor(COLOR_HIGHLIGHT)};
+    const COLORREF face = GetSysColor(COLOR_BTNFACE);
+    const COLORREF text = GetSysColor(COLOR_BTNTEXT);
+    const COLORREF accent = GetSysColor(COLOR_HIGHLIGHT);
+    return {
+        face,  text, mixed(face, text, 60), accent, GetSysColor(COLOR_WINDOW), GetSysColor(COLOR_WINDOWTEXT),
+        accent};
+}
+
+COLORREF mixed(COLORREF first, COLORREF second, int percent)
+{
+    const auto mix = [percent](int a, int b) { return a + (b - a) * percent / 100; };
+    return RGB(mix(GetRValue(first), GetRValue(second)), mix(GetGValue(first), GetGValue(second)),
+               mix(GetBValue(first), GetBValue(second)));
 }
 
 } // namespace tessera::jukebox

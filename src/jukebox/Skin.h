@@ -23,4 +23,7 @@ struct Palette {
 };
 Palette palette(bool skinned);
 
+// The second colour laid over the first with that much weight.
+COLORREF mixed(COLORREF first, COLORREF second, int percent);
+
 } // namespace tessera::jukebox

@@ -16,8 +16,10 @@ struct TransportButton {
     const char* tip;
 };
 constexpr std::array kButtons = {
-    TransportButton{kPrevious, "Previous track (Ctrl+B)"}, TransportButton{kPlay, "Play (Ctrl+P)"},
-    TransportButton{kPause, "Pause (Ctrl+Space)"},         TransportButton{kStop, "Stop (Ctrl+S)"},
+    TransportButton{kPrevious, "Previous track (Ctrl+B)"},
+    TransportButton{kPlay, "Play (Ctrl+P)"},
+    TransportButton{kPause, "Pause (Ctrl+U)"},
+    TransportButton{kStop, "Stop (Ctrl+S)"},
     TransportButton{kNext, "Next track (Ctrl+F)"},
 };
 
@@ -67,13 +69,6 @@ std::string clock(std::uint32_t milliseconds)
     return codePageText(durationText(static_cast<std::int32_t>(milliseconds / 1000)));
 }
 
-COLORREF between(COLORREF from, COLORREF to, int percent)
-{
-    const auto mix = [percent](int a, int b) { return a + (b - a) * percent / 100; };
-    return RGB(mix(GetRValue(from), GetRValue(to)), mix(GetGValue(from), GetGValue(to)),
-               mix(GetBValue(from), GetBValue(to)));
-}
-
 } // namespace
 
 std::span<const MapEntry<TransportBar>> TransportBar::messageMap()
@@ -92,7 +87,7 @@ std::span<const MapEntry<TransportBar>> TransportBar::messageMap()
 
 Handled TransportBar::onCreate(const Message& message)
 {
-    m_titleFont = makeFont("Tahoma", scaled(16, message.window), FW_BOLD);
+    m_titleFont = makeFont("Tahoma", scaled(18, message.window));
     m_textFont = makeFont("Tahoma", scaled(13, message.window));
     m_tips.create(message.window);
     for (std::size_t i = 0; i < kButtonCount; ++i) {
@@ -177,7 +172,7 @@ void TransportBar::drawTexts(HDC dc, const RECT& place) const
     SelectObject(dc, m_textFont.get());
     SetTextColor(dc, m_colours.faceText);
     const std::string time = timeText();
-    drawLine(dc, time, first, DT_RIGHT | DT_VCENTER);
+    drawLine(dc, time, first, DT_RIGHT | DT_VCENTER | DT_NOCLIP);
     first.right -= textSize(dc, time).cx + scaled(2 * kMargin, handle());
     RECT second{place.left, first.bottom - scaled(2, handle()), place.right, 0};
     second.bottom = second.top + scaled(17, handle());
@@ -191,7 +186,7 @@ void TransportBar::drawTexts(HDC dc, const RECT& place) const
 void TransportBar::drawProgress(HDC dc) const
 {
     RECT place = progressPlace();
-    fillRect(dc, place, between(m_colours.face, m_colours.faceDim, 45));
+    fillRect(dc, place, mixed(m_colours.face, m_colours.faceDim, 45));
     if (m_now.durationMs > 0) {
         place.right = place.left + MulDiv(place.right - place.left, static_cast<int>(m_now.elapsedMs),
                                           static_cast<int>(m_now.durationMs));
@@ -213,8 +208,8 @@ void TransportBar::drawButton(const DRAWITEMSTRUCT& item) const
     const DoubleBuffer buffer(item.hDC, item.rcItem);
     const DcScope state(buffer.dc());
     fillRect(buffer.dc(), item.rcItem, m_colours.face);
-    const PenHandle pen(CreatePen(PS_SOLID, 1, between(m_colours.face, m_colours.faceDim, 60)));
-    const BrushHandle brush(CreateSolidBrush(between(m_colours.face, m_colours.faceDim, pressed ? 45 : 12)));
+    const PenHandle pen(CreatePen(PS_SOLID, 1, mixed(m_colours.face, m_colours.faceDim, 60)));
+    const BrushHandle brush(CreateSolidBrush(mixed(m_colours.face, m_colours.faceDim, pressed ? 45 : 12)));
     SelectObject(buffer.dc(), pen.get());
     SelectObject(buffer.dc(), brush.get());
     RoundRect(buffer.dc(), item.rcItem.left, item.rcItem.top, item.rcItem.right, item.rcItem.bottom, 6, 6);

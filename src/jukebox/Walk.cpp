@@ -92,6 +92,9 @@ void Walk::waitFor(const std::function<bool()>& condition, unsigned milliseconds
 {
     const unsigned start = m_report.elapsedMs();
     while (!condition()) {
+        if (!IsWindow(m_mainWindow)) {
+            throw StepFailed{"the player was closed"};
+        }
         if (m_report.elapsedMs() - start > milliseconds) {
             throw StepFailed{reason};
         }
@@ -328,7 +331,7 @@ bool Walk::takePicture(const std::wstring& name)
     }
     const unsigned start = m_report.elapsedMs();
     while (GetFileAttributesW(request.c_str()) != INVALID_FILE_ATTRIBUTES) {
-        if (m_report.elapsedMs() - start > kPictureMs) {
+        if (m_report.elapsedMs() - start > kPictureMs || !IsWindow(m_mainWindow)) {
             DeleteFileW(request.c_str());
             return false;
         }
