@@ -199,14 +199,20 @@ void MainWindow::run()
         if (m_plugin.translate(message) || (ours && TranslateAcceleratorA(handle(), keys, &message))) {
             continue;
         }
-        // Inside the plug-in the keys are the plug-in's.
-        if (ours && !IsChild(m_plugin.handle(), message.hwnd) && IsDialogMessageA(handle(), &message)) {
+        if (ours && !keepsItsKeys(message) && IsDialogMessageA(handle(), &message)) {
             continue;
         }
         TranslateMessage(&message);
         DispatchMessageA(&message);
     }
     DestroyAcceleratorTable(keys);
+}
+
+// Inside the plug-in the keys are the plug-in's; Enter plays the entry of the playlist.
+bool MainWindow::keepsItsKeys(const MSG& message) const
+{
+    const bool isEnter = message.message == WM_KEYDOWN && message.wParam == VK_RETURN;
+    return IsChild(m_plugin.handle(), message.hwnd) || (isEnter && message.hwnd == m_playlist.list());
 }
 
 Handled MainWindow::onSize(const Message&)

@@ -51,6 +51,7 @@ private:
     void refresh();
     void showLibraryCounts();
     void focusPlaylist();
+    bool keepsItsKeys(const MSG& message) const;
     int barTop() const; // upper edge of the bar between plug-in and playlist
     bool isOverBar(POINT point) const;
 

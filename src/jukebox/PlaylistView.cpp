@@ -131,9 +131,12 @@ Handled PlaylistView::onDraw(NMHDR& header)
     return CDRF_NEWFONT;
 }
 
-Handled PlaylistView::onActivate(NMHDR& header)
+// By double click or Enter; either has moved the focus to the row.
+Handled PlaylistView::onActivate(NMHDR&)
 {
-    m_player.playEntry(notificationAs<NMITEMACTIVATE>(header).iItem);
+    if (m_list.focused() >= 0) {
+        m_player.playEntry(m_list.focused());
+    }
     return 0;
 }
 

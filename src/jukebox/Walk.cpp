@@ -275,11 +275,16 @@ std::string Walk::lastLogLines() const
            last.description;
 }
 
+bool Walk::saveLog() const
+{
+    std::string text;
+    return m_log.exportText(text) && writeWholeFile(*m_options.walk + L"\\activity-log.txt", text);
+}
+
 void Walk::writeLog()
 {
     step("Writing activity-log.txt");
-    std::string text;
-    if (!m_log.exportText(text) || !writeWholeFile(*m_options.walk + L"\\activity-log.txt", text)) {
+    if (!saveLog()) {
         throw StepFailed{"activity-log.txt could not be written"};
     }
 }
@@ -349,6 +354,7 @@ void Walk::tellFailure(const std::string& reason)
     if (m_control) {
         (void)m_log.update();
         m_report.line("screen: activity log: " + lastLogLines());
+        (void)saveLog();
     }
     if (takePicture(L"failure")) {
         m_report.line("screen: see failure.png");

@@ -37,6 +37,7 @@ private:
     bool isJobDone();
     void noteLogChange();
     void failIfStalled();
+    bool saveLog() const;
     void writeLog();
     void takePictures();
     void selectPane(int index, int paneId);
