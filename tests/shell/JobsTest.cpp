@@ -76,7 +76,9 @@ TEST_F(JobsTest, NewDatabaseIsBuiltWrittenAndLoaded)
     RunningPlugin plugin;
     plugin.start();
     EXPECT_EQ(plugin.shownPane(), paneId::kOverview);
+    forgetSettings();
     ASSERT_TRUE(plugin.beginCreating());
+    EXPECT_EQ(storedDatabase().lastUsed, path); // as soon as the wizard has finished
     EXPECT_EQ(plugin.shownPane(), paneId::kLog);
     ASSERT_TRUE(plugin.waitForJob());
     EXPECT_TRUE(systemFiles().exists(path));

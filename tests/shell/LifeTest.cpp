@@ -35,6 +35,20 @@ bool classRegistered(const char* name)
     return GetClassInfoA(GetModuleHandleA("tessera2.dll"), name, &record) != FALSE;
 }
 
+TEST_F(LifeTest, MappingTheModuleChangesNothing)
+{
+    CoFreeUnusedLibrariesEx(0, 0);
+    const int threads = threadCount();
+    {
+        const PluginModule module;
+        ASSERT_TRUE(module);
+        EXPECT_EQ(threadCount(), threads);
+        EXPECT_FALSE(classRegistered("TesseraInterface"));
+        EXPECT_TRUE(module.canUnload());
+    }
+    EXPECT_FALSE(pluginLoaded());
+}
+
 TEST_F(LifeTest, FirstStartShowsTheLogInFourPanes)
 {
     RunningPlugin plugin;
