@@ -127,7 +127,7 @@ void HostBridge::playFiles(const PlayRequest& request)
 {
     const ScopedLock lock(m_hostLock);
     const std::unique_ptr<HostPlaylist> pMJCurrentPlaylist = playlist();
-    TESSERA_ASSERT(pMJCurrentPlaylist != 0, kUnit);
+    TESSERA_ASSERT(pMJCurrentPlaylist != 0, kUnit); // NOLINT(modernize-use-nullptr): shown as it stands
     if (!pMJCurrentPlaylist) {
         throw HostError(kErrorPointer);
     }
@@ -139,7 +139,7 @@ void HostBridge::playFiles(const PlayRequest& request)
         pMJCurrentPlaylist->add(file, request.place);
     }
     const std::unique_ptr<HostPlayback> pMJPlayback = playback();
-    TESSERA_ASSERT(pMJPlayback != 0, kUnit);
+    TESSERA_ASSERT(pMJPlayback != 0, kUnit); // NOLINT(modernize-use-nullptr)
     if (!pMJPlayback) {
         throw HostError(kErrorPointer);
     }

@@ -112,7 +112,7 @@ public:
     STDMETHODIMP InterfaceSupportsErrorInfo(REFIID id) override;
 
 private:
-    ~InterfaceControl();
+    ~InterfaceControl() override;
 
     // ControlEvents
     void focusChanged(bool inside) override;

@@ -109,7 +109,7 @@ Wide filledIn(const wchar_t* pattern)
 
 LSTATUS setText(HKEY key, const wchar_t* name, const Wide& text)
 {
-    const auto size = static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
+    const auto size = static_cast<DWORD>(text.size() + 1) * DWORD{sizeof(wchar_t)};
     return RegSetValueExW(key, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()), size);
 }
 

@@ -57,7 +57,7 @@ std::shared_ptr<TesseraMain> TesseraMain::make(const ControlWindow& control)
     return main;
 }
 
-void TesseraMain::letGo(std::shared_ptr<TesseraMain> main)
+void TesseraMain::letGo(const std::shared_ptr<TesseraMain>& main)
 {
     if (!main->unwound()) {
         releaseWhen([main] { return main->unwound(); });

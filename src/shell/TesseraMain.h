@@ -43,7 +43,7 @@ public:
     static TesseraMain* active();
     // Gives up a reference to one that has terminated: at once, or when the loops and host calls of
     // ours that are still below on the stack have unwound.
-    static void letGo(std::shared_ptr<TesseraMain> main);
+    static void letGo(const std::shared_ptr<TesseraMain>& main);
 
     explicit TesseraMain(const ControlWindow& control);
     ~TesseraMain() override;
