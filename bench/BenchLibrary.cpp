@@ -53,7 +53,7 @@ void loadRows(const Files& files)
 
 void saveRows(const Files& files)
 {
-    timeRow("save", benchSave(files.middle, files.saved, 8), "ms", 1.5);
+    timeRow("save", benchSave(files.middle, files.saved, 20), "ms", 1.5);
     timeRow("update of one album in place", benchUpdate(files.middle, 8), "us", 1.5);
 }
 

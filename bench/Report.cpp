@@ -9,8 +9,6 @@
 
 #ifdef _WIN32
 #include <windows.h>
-
-#include <psapi.h>
 #endif
 #ifdef __GLIBC__
 #include <malloc.h>
@@ -84,12 +82,18 @@ void require(bool condition, const char* what)
 std::optional<double> privateMemory()
 {
 #ifdef _WIN32
-    PROCESS_MEMORY_COUNTERS_EX counters{};
-    counters.cb = sizeof counters;
-    if (!GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters),
-                              sizeof counters))
-        return std::nullopt;
-    return static_cast<double>(counters.PrivateUsage) / (1024.0 * 1024.0);
+    // Counted here: not every system's process counters know it.
+    SIZE_T committed = 0;
+    MEMORY_BASIC_INFORMATION region{};
+    for (const char* at = nullptr; VirtualQuery(at, &region, sizeof region) == sizeof region;) {
+        if (region.State == MEM_COMMIT && region.Type == MEM_PRIVATE)
+            committed += region.RegionSize;
+        const char* const next = static_cast<const char*>(region.BaseAddress) + region.RegionSize;
+        if (next <= at)
+            break;
+        at = next;
+    }
+    return static_cast<double>(committed) / (1024.0 * 1024.0);
 #else
     // Only shown natively: the anonymous part of the resident set.
     std::ifstream status("/proc/self/status");
