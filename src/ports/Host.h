@@ -84,10 +84,10 @@ public:
 class Host {
 public:
     virtual ~Host() = default;
-    virtual std::unique_ptr<HostPlayback> playback() = 0;                        // null: none
-    virtual std::unique_ptr<HostFiles> search(const std::string& criteria) = 0;  // throws when none
-    virtual std::unique_ptr<HostPlaylist> playlist() = 0;                        // null: none
-    virtual HostFilePtr file(const std::string& fileName) = 0;                   // null: unknown
+    virtual std::unique_ptr<HostPlayback> playback() = 0;                       // null: none
+    virtual std::unique_ptr<HostFiles> search(const std::string& criteria) = 0; // throws when none
+    virtual std::unique_ptr<HostPlaylist> playlist() = 0;                       // null: none
+    virtual HostFilePtr file(const std::string& fileName) = 0;                  // null: unknown
     virtual void drawSkin(std::int32_t on) = 0;
     virtual std::int32_t skin(std::int32_t window, std::int32_t mode) = 0;
     virtual std::int32_t colour(std::string_view section, std::string_view key) = 0; // -1: none

@@ -20,7 +20,8 @@ public:
     // Shows done / total as a percentage on the job's line; cheap when it did not change.
     virtual void progress(std::uint32_t done, std::uint32_t total) = 0;
 
-    template <class... Arguments> void print(const char* pattern, Arguments... arguments)
+    template <class... Arguments>
+    void print(const char* pattern, Arguments... arguments)
     {
         line(format(pattern, arguments...));
     }

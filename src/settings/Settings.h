@@ -88,8 +88,10 @@ struct HookSettings {
 
 // Defaults first, then every value that exists and is sound over its default.
 // Specialised for the seven groups above.
-template <class Group> Group loadSettings(SettingsStore& store);
+template <class Group>
+Group loadSettings(SettingsStore& store);
 // Writes every value of the group.
-template <class Group> void saveSettings(SettingsStore& store, const Group& group);
+template <class Group>
+void saveSettings(SettingsStore& store, const Group& group);
 
 } // namespace tessera
