@@ -24,12 +24,22 @@ bool DatabaseJob::run() noexcept
         }
     });
     if (!loaded) {
+        leaveLog();
         quietBorder(0, [&] {
             emptyLibrary();
             return 0;
         });
     }
     return loaded;
+}
+
+// Back at the left edge, however deep the failed step was.
+void DatabaseJob::leaveLog()
+{
+    constexpr int kDeepest = 4;
+    for (int level = 0; level < kDeepest; ++level) {
+        m_log->outdent();
+    }
 }
 
 bool DatabaseJob::perform()
