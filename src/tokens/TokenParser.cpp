@@ -139,7 +139,7 @@ constexpr Token<FileSource> kTrackExpansion[] = {
     {"<Type>", fileText<FileText::Type>},
 };
 
-std::string orUnassigned(std::string text)
+std::string orUnassigned(const std::string& text)
 {
     return text.empty() ? "(Unassigned)" : text;
 }
