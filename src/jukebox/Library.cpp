@@ -83,7 +83,8 @@ std::size_t Library::albumCount() const
 {
     std::set<std::pair<std::string_view, std::string_view>> albums;
     for (TrackIndex track = 0; track < size(); ++track) {
-        albums.emplace(value(track, Column::Artist), value(track, Column::Album));
+        const std::string_view file = value(track, Column::Filename);
+        albums.emplace(file.substr(0, file.rfind('\\') + 1), value(track, Column::Album));
     }
     return albums.size();
 }

@@ -69,7 +69,7 @@ public:
     // Tracks in whose artist, album, name, genre or file name every word of the criteria occurs,
     // ignoring case; all tracks when there are no words.
     std::vector<TrackIndex> search(std::wstring_view criteria) const;
-    // Number of different albums, counting equal titles of different artists twice.
+    // Number of different albums, telling equal titles apart by their folders.
     std::size_t albumCount() const;
 
 private:

@@ -109,7 +109,7 @@ TEST_F(LibrarySearch, FilesAreFoundByNameIgnoringCase)
     EXPECT_EQ(m_library.find(L"c:\\MUSIC\\2.MP3"), TrackIndex{1});
     EXPECT_EQ(m_library.find(L"2.mp3"), std::nullopt);
     EXPECT_EQ(m_library.find(L""), std::nullopt);
-    EXPECT_EQ(m_library.albumCount(), 3u);
+    EXPECT_EQ(m_library.albumCount(), 2u); // two artists share one
 }
 
 TEST(LibraryFile, TextsSurviveAMoveOfTheLibrary)
