@@ -49,7 +49,7 @@ void fill(Album& album, const AlbumFields& fields)
     album.thumbnailFile = fields.thumbnailFile;
 }
 
-// The same records in the same maps, each put at the end that is known.
+// The same records in the same maps.
 void allocate(const RecordViews& views, Host& host, Library& library)
 {
     std::vector<Track*> tracks;
@@ -63,18 +63,19 @@ void allocate(const RecordViews& views, Host& host, Library& library)
         track->fileName = fields.fileName;
         track->m_pMJFile = host.file(track->fileName);
         tracks.push_back(track.get());
-        library.tracks.emplace_hint(library.tracks.end(), fields.id, std::move(track));
+        library.tracks.emplace(fields.id, std::move(track));
     }
     for (const auto& view : views.albums) {
         auto album = std::make_unique<Album>();
         fill(*album, view.fields);
+        album->tracks.reserve(view.tracks.size());
         for (const std::uint32_t index : view.tracks) {
             Track* const track = tracks[index];
             track->album = album.get();
-            album->tracks.emplace_hint(album->tracks.end(), track->id, track);
+            album->tracks.emplace(track->id, track);
         }
         albums.push_back(album.get());
-        library.albums.emplace_hint(library.albums.end(), view.fields.id, std::move(album));
+        library.albums.emplace(view.fields.id, std::move(album));
     }
     for (const auto& view : views.artists) {
         auto artist = std::make_unique<Artist>();
@@ -82,11 +83,12 @@ void allocate(const RecordViews& views, Host& host, Library& library)
         artist->flags = view.fields.flags;
         artist->hostName = view.fields.hostName;
         artist->displayName = view.fields.displayName;
+        artist->albums.reserve(view.albums.size());
         for (const std::uint32_t index : view.albums) {
             albums[index]->artist = artist.get();
-            artist->albums.emplace_hint(artist->albums.end(), albums[index]->id, albums[index]);
+            artist->albums.emplace(albums[index]->id, albums[index]);
         }
-        library.artists.emplace_hint(library.artists.end(), artist->id, std::move(artist));
+        library.artists.emplace(artist->id, std::move(artist));
     }
 }
 

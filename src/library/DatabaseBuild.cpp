@@ -287,7 +287,7 @@ void LibraryBuild::addTrack(Entry& entry, std::int32_t id)
     track->m_pMJFile = std::move(entry.file);
     track->fileName = std::move(entry.fileName);
     entry.track = track.get();
-    m_library.tracks.emplace_hint(m_library.tracks.end(), id, std::move(track));
+    m_library.tracks.emplace(id, std::move(track));
 }
 
 // Two first tracks of the same number: albums of the same title, told apart by artist.
@@ -322,6 +322,7 @@ void LibraryBuild::makeAlbum(Group group)
     CommonText genre;
     CommonText artist;
     CommonYear year;
+    album->tracks.reserve(group.size());
     for (const Entry* entry : group) {
         m_context.stopIfTerminating();
         entry->track->album = album.get();
@@ -340,7 +341,7 @@ void LibraryBuild::makeAlbum(Group group)
     album->artist = &artistNamed(artist.differs() ? kVarious : artist.first());
     album->artist->albums.emplace(album->id, album.get());
     const std::int32_t id = album->id;
-    m_library.albums.emplace_hint(m_library.albums.end(), id, std::move(album));
+    m_library.albums.emplace(id, std::move(album));
 }
 
 // The first artist that shows this name, or a new one. No artist shows the empty name, so every
@@ -355,7 +356,7 @@ Artist& LibraryBuild::artistNamed(const std::string& name)
     artist->displayName = name.empty() ? kUnassigned : name;
     m_artists.emplace(toUpper(artist->displayName), artist.get());
     const std::int32_t id = artist->id;
-    return *m_library.artists.emplace_hint(m_library.artists.end(), id, std::move(artist))->second;
+    return *m_library.artists.emplace(id, std::move(artist)).first->second;
 }
 
 void LibraryBuild::markCompleteArtists()

@@ -3,7 +3,9 @@
 #include "library/Lines.h"
 
 #include <algorithm>
+#include <memory>
 #include <optional>
+#include <unordered_set>
 
 namespace tessera {
 
@@ -86,27 +88,28 @@ std::vector<ExclusionPair> loadExclusions(const std::string& path, JobContext& c
     return pairs;
 }
 
-void removeAlbum(Library& library, Album& album)
+using AlbumSet = std::unordered_set<const Album*>;
+
+// One sweep through each collection, however many albums go.
+void removeAlbums(Library& library, const AlbumSet& albums)
 {
-    for (const auto& [id, track] : album.tracks)
-        library.tracks.erase(id);
-    Artist& artist = *album.artist;
-    artist.albums.erase(album.id);
-    library.albums.erase(album.id);
-    if (artist.albums.empty())
-        library.artists.erase(artist.id);
+    const auto goes = [&](const auto& album) { return albums.contains(std::to_address(album)); };
+    library.tracks.eraseIf([&](const auto& track) { return goes(track->album); });
+    library.artists.eraseIf(
+        [&](const auto& artist) { return artist->albums.eraseIf(goes) > 0 && artist->albums.empty(); });
+    library.albums.eraseIf(goes);
 }
 
-std::vector<Album*> rejectedAlbums(const Library& library, const Rules& rules, JobContext& context)
+AlbumSet rejectedAlbums(const Library& library, const Rules& rules, JobContext& context)
 {
-    std::vector<Album*> rejected;
+    AlbumSet rejected;
     const auto count = static_cast<std::int32_t>(library.albums.size());
     for (std::int32_t id = 1; id <= count; ++id) {
         context.stopIfTerminating();
         context.log.progress(static_cast<std::uint32_t>(id), static_cast<std::uint32_t>(count));
         const auto found = library.albums.find(id);
         if (found != library.albums.end() && rules.reject(*found->second))
-            rejected.push_back(found->second.get());
+            rejected.insert(found->second.get());
     }
     return rejected;
 }
@@ -170,9 +173,9 @@ void applyFilters(Library& library, const FilterSettings& settings, JobContext& 
     const Rules rules{settings.minTracksPerAlbum, settings.excludeUnassigned,
                       split(toUpper(settings.excludedTypes), kSeparators),
                       loadExclusions(settings.exclusionList, context)};
-    const std::vector<Album*> rejected = rejectedAlbums(library, rules, context);
-    for (Album* album : rejected)
-        removeAlbum(library, *album);
+    const AlbumSet rejected = rejectedAlbums(library, rules, context);
+    if (!rejected.empty())
+        removeAlbums(library, rejected);
     if (rejected.empty())
         context.log.line("No albums filtered out");
     else

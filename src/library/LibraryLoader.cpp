@@ -10,7 +10,7 @@ template <class Collection>
 auto& appended(Collection& records, std::int32_t id)
 {
     using Record = typename Collection::mapped_type::element_type;
-    auto& record = *records.emplace_hint(records.end(), id, std::make_unique<Record>())->second;
+    auto& record = *records.emplace(id, std::make_unique<Record>()).first->second;
     record.id = id;
     return record;
 }
@@ -48,10 +48,11 @@ void LibraryLoader::album(const AlbumFields& fields, std::span<const std::uint32
     album.newDate = fields.newDate;
     album.path = fields.path;
     album.thumbnailFile = fields.thumbnailFile;
+    album.tracks.reserve(tracks.size());
     for (const std::uint32_t index : tracks) {
         Track* track = m_tracks[index];
         track->album = &album;
-        album.tracks.emplace_hint(album.tracks.end(), track->id, track);
+        album.tracks.emplace(track->id, track);
     }
 }
 
@@ -63,10 +64,11 @@ void LibraryLoader::artist(const ArtistFields& fields, std::span<const std::uint
     artist.hostName = fields.hostName;
     artist.displayName = fields.displayName;
     artist.complete = fields.complete;
+    artist.albums.reserve(albums.size());
     for (const std::uint32_t index : albums) {
         Album* album = m_albums[index];
         album->artist = &artist;
-        artist.albums.emplace_hint(artist.albums.end(), album->id, album);
+        artist.albums.emplace(album->id, album);
     }
 }
 

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "base/Memory.h"
+#include "library/RecordMap.h"
 #include "ports/Host.h"
 
 #include <array>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <string>
 
@@ -46,7 +46,7 @@ struct Album {
     std::int32_t maxBitrate = 0;
     std::int32_t year = 0; // 0: none, -1: the tracks disagree
     Artist* artist = nullptr;
-    std::map<std::int32_t, Track*> tracks;
+    RecordMap<Track*> tracks;
     std::string path; // folder of the track with the lowest id
     std::string thumbnailFile;
     std::uint32_t imageLength = 0;
@@ -72,15 +72,15 @@ struct Artist {
     std::uint32_t filePosition = 0;
     std::string displayName;
     std::string hostName;
-    std::map<std::int32_t, Album*> albums;
+    RecordMap<Album*> albums;
     bool complete = false; // every album has a thumbnail
 };
 
 // The collections own the records; records point to each other without owning.
 // Every walk goes in ascending id order.
-using Tracks = std::map<std::int32_t, std::unique_ptr<Track>>;
-using Albums = std::map<std::int32_t, std::unique_ptr<Album>>;
-using Artists = std::map<std::int32_t, std::unique_ptr<Artist>>;
+using Tracks = RecordMap<std::unique_ptr<Track>>;
+using Albums = RecordMap<std::unique_ptr<Album>>;
+using Artists = RecordMap<std::unique_ptr<Artist>>;
 
 struct Library {
     Tracks tracks;

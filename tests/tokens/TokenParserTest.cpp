@@ -2,6 +2,7 @@
 
 #include "base/Dates.h"
 #include "base/Errors.h"
+#include "base/Text.h"
 #include "tokens/Replace.h"
 
 #include <gtest/gtest.h>
@@ -17,13 +18,13 @@ class FakeFile : public HostFile {
 public:
     std::string text(FileText field) override
     {
-        asked += "t" + std::to_string(static_cast<int>(field)) + " ";
+        asked += tessera::format("t%d ", static_cast<int>(field));
         return texts[field];
     }
     std::u16string wideText(FileText) override { return {}; }
     std::int32_t number(FileNumber field) override
     {
-        asked += "n" + std::to_string(static_cast<int>(field)) + " ";
+        asked += tessera::format("n%d ", static_cast<int>(field));
         return numbers[field];
     }
     std::string image(ImageKind) override { return {}; }
