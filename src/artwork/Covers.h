@@ -9,6 +9,8 @@
 
 namespace tessera {
 
+class CoverListener;
+
 // The covers as lists, trees and balloons see them: one index names an album's cover in all the
 // image lists. User-interface thread only. An index is valid until control returns to the message
 // loop: draw or copy at once.
@@ -16,15 +18,19 @@ class Covers {
 public:
     virtual ~Covers() = default;
 
+    // A listener takes itself off before it dies.
+    virtual void addListener(CoverListener&) {}
+    virtual void removeListener(CoverListener&) {}
+
     // The index of the album's cover. When it is not at hand yet it is asked for ahead of covers
     // that nobody looks at, and the default cover's index (or -1: draw none) stands in; the
     // listener hears when it has come. Never opens a box.
     virtual int imageIndex(Album& album) = 0;
 
-    virtual HIMAGELIST large() const = 0;   // the current artwork size
-    virtual HIMAGELIST medium() const = 0;  // 64 x 64
-    virtual HIMAGELIST small() const = 0;   // 16 x 16
-    virtual HIMAGELIST balloon() const = 0; // null while balloons show no artwork
+    virtual HIMAGELIST large() const = 0;     // the current artwork size
+    virtual HIMAGELIST medium() const = 0;    // 64 x 64
+    virtual HIMAGELIST smallList() const = 0; // 16 x 16; "small" is a macro of the system's
+    virtual HIMAGELIST balloon() const = 0;   // null while balloons show no artwork
     virtual SIZE largeSize() const = 0;
 };
 

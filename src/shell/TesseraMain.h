@@ -1,5 +1,6 @@
 #pragma once
 
+#include "artwork/Covers.h"
 #include "library/Database.h"
 #include "shell/AllSettings.h"
 #include "shell/DatabaseJobs.h"
@@ -25,6 +26,17 @@
 #include <string>
 
 namespace tessera {
+
+// Until the image lists are there: no cover at all.
+class NoCovers : public Covers {
+public:
+    int imageIndex(Album&) override { return -1; }
+    HIMAGELIST large() const override { return nullptr; }
+    HIMAGELIST medium() const override { return nullptr; }
+    HIMAGELIST smallList() const override { return nullptr; }
+    HIMAGELIST balloon() const override { return nullptr; }
+    SIZE largeSize() const override { return {75, 75}; }
+};
 
 class ControlWindow;
 class PaneAlbumDetails;
@@ -82,6 +94,7 @@ public:
     HookSettings& hooks() override { return m_settings.hooks; }
     Library& library() override { return m_database.library(); }
     const TokenParser& tokens() const override { return m_tokens; }
+    Covers& covers() override { return m_covers; }
     HFONT comboFont() const override { return m_fonts.combo(); }
     HFONT wizardCaptionFont() const override { return m_fonts.wizardCaption(); }
     HFONT listFont() const override { return m_fonts.list(); }
@@ -145,6 +158,7 @@ private:
     ImageList m_smallIcons;
     TokenParser m_tokens;
     std::set<std::string> m_firstNames;
+    NoCovers m_covers;
     Database m_database;
     ActivityLog m_log;
     UiQueue m_queue;

@@ -10,6 +10,7 @@
 
 namespace tessera {
 
+class Covers;
 class TokenParser;
 
 // The controller as panes, pages and dialogs see it. User-interface thread only, except isBusy.
@@ -39,6 +40,9 @@ public:
 
     virtual Library& library() = 0;
     virtual const TokenParser& tokens() const = 0;
+    virtual Covers& covers() = 0;
+    // True while the background loader runs: the image size stays as it is.
+    virtual bool coversLoading() const { return false; }
 
     virtual HFONT comboFont() const = 0;
     virtual HFONT wizardCaptionFont() const = 0;
