@@ -1,6 +1,6 @@
 #pragma once
 
-#include "artwork/Covers.h"
+#include "artwork/Artwork.h"
 #include "library/Database.h"
 #include "shell/AllSettings.h"
 #include "shell/DatabaseJobs.h"
@@ -26,17 +26,6 @@
 #include <string>
 
 namespace tessera {
-
-// Until the image lists are there: no cover at all.
-class NoCovers : public Covers {
-public:
-    int imageIndex(Album&) override { return -1; }
-    HIMAGELIST large() const override { return nullptr; }
-    HIMAGELIST medium() const override { return nullptr; }
-    HIMAGELIST smallList() const override { return nullptr; }
-    HIMAGELIST balloon() const override { return nullptr; }
-    SIZE largeSize() const override { return {75, 75}; }
-};
 
 class ControlWindow;
 class PaneAlbumDetails;
@@ -85,6 +74,9 @@ public:
     void setCurrentView(ListStyle style) override;
     void imageSizeChosen(int index) override;
     void trackCursor(POINT screen, bool moved) override;
+    void playAlbums(std::span<Album* const> albums, bool append) override;
+    void openFolder(const std::string& path) override;
+    SettingsStore& viewStore() override { return m_store; }
     GeneralSettings& general() override { return m_settings.general; }
     DatabaseSettings& database() override { return m_settings.database; }
     ArtworkSettings& artwork() override { return m_settings.artwork; }
@@ -94,7 +86,9 @@ public:
     HookSettings& hooks() override { return m_settings.hooks; }
     Library& library() override { return m_database.library(); }
     const TokenParser& tokens() const override { return m_tokens; }
-    Covers& covers() override { return m_covers; }
+    Covers& covers() override { return m_artwork; }
+    bool coversLoading() const override { return m_artwork.loading(); }
+    void stopLoadingCovers() override { m_artwork.stopBackgroundLoading(); }
     HFONT comboFont() const override { return m_fonts.combo(); }
     HFONT wizardCaptionFont() const override { return m_fonts.wizardCaption(); }
     HFONT listFont() const override { return m_fonts.list(); }
@@ -118,6 +112,8 @@ private:
     void jobEnded(bool loaded, int rememberedPane) override;
 
     void startSteps(IDispatch* host);
+    ArtworkParts artworkParts();
+    void startLoadingCovers();
     void loadGeneralSettings();
     void saveGeneralSettings();
     void querySkin();
@@ -158,11 +154,11 @@ private:
     ImageList m_smallIcons;
     TokenParser m_tokens;
     std::set<std::string> m_firstNames;
-    NoCovers m_covers;
     Database m_database;
     ActivityLog m_log;
     UiQueue m_queue;
     UserPrompt m_prompt;
+    Artwork m_artwork;
     PaneTable m_panes;
     PaneMain* m_paneMain = nullptr; // in the table, as the others
     PaneOverview* m_paneOverview = nullptr;
