@@ -1,6 +1,7 @@
 #pragma once
 
 #include "artwork/Covers.h"
+#include "support/MemorySettingsStore.h"
 #include "tokens/TokenParser.h"
 #include "ui/Commands.h"
 
@@ -46,6 +47,9 @@ public:
     void imageSizeChosen(int index) override { calls.push_back("size " + std::to_string(index)); }
     void trackCursor(POINT screen, bool moved) override;
 
+    void playAlbums(std::span<Album* const> albums, bool append) override;
+    void openFolder(const std::string& path) override { calls.push_back("folder " + path); }
+    SettingsStore& viewStore() override { return store; }
     GeneralSettings& general() override { return generalSettings; }
     DatabaseSettings& database() override { return databaseSettings; }
     ArtworkSettings& artwork() override { return artworkSettings; }
@@ -83,6 +87,7 @@ public:
     mutable int libraryLooks = 0;
     Library records;
     FakeCovers fakeCovers;
+    MemorySettingsStore store;
     std::vector<std::string> calls;
     std::vector<std::string> messages;
     std::vector<HWND> skinned;
@@ -97,6 +102,7 @@ public:
     HookSettings hookSettings;
 
 private:
+    TokenParser m_tokens;
     HFONT m_hFontCombo;
     HFONT m_hFontList;
     HFONT m_hFontBold;
