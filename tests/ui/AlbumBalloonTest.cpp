@@ -254,7 +254,7 @@ TEST_F(AlbumBalloonTest, NothingIsLeftBehind)
         pumpMessages(1);
         leave();
     }
-    EXPECT_EQ(gdiObjects(), objects);
+    EXPECT_EQ(test::gdiObjects(), objects);
     EXPECT_EQ(windowsOfThread(), windows);
     m_commands.fakeCovers.lists[3] = nullptr;
 }
