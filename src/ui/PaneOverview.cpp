@@ -107,13 +107,18 @@ void PaneOverview::settingsChanged()
 
 void PaneOverview::storeState()
 {
-    if (m_catalogue.size() > 0) {
-        m_plvwDetails.keepView(m_view);
-        m_view.database = m_database;
-    }
+    keepView();
     if (m_pedtCriteria)
         commands().overview().searchCriteria = m_pedtCriteria.text();
     saveViewState(commands().viewStore(), kViewName, m_view);
+}
+
+void PaneOverview::keepView()
+{
+    if (m_catalogue.size() == 0 || m_restores)
+        return;
+    m_plvwDetails.keepView(m_view);
+    m_view.database = m_database;
 }
 
 void PaneOverview::reload()
@@ -126,20 +131,28 @@ void PaneOverview::reload()
     m_plvwDetails.resetAlbums();
     showControls();
     applySearch(criteria());
-    if (m_catalogue.size() > 0 && m_view.database == m_database)
-        m_plvwDetails.restoreView(m_view);
+    m_restores = m_catalogue.size() > 0 && m_view.database == m_database;
+    restoreView();
     updateOverviewStatus();
     InvalidateRect(handle(), nullptr, FALSE);
+}
+
+// A list without a size cannot scroll; it waits until it has one.
+void PaneOverview::restoreView()
+{
+    const RECT area = m_plvwDetails.view().clientRect();
+    if (!m_restores || area.bottom <= 0)
+        return;
+    m_restores = false;
+    m_plvwDetails.restoreView(m_view);
+    updateOverviewStatus();
 }
 
 // The records are still there when this is called.
 void PaneOverview::clearRecords()
 {
     m_balloon.hide();
-    if (m_catalogue.size() > 0) {
-        m_plvwDetails.keepView(m_view);
-        m_view.database = m_database;
-    }
+    keepView();
     m_plvwDetails.setAlbums({});
     m_catalogue.clear();
     m_plvwDetails.resetAlbums();
@@ -262,6 +275,7 @@ void PaneOverview::layoutContent(const RECT& content)
     // The Tab key walks the way that the eye goes.
     SetWindowPos(m_plvwDetails.handle(), onTop ? HWND_BOTTOM : HWND_TOP, 0, 0, 0, 0,
                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    restoreView();
 }
 
 void PaneOverview::paintContent(HDC dc, const RECT& content)

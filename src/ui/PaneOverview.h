@@ -74,6 +74,8 @@ private:
     void paintContent(HDC dc, const RECT& content) override;
     RECT stripRect(const RECT& content) const;
     void showControls();
+    void keepView();
+    void restoreView();
     void updateOverviewStatus();
     std::string statusText() const;
     void play(bool append);
@@ -87,8 +89,9 @@ private:
     BrushHandle m_brushFace;
     COLORREF m_face = CLR_INVALID; // of the brush
     LibrarySummary m_summary;
-    ViewState m_view;       // as it was left last
-    std::string m_database; // the list is filled from
+    ViewState m_view;        // as it was left last
+    bool m_restores = false; // and not come back to yet
+    std::string m_database;  // the list is filled from
     std::string m_statusPrefix;
     std::string m_status;
     AlbumPlaces m_found; // kept for its memory
