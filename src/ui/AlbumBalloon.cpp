@@ -169,11 +169,15 @@ Handled AlbumBalloon::onInput(const Message&)
     return kDefault;
 }
 
+// A move that waited in the queue may be older than the balloon: the pointer itself must be off the
+// item too.
 Handled AlbumBalloon::onMouseMove(const Message& message)
 {
     POINT point{static_cast<short>(LOWORD(message.lParam)), static_cast<short>(HIWORD(message.lParam))};
     ClientToScreen(message.window, &point);
-    if (!PtInRect(&m_item, point))
+    POINT now = point;
+    GetCursorPos(&now);
+    if (!PtInRect(&m_item, point) && !PtInRect(&m_item, now))
         hide();
     return kDefault;
 }
