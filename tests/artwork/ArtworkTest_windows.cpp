@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <set>
 
 using namespace tessera;
@@ -410,6 +411,93 @@ TEST_F(ArtworkTest, PicturesTooLargeForACoverGiveTheDefault)
     EXPECT_FALSE(readCoverBytes({}));
     EXPECT_FALSE(readCoverFile(""));
     EXPECT_FALSE(readCoverFile("C:\\windows"));
+}
+
+// Address space is taken away until the lists cannot have what they want: they make do with fewer
+// slots, and what they have really holds pictures.
+TEST(CoverListsTest, ShortMemoryMeansFewerSlots)
+{
+    CoverGrounds grounds;
+    grounds[kLargeCovers] = makeGround({200, 200}, false, kBackground);
+    std::vector<void*> taken;
+    constexpr std::size_t kPiece = 16 * 1024 * 1024;
+    while (void* const piece = VirtualAlloc(nullptr, kPiece, MEM_RESERVE, PAGE_NOACCESS))
+        taken.push_back(piece);
+    ASSERT_GT(taken.size(), 20u);
+    for (int i = 0; i < 10; ++i) {
+        VirtualFree(taken.back(), 0, MEM_RELEASE);
+        taken.pop_back();
+    }
+    CoverLists lists;
+    const bool made = lists.create(grounds, 3000);
+    const int slots = lists.slots();
+    FittedCover red;
+    red[kLargeCovers] = grounds[kLargeCovers]->image.pixels;
+    for (std::size_t i = 0; i < red[kLargeCovers].size(); ++i)
+        red[kLargeCovers][i] = i % 4 >= 2 ? 255 : 0;
+    const bool put = made && lists.put(slots - 1, red);
+    for (void* const piece : taken)
+        VirtualFree(piece, 0, MEM_RELEASE);
+    ASSERT_TRUE(made);
+    EXPECT_TRUE(put);
+    EXPECT_GT(slots, 1);
+    EXPECT_LT(slots, 1200);
+    const WindowDc screen;
+    const MemoryDc memory(screen.dc());
+    const BitmapHandle bitmap(CreateCompatibleBitmap(screen.dc(), 200, 200));
+    const SelectScope selected(memory.dc(), bitmap.get());
+    ImageList_Draw(lists.list(kLargeCovers), slots - 1, memory.dc(), 0, 0, ILD_NORMAL);
+    EXPECT_EQ(GetPixel(memory.dc(), 199, 199), RGB(255, 0, 0));
+    ImageList_Draw(lists.list(kLargeCovers), 0, memory.dc(), 0, 0, ILD_NORMAL);
+    EXPECT_EQ(GetPixel(memory.dc(), 100, 100), kBackground);
+}
+
+namespace {
+
+// A host that answers when it is let.
+class SlowFile : public HostFile {
+public:
+    std::string text(FileText) override { return {}; }
+    std::u16string wideText(FileText) override { return {}; }
+    std::int32_t number(FileNumber) override { return 0; }
+    std::string image(ImageKind) override
+    {
+        asked.set();
+        answer.wait();
+        return {};
+    }
+    Event asked;
+    Event answer;
+};
+
+} // namespace
+
+TEST(CoverLoaderTest, LoaderThatIsStuckKeepsWhatItUses)
+{
+    const auto file = std::make_shared<SlowFile>();
+    auto grounds = std::make_shared<const CoverGrounds>();
+    const std::weak_ptr<const CoverGrounds> watched = grounds;
+    auto loader = std::make_unique<CoverLoader>(std::move(grounds), nullptr, WM_APP);
+    Album album;
+    loader->add({&album, {{}, file, {}}}, CoverLoader::Turn::Last);
+    ASSERT_TRUE(file->asked.wait(5000));
+    EXPECT_FALSE(loader->stop(50));
+    loader.reset();
+    EXPECT_FALSE(watched.expired());
+    file->answer.set();
+    for (int i = 0; i < 500 && !watched.expired(); ++i)
+        Sleep(10);
+    EXPECT_TRUE(watched.expired());
+}
+
+TEST(CoverLoaderTest, IdleLoaderStopsAtOnce)
+{
+    for (int round = 0; round < 200; ++round) { // the stop may meet the loader on its way to sleep
+        CoverLoader loader(std::make_shared<const CoverGrounds>(), nullptr, WM_APP);
+        if (round % 2 == 0)
+            Sleep(1);
+        ASSERT_TRUE(loader.stop(5000));
+    }
 }
 
 TEST(CoverGrounds, BumpEdgeTakesTwoPixelsEachSide)
