@@ -35,6 +35,28 @@ bool holds(const std::string& text, const std::string& criteria)
     return at != std::string::npos;
 }
 
+constexpr int kDigits = 3;
+constexpr int kDigitBits = 11;
+constexpr std::size_t kDigitValues = std::size_t{1} << kDigitBits;
+
+// One step of a radix sort, least digit first; what has the same digit keeps its order.
+void sortByDigit(std::vector<AlbumCatalogue::KeyedPlace>& items,
+                 std::vector<AlbumCatalogue::KeyedPlace>& spare, int digit)
+{
+    const auto valueOf = [&](const AlbumCatalogue::KeyedPlace& item) {
+        return item.key >> (digit * kDigitBits) & (kDigitValues - 1);
+    };
+    std::array<std::uint32_t, kDigitValues> starts{};
+    for (const auto& item : items)
+        ++starts[valueOf(item)];
+    if (items.empty() || starts[valueOf(items.front())] == items.size())
+        return;
+    std::exclusive_scan(starts.begin(), starts.end(), starts.begin(), 0U);
+    for (const auto& item : items)
+        spare[starts[valueOf(item)]++] = item;
+    items.swap(spare);
+}
+
 // Numbers that compare as the signed ones do.
 std::uint32_t ordered(std::int32_t value)
 {
@@ -99,20 +121,18 @@ void AlbumCatalogue::search(const std::string& criteria, SearchFields fields, Al
     }
 }
 
-// Key and present position in one number: what is left to compare never ties.
 void AlbumCatalogue::sort(AlbumPlaces& places, int column, bool ascending)
 {
     const std::vector<std::uint32_t>& columnKeys = keys(column);
     const std::uint32_t flip = ascending ? 0 : 0xFFFFFFFFU;
     m_order.resize(places.size());
-    for (std::uint32_t i = 0; i < places.size(); ++i)
-        m_order[i] = std::uint64_t{columnKeys[places[i]] ^ flip} << 32 | i;
-    if (std::ranges::is_sorted(m_order))
-        return;
-    std::ranges::sort(m_order);
-    const AlbumPlaces before = places;
-    for (std::size_t i = 0; i < places.size(); ++i)
-        places[i] = before[static_cast<std::uint32_t>(m_order[i])];
+    std::ranges::transform(places, m_order.begin(), [&](std::uint32_t place) {
+        return KeyedPlace{columnKeys[place] ^ flip, place};
+    });
+    m_spare.resize(places.size());
+    for (int digit = 0; digit < kDigits; ++digit)
+        sortByDigit(m_order, m_spare, digit);
+    std::ranges::transform(m_order, places.begin(), &KeyedPlace::place);
 }
 
 const std::vector<std::uint32_t>& AlbumCatalogue::keys(int column)
@@ -133,24 +153,29 @@ void AlbumCatalogue::makeKeys(int column, std::vector<std::uint32_t>& keys) cons
                            [&](const Entry& entry) { return ordered(number(*entry.album)); });
 }
 
+// The text that a column sorts by, in lower case: kept already, or made in `made`.
+std::string_view AlbumCatalogue::sortText(const Entry& entry, int column, std::string& made)
+{
+    switch (column) {
+    case kAlbumColumn:
+        return entry.title;
+    case kArtistColumn:
+        return entry.artist;
+    case kGenreColumn:
+        return entry.genre;
+    default:
+        made = toLower(columnTexts(*entry.album)[static_cast<std::size_t>(column)]);
+        return made;
+    }
+}
+
 // The rank of each album's text among all; equal texts share it.
 void AlbumCatalogue::makeTextKeys(int column, std::vector<std::uint32_t>& keys) const
 {
-    std::vector<std::string> made;
+    std::vector<std::string> made(m_entries.size());
     std::vector<std::pair<std::string_view, std::uint32_t>> texts(m_entries.size());
-    const bool ready = column == kAlbumColumn || column == kArtistColumn || column == kGenreColumn;
-    if (!ready)
-        made.resize(m_entries.size());
-    for (std::uint32_t place = 0; place < m_entries.size(); ++place) {
-        const Entry& entry = m_entries[place];
-        if (!ready)
-            made[place] = toLower(columnTexts(*entry.album)[static_cast<std::size_t>(column)]);
-        texts[place] = {!ready                    ? std::string_view(made[place])
-                        : column == kAlbumColumn  ? entry.title
-                        : column == kArtistColumn ? entry.artist
-                                                  : entry.genre,
-                        place};
-    }
+    for (std::uint32_t place = 0; place < m_entries.size(); ++place)
+        texts[place] = {sortText(m_entries[place], column, made[place]), place};
     std::ranges::sort(texts);
     keys.resize(m_entries.size());
     std::uint32_t rank = 0;

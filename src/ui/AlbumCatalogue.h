@@ -6,11 +6,10 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tessera {
-
-struct OverviewSettings;
 
 // Albums by their places in the database's order.
 using AlbumPlaces = std::vector<std::uint32_t>;
@@ -26,6 +25,11 @@ struct SearchFields {
 // place, its lower-cased texts and its sort keys. Must be emptied before the library is.
 class AlbumCatalogue {
 public:
+    struct KeyedPlace {
+        std::uint32_t key;
+        std::uint32_t place;
+    };
+
     void fill(const Library& library);
     void clear();
     // The album's texts and keys are made anew.
@@ -59,13 +63,15 @@ private:
     };
 
     static void fillTexts(Entry& entry);
+    static std::string_view sortText(const Entry& entry, int column, std::string& made);
     const std::vector<std::uint32_t>& keys(int column);
     void makeKeys(int column, std::vector<std::uint32_t>& keys) const;
     void makeTextKeys(int column, std::vector<std::uint32_t>& keys) const;
 
     std::vector<Entry> m_entries;
     std::array<std::vector<std::uint32_t>, kColumnCount> m_keys; // empty: not made yet
-    std::vector<std::uint64_t> m_order;                          // kept for its memory
+    std::vector<KeyedPlace> m_order;                             // these two are kept for their memory
+    std::vector<KeyedPlace> m_spare;
 };
 
 } // namespace tessera

@@ -87,7 +87,8 @@ private:
 
     // columns and sorting
     void addColumns();
-    void markSortColumn() const;
+    void markSortColumn();
+    void showArrow(int column, int arrow) const;
     void sortItems();
 
     // views
@@ -145,6 +146,7 @@ private:
     AlbumPlaces m_places; // item i shows album m_places[i] of the catalogue
     ListStyle m_style = ListStyle::Details;
     int m_sortColumn = -1;
+    int m_markedColumn = -1; // in the header
     bool m_ascending = true;
     bool m_quiet = false; // changes of the selection are our own
     int m_captionHeight = 0;

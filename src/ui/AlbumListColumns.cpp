@@ -55,21 +55,25 @@ void AlbumList::sortItems()
     makeFocusVisible();
 }
 
-void AlbumList::markSortColumn() const
+void AlbumList::showArrow(int column, int arrow) const
 {
-    const HWND header = m_lvw.header();
-    for (int column = 0; column < static_cast<int>(kColumnCount); ++column) {
-        HDITEMA item{};
-        item.mask = HDI_FORMAT;
-        SendMessageA(header, HDM_GETITEMA, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&item));
-        const int before = item.fmt;
-        item.fmt &= ~(HDF_SORTUP | HDF_SORTDOWN);
-        if (column == m_sortColumn)
-            item.fmt |= m_ascending ? HDF_SORTUP : HDF_SORTDOWN;
-        if (item.fmt != before)
-            SendMessageA(header, HDM_SETITEMA, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&item));
-    }
-    m_lvw.send(LVM_SETSELECTEDCOLUMN, static_cast<WPARAM>(m_sortColumn));
+    if (column < 0)
+        return;
+    HDITEMA item{};
+    item.mask = HDI_FORMAT;
+    SendMessageA(m_lvw.header(), HDM_GETITEMA, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&item));
+    item.fmt = (item.fmt & ~(HDF_SORTUP | HDF_SORTDOWN)) | arrow;
+    SendMessageA(m_lvw.header(), HDM_SETITEMA, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&item));
+}
+
+void AlbumList::markSortColumn()
+{
+    if (m_markedColumn != m_sortColumn)
+        showArrow(m_markedColumn, 0);
+    showArrow(m_sortColumn, m_ascending ? HDF_SORTUP : HDF_SORTDOWN);
+    if (m_markedColumn != m_sortColumn)
+        m_lvw.send(LVM_SETSELECTEDCOLUMN, static_cast<WPARAM>(m_sortColumn));
+    m_markedColumn = m_sortColumn;
     m_lvw.invalidate(false);
 }
 

@@ -12,6 +12,7 @@ namespace {
 
 // More than that are quicker selected from the whole by taking the others out.
 constexpr std::size_t kManyTimes = 2;
+constexpr int kFew = 16;
 
 } // namespace
 
@@ -45,14 +46,22 @@ std::vector<Album*> AlbumList::selectedAlbums() const
 
 void AlbumList::selectPlaces(const std::vector<std::uint32_t>& places, std::optional<std::uint32_t> focused)
 {
-    const RedrawOff quiet(m_lvw.handle(), false);
+    if (places.empty() && !focused && selectedCount() == 0)
+        return;
+    // A few changes are cheaper than what switching redrawing back on costs.
+    std::optional<RedrawOff> bracket;
+    if (std::max<int>(static_cast<int>(places.size()), selectedCount()) > kFew)
+        bracket.emplace(m_lvw.handle(), false);
     quietly(true);
     std::vector<bool> wanted(m_catalogue.size());
     for (const std::uint32_t place : places)
         wanted[place] = true;
     const bool most = places.size() > m_places.size() / kManyTimes;
-    if (most || selectedCount() > 0)
+    if (most || selectedCount() > kFew)
         m_lvw.select(-1, most);
+    else
+        for (int item = m_lvw.nextSelected(); item >= 0; item = m_lvw.nextSelected(item))
+            m_lvw.select(item, false);
     int focus = -1;
     for (std::size_t item = 0; item < m_places.size(); ++item) {
         if (wanted[m_places[item]] != most)
