@@ -36,7 +36,7 @@ inline constexpr int kAbout = 57664;
 namespace albumCommand {
 inline constexpr int kSortFirst = 10900; // by the first column, and so on
 inline constexpr int kSortLast = 10920;
-inline constexpr int kFind = 10990;        // to the search box
+inline constexpr int kFind = 10990; // to the search box
 inline constexpr int kClearSearch = 10991;
 inline constexpr int kEnterList = 10992; // from the search box
 inline constexpr int kGoToDirectory = 10996;
