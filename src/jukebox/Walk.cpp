@@ -298,11 +298,18 @@ void Walk::takePictures()
     } pictures[] = {
         {0, kOverviewPane, L"overview"}, {1, kDetailsPane, L"album-details"}, {2, kLogPane, L"activity-log"}};
     for (const auto& picture : pictures) {
-        step("Taking " + toUtf8(picture.name) + ".png");
         selectPane(picture.index, picture.paneId);
-        if (!takePicture(picture.name)) {
-            throw StepFailed{"nobody took the picture"};
-        }
+        waitForCovers();
+        takeNamedPicture(picture.name);
+    }
+    takeOverviewPictures();
+}
+
+void Walk::takeNamedPicture(const std::wstring& name)
+{
+    step("Taking " + toUtf8(name) + ".png");
+    if (!takePicture(name)) {
+        throw StepFailed{"nobody took the picture"};
     }
 }
 

@@ -40,6 +40,12 @@ private:
     bool saveLog() const;
     void writeLog();
     void takePictures();
+    void takeOverviewPictures();
+    void showView(UINT command);
+    void waitForCovers();
+    void searchForArtist(HWND list, HWND criteria);
+    void restOnAlbum(HWND list);
+    void takeNamedPicture(const std::wstring& name);
     void selectPane(int index, int paneId);
     bool takePicture(const std::wstring& name);
     void step(const std::string& text);

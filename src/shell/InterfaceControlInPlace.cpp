@@ -27,10 +27,10 @@ DWORD keyModifiers()
 constexpr std::array kOwnKeys{VK_LEFT, VK_RIGHT, VK_UP,    VK_DOWN,   VK_HOME,     VK_END,     VK_PRIOR,
                               VK_NEXT, VK_BACK,  VK_SPACE, VK_RETURN, VK_ESCAPE,   VK_DELETE,  VK_INSERT,
                               VK_F2,   VK_F4,    VK_ADD,   VK_APPS,   VK_SUBTRACT, VK_MULTIPLY};
-// The same with the Ctrl key: moving, selecting, the clipboard.
-constexpr std::array kOwnControlKeys{VK_LEFT,  VK_RIGHT, VK_UP,    VK_DOWN,  VK_HOME,   VK_END,
-                                     VK_PRIOR, VK_NEXT,  VK_SPACE, VK_BACK,  VK_DELETE, VK_INSERT,
-                                     int('A'), int('C'), int('V'), int('X'), int('Z')};
+// The same with the Ctrl key: moving, selecting, finding, appending, the clipboard.
+constexpr std::array kOwnControlKeys{VK_LEFT,  VK_RIGHT, VK_UP,    VK_DOWN,   VK_HOME,   VK_END,    VK_PRIOR,
+                                     VK_NEXT,  VK_SPACE, VK_BACK,  VK_DELETE, VK_INSERT, VK_RETURN, int('A'),
+                                     int('C'), int('F'), int('V'), int('X'),  int('Z')};
 
 template <class Keys>
 bool contains(const Keys& keys, WPARAM key)

@@ -72,8 +72,24 @@ TesseraMain::TesseraMain(const ControlWindow& control)
       m_context(ActivationContext::ofModule()),
       m_colours(m_host),
       m_prompt(m_queue, m_hwndOwner),
+      m_artwork(artworkParts()),
       m_jobs({m_database, m_host, m_prompt, m_queue, *this, m_tokens, m_terminating}, m_log)
 {
+}
+
+ArtworkParts TesseraMain::artworkParts()
+{
+    return {.settings = m_settings.artwork,
+            .balloon = m_settings.balloon,
+            .terminating = m_terminating,
+            .background = [this] { return m_colours.treeBackground(); },
+            .newLog = [this] { return m_log.newJob(); },
+            .loadingChanged =
+                [this] {
+                    if (m_paneMain) {
+                        m_paneMain->refreshCommands();
+                    }
+                }};
 }
 
 TesseraMain::~TesseraMain()
@@ -109,6 +125,7 @@ void TesseraMain::startSteps(IDispatch* host)
         return;
     }
     m_queue.open();
+    m_artwork.initArtwork();
     m_smallIcons = ImageList::fromStrip(resourceId::kSmallIcons, 16);
     m_fonts.create();
     createPanes();
@@ -190,10 +207,12 @@ void TesseraMain::terminate()
     m_queue.close();
     m_modal->closeAll();
     m_jobs.stop();
+    m_artwork.stopBackgroundLoading();
     saveGeneralSettings();
     m_fonts.destroy();
     m_panes.destroyWindows();
     freeLibrary();
+    m_artwork.release();
     m_host.release();
     m_smallIcons.reset();
     setAssertionHandler(m_previousAssertions);
@@ -203,6 +222,7 @@ void TesseraMain::terminate()
 
 void TesseraMain::freeLibrary()
 {
+    m_artwork.closeLibrary();
     m_database.clear();
     m_host.releaseDropped();
 }

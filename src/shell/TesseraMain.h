@@ -1,5 +1,6 @@
 #pragma once
 
+#include "artwork/Artwork.h"
 #include "library/Database.h"
 #include "shell/AllSettings.h"
 #include "shell/DatabaseJobs.h"
@@ -73,6 +74,9 @@ public:
     void setCurrentView(ListStyle style) override;
     void imageSizeChosen(int index) override;
     void trackCursor(POINT screen, bool moved) override;
+    void playAlbums(std::span<Album* const> albums, bool append) override;
+    void openFolder(const std::string& path) override;
+    SettingsStore& viewStore() override { return m_store; }
     GeneralSettings& general() override { return m_settings.general; }
     DatabaseSettings& database() override { return m_settings.database; }
     ArtworkSettings& artwork() override { return m_settings.artwork; }
@@ -82,6 +86,9 @@ public:
     HookSettings& hooks() override { return m_settings.hooks; }
     Library& library() override { return m_database.library(); }
     const TokenParser& tokens() const override { return m_tokens; }
+    Covers& covers() override { return m_artwork; }
+    bool coversLoading() const override { return m_artwork.loading(); }
+    void stopLoadingCovers() override { m_artwork.stopBackgroundLoading(); }
     HFONT comboFont() const override { return m_fonts.combo(); }
     HFONT wizardCaptionFont() const override { return m_fonts.wizardCaption(); }
     HFONT listFont() const override { return m_fonts.list(); }
@@ -105,6 +112,8 @@ private:
     void jobEnded(bool loaded, int rememberedPane) override;
 
     void startSteps(IDispatch* host);
+    ArtworkParts artworkParts();
+    void startLoadingCovers();
     void loadGeneralSettings();
     void saveGeneralSettings();
     void querySkin();
@@ -149,6 +158,7 @@ private:
     ActivityLog m_log;
     UiQueue m_queue;
     UserPrompt m_prompt;
+    Artwork m_artwork;
     PaneTable m_panes;
     PaneMain* m_paneMain = nullptr; // in the table, as the others
     PaneOverview* m_paneOverview = nullptr;

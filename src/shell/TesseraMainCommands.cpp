@@ -5,6 +5,7 @@
 
 #include "base/Errors.h"
 #include "library/FirstNames.h"
+#include "library/Format.h"
 #include "options/NewDatabaseWizard.h"
 #include "system/Border.h"
 #include "ui/ListExport.h"
@@ -152,8 +153,16 @@ void TesseraMain::imageSizeChosen(int index)
 {
     if (maySelect()) {
         m_settings.artwork.imageSizeIndex = index;
+        m_artwork.resetImageLists(true);
         refreshAfterChange(true);
+        startLoadingCovers();
     }
+}
+
+// Behind what is going on now, so that it never comes before the end of a load.
+void TesseraMain::startLoadingCovers()
+{
+    m_queue.post([main = shared_from_this()] { main->m_artwork.startBackgroundLoading(); });
 }
 
 void TesseraMain::trackCursor(POINT screen, bool moved)
@@ -224,6 +233,7 @@ void TesseraMain::playFiles(const PlayRequest& request)
 
 void TesseraMain::emptyLibrary()
 {
+    m_artwork.stopBackgroundLoading();
     m_panes.forEach([](Pane& pane) { pane.clearRecords(); });
     freeLibrary();
 }
@@ -252,10 +262,14 @@ void TesseraMain::jobStarts(bool creating)
 void TesseraMain::jobEnded(bool loaded, int rememberedPane)
 {
     m_host.releaseDropped();
+    if (loaded) {
+        m_artwork.openLibrary(library(), (m_database.flags() & ts2::kHasImages) != 0);
+    }
     EnableWindow(m_hwndOwner, TRUE);
     refreshAfterChange(!loaded);
     if (loaded) {
         selectPane(rememberedPane);
+        startLoadingCovers();
     }
     m_paneMain->refreshCommands();
 }

@@ -71,6 +71,8 @@ public:
     bool waitAnsweringSentMessages(DWORD milliseconds = INFINITE) const;
     // Waits, answering sent messages, and lets the thread go.
     void join();
+    // Lets the thread go, ended or not: what it works with must be its own.
+    void letGo() { m_handle.reset(); }
     HANDLE handle() const { return m_handle.get(); }
     DWORD id() const { return m_id; }
 

@@ -2,14 +2,17 @@
 
 #include "library/Records.h"
 #include "ports/Prompt.h"
+#include "ports/SettingsStore.h"
 #include "settings/Settings.h"
 #include "ui/Pane.h"
 
 #include <commctrl.h>
+#include <span>
 #include <string>
 
 namespace tessera {
 
+class Covers;
 class TokenParser;
 
 // The controller as panes, pages and dialogs see it. User-interface thread only, except isBusy.
@@ -29,6 +32,14 @@ public:
     virtual void imageSizeChosen(int index) = 0;            // index of the size combo
     virtual void trackCursor(POINT screen, bool moved) = 0; // to every pane
 
+    // The albums' tracks in track order; the first album takes the place of what plays unless they
+    // are appended. Throws HostError.
+    virtual void playAlbums(std::span<Album* const> albums, bool append) = 0;
+    // Shows a folder in the system's own browser of files.
+    virtual void openFolder(const std::string& path) = 0;
+    // Where views keep how they were left, beside the settings.
+    virtual SettingsStore& viewStore() = 0;
+
     virtual GeneralSettings& general() = 0;
     virtual DatabaseSettings& database() = 0;
     virtual ArtworkSettings& artwork() = 0;
@@ -39,6 +50,10 @@ public:
 
     virtual Library& library() = 0;
     virtual const TokenParser& tokens() const = 0;
+    virtual Covers& covers() = 0;
+    // True while the background loader runs: the image size stays as it is.
+    virtual bool coversLoading() const { return false; }
+    virtual void stopLoadingCovers() {}
 
     virtual HFONT comboFont() const = 0;
     virtual HFONT wizardCaptionFont() const = 0;

@@ -214,6 +214,7 @@ HWND PaneMain::focusWindow() const
 Handled PaneMain::onDestroy(const Message& message)
 {
     KillTimer(message.window, kTimer);
+    m_commands.stopLoadingCovers();
     m_tbrMain.send(TB_SETIMAGELIST, 0, 0); // the list is the controller's
     m_tbrMain.destroy();
     m_cboView.destroy();
@@ -347,10 +348,11 @@ void PaneMain::showState(const State& state)
     }
     for (const auto& each : kViews)
         m_tbrMain.checkButton(each.command, state.view == each.view);
-    if (state.busy)
+    const bool sizeFixed = state.busy || state.loading;
+    if (state.busy || (sizeFixed && IsChild(m_cboImageSize.handle(), GetFocus())))
         leaveFocus();
     m_cboView.enable(!state.busy);
-    m_cboImageSize.enable(!state.busy);
+    m_cboImageSize.enable(!sizeFixed);
 }
 
 // A control that is disabled keeps the focus from everybody.
@@ -365,7 +367,7 @@ void PaneMain::leaveFocus()
 
 PaneMain::State PaneMain::currentState() const
 {
-    return {m_commands.isBusy(), m_commands.currentPane(), currentView()};
+    return {m_commands.isBusy(), m_commands.coversLoading(), m_commands.currentPane(), currentView()};
 }
 
 std::optional<ListStyle> PaneMain::currentView() const

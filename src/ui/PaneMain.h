@@ -41,6 +41,7 @@ private:
     // What the children show; they are touched only when it differs.
     struct State {
         bool busy;
+        bool loading; // covers, in the background
         int pane;
         std::optional<ListStyle> view;
         bool operator==(const State&) const = default;

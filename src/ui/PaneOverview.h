@@ -1,28 +1,101 @@
 #pragma once
 
+#include "artwork/Covers.h"
+#include "settings/ViewState.h"
+#include "ui/AlbumBalloon.h"
+#include "ui/AlbumList.h"
 #include "ui/ContentPane.h"
 #include "ui/LibrarySummary.h"
+#include "ui/SearchKeys.h"
+#include "windowing/Menu.h"
+
+#include <array>
 
 namespace tessera {
 
-// Every album of the database.
-class PaneOverview final : public Mapped<PaneOverview, ContentPane> {
+// The albums of the database that a search finds. Without a database: how to get one.
+class PaneOverview final : public Mapped<PaneOverview, ContentPane>, private CoverListener {
 public:
-    static std::span<const MapEntry<PaneOverview>> messageMap() { return {}; }
+    static std::span<const MapEntry<PaneOverview>> messageMap();
 
     explicit PaneOverview(Commands& commands);
     ~PaneOverview() override;
 
     bool createPane(HWND parent);
+    void settingsChanged() override;
+    void storeState() override;
     void reload() override;
     void clearRecords() override;
     void setView(ListStyle style) override;
+    void trackCursor(POINT screen, bool moved) override;
+    HWND focusWindow() const override;
+
+    // Finds the albums anew and hands them to the list where they are others than before.
+    void applySearch(const std::string& criteria);
+    const std::string& status() const { return m_status; }
+    // For the present selection; empty-handed when it cannot be made.
+    Menu contextMenu() const;
+    const AlbumList& albumList() const { return m_plvwDetails; }
 
 private:
-    void paintContent(HDC dc, const RECT& content) override;
-    void showSummary();
+    static constexpr std::size_t kSwitches = 3;
 
+    // search box
+    void createSearchBox();
+    void layoutSearchBox(const RECT& strip);
+    int searchBoxHeight() const;
+    bool searchShown() const;
+    std::string criteria() const;
+    void showSwitches();
+    Handled onControlColour(const Message& message);
+    void onCriteriaChanged(const Command& command);
+    void onSwitch(const Command& command);
+    void onFind(const Command& command);
+    void onClearSearch(const Command& command);
+    void onEnterList(const Command& command);
+
+    // list
+    Handled onNotify(const Message& message);
+    Handled onSelectionChanged(NMHDR& header);
+    Handled onDoubleClick(NMHDR& header);
+    Handled onEnter(NMHDR& header);
+    Handled onRightClick(NMHDR& header);
+    Handled onWheel(const Message& message);
+    Handled onShow(const Message& message);
+    Handled onDestroy(const Message& message);
+    Handled onPlayed(const Message& message);
+    void onPlay(const Command& command);
+    void onSort(const Command& command);
+    void onGoToDirectory(const Command& command);
+
+    void coversArrived(const std::vector<Album*>& albums) override;
+    void imageListsRebuilt() override;
+    void layoutContent(const RECT& content) override;
+    void paintContent(HDC dc, const RECT& content) override;
+    RECT stripRect(const RECT& content) const;
+    void showControls();
+    void keepView();
+    void restoreView();
+    void updateOverviewStatus();
+    std::string statusText() const;
+    void play(bool append);
+
+    AlbumCatalogue m_catalogue;
+    AlbumList m_plvwDetails;
+    Static m_lblCriteria;
+    Edit m_pedtCriteria;
+    std::array<Button, kSwitches> m_chkFields;
+    std::array<SearchKeys, kSwitches + 2> m_keys;
+    BrushHandle m_brushFace;
+    COLORREF m_face = CLR_INVALID; // of the brush
     LibrarySummary m_summary;
+    ViewState m_view;        // as it was left last
+    bool m_restores = false; // and not come back to yet
+    std::string m_database;  // the list is filled from
+    std::string m_statusPrefix;
+    std::string m_status;
+    AlbumPlaces m_found; // kept for its memory
+    AlbumBalloon m_balloon;
 };
 
 } // namespace tessera

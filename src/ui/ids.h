@@ -10,6 +10,12 @@ inline constexpr int kViewCombo = 1;      // "Go To"
 inline constexpr int kImageSizeCombo = 2; // "Icon Image Size"
 inline constexpr int kMainToolbar = 3;
 inline constexpr int kMainRebar = 4;
+inline constexpr int kOverviewList = 1001;
+inline constexpr int kSearchLabel = 1002;
+inline constexpr int kCriteria = 1003;
+inline constexpr int kSearchArtist = 1004;
+inline constexpr int kSearchAlbum = 1005;
+inline constexpr int kSearchGenre = 1006;
 inline constexpr int kLogList = 3001;
 } // namespace controlId
 
@@ -25,6 +31,18 @@ inline constexpr int kViewDetails = 57605;
 inline constexpr int kOptions = 57606;
 inline constexpr int kAbout = 57664;
 } // namespace commandId
+
+// Commands of album lists: their menus and keys.
+namespace albumCommand {
+inline constexpr int kSortFirst = 10900; // by the first column, and so on
+inline constexpr int kSortLast = 10920;
+inline constexpr int kFind = 10990; // to the search box
+inline constexpr int kClearSearch = 10991;
+inline constexpr int kEnterList = 10992; // from the search box
+inline constexpr int kGoToDirectory = 10996;
+inline constexpr int kAppend = 10997;
+inline constexpr int kPlay = 10998;
+} // namespace albumCommand
 
 namespace resourceId {
 inline constexpr int kSmallIcons = 110;  // bitmap: 25 icons of 16 by 16 in one row

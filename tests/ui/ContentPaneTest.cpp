@@ -2,6 +2,7 @@
 #include "ui/ActivityLog.h"
 #include "ui/PaneAlbumDetails.h"
 #include "ui/PaneOverview.h"
+#include "ui/ids.h"
 #include "windowing/Control.h"
 #include "windowing/Drawing.h"
 
@@ -77,15 +78,14 @@ TEST_F(ContentPaneTest, LibraryIsLeftAloneWhileBusyAndByPainting)
     EXPECT_EQ(m_commands.libraryLooks, 0);
 }
 
-// Whether anything stands on the background below the caption.
-bool showsText(HWND window, COLORREF background)
+// Whether anything stands on the background of the pane's album list.
+bool showsText(HWND pane, COLORREF background)
 {
-    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
-    const WindowDc dc(window);
-    RECT area{};
-    GetClientRect(window, &area);
-    for (int y = 40; y < area.bottom; ++y) {
-        for (int x = area.right / 2 - 40; x < area.right / 2 + 40; ++x) {
+    RedrawWindow(pane, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+    const HWND list = GetDlgItem(pane, controlId::kOverviewList);
+    const WindowDc dc(list);
+    for (int y = 0; y < 64; ++y) {
+        for (int x = 100; x < 180; ++x) {
             if (GetPixel(dc.dc(), x, y) != background)
                 return true;
         }

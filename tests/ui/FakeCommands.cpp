@@ -1,7 +1,5 @@
 #include "FakeCommands.h"
 
-#include <stdexcept>
-
 namespace tessera {
 
 namespace {
@@ -32,6 +30,14 @@ void FakeCommands::setCurrentView(ListStyle style)
     calls.push_back("view " + std::to_string(static_cast<int>(style)));
 }
 
+void FakeCommands::playAlbums(std::span<Album* const> albums, bool append)
+{
+    std::string call = append ? "append" : "play";
+    for (const Album* const album : albums)
+        call += " " + album->displayTitle;
+    calls.push_back(call);
+}
+
 void FakeCommands::trackCursor(POINT, bool moved)
 {
     cursorMoved.push_back(moved);
@@ -45,7 +51,7 @@ Library& FakeCommands::library()
 
 const TokenParser& FakeCommands::tokens() const
 {
-    throw std::logic_error("no templates here");
+    return m_tokens;
 }
 
 int FakeCommands::showMessage(UINT, const std::string& text)

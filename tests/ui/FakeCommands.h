@@ -1,5 +1,7 @@
 #pragma once
 
+#include "artwork/Covers.h"
+#include "support/MemorySettingsStore.h"
 #include "tokens/TokenParser.h"
 #include "ui/Commands.h"
 
@@ -7,6 +9,23 @@
 #include <vector>
 
 namespace tessera {
+
+// Lists as the test sets them; every album shows the default cover.
+class FakeCovers : public Covers {
+public:
+    void addListener(CoverListener& listener) override { listeners.push_back(&listener); }
+    void removeListener(CoverListener& listener) override { std::erase(listeners, &listener); }
+    int imageIndex(Album&) override { return 0; }
+    HIMAGELIST large() const override { return lists[0]; }
+    HIMAGELIST medium() const override { return lists[1]; }
+    HIMAGELIST smallList() const override { return lists[2]; }
+    HIMAGELIST balloon() const override { return lists[3]; }
+    SIZE largeSize() const override { return size; }
+
+    std::vector<CoverListener*> listeners;
+    HIMAGELIST lists[4] = {};
+    SIZE size{75, 75};
+};
 
 // Remembers what panes ask for.
 class FakeCommands : public Commands {
@@ -28,6 +47,9 @@ public:
     void imageSizeChosen(int index) override { calls.push_back("size " + std::to_string(index)); }
     void trackCursor(POINT screen, bool moved) override;
 
+    void playAlbums(std::span<Album* const> albums, bool append) override;
+    void openFolder(const std::string& path) override { calls.push_back("folder " + path); }
+    SettingsStore& viewStore() override { return store; }
     GeneralSettings& general() override { return generalSettings; }
     DatabaseSettings& database() override { return databaseSettings; }
     ArtworkSettings& artwork() override { return artworkSettings; }
@@ -38,6 +60,7 @@ public:
 
     Library& library() override;
     const TokenParser& tokens() const override;
+    Covers& covers() override { return fakeCovers; }
 
     HFONT comboFont() const override { return m_hFontCombo; }
     HFONT wizardCaptionFont() const override { return m_hFontBold; }
@@ -63,6 +86,8 @@ public:
     COLORREF face = GetSysColor(COLOR_BTNFACE);
     mutable int libraryLooks = 0;
     Library records;
+    FakeCovers fakeCovers;
+    MemorySettingsStore store;
     std::vector<std::string> calls;
     std::vector<std::string> messages;
     std::vector<HWND> skinned;
@@ -77,6 +102,7 @@ public:
     HookSettings hookSettings;
 
 private:
+    TokenParser m_tokens;
     HFONT m_hFontCombo;
     HFONT m_hFontList;
     HFONT m_hFontBold;

@@ -1,4 +1,4 @@
-#include "shell/SortMenu.h"
+#include "ui/SortMenu.h"
 
 #include "base/Errors.h"
 #include "system/Handle.h"

@@ -1,0 +1,244 @@
+// Covers: through the loader and the image lists, against decoding and fitting alone.
+
+#include "Report.h"
+
+#include "GeneratedLibrary.h"
+
+#include "artwork/Artwork.h"
+#include "system/ComPtr.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <wincodec.h>
+
+using namespace tessera;
+using namespace tessera::bench;
+
+namespace {
+
+// A square JPEG with detail everywhere, as a photograph has it.
+void writeJpeg(const std::string& path, UINT side)
+{
+    std::vector<BYTE> pixels(std::size_t{side} * side * 3);
+    for (std::size_t i = 0; i < pixels.size(); ++i) {
+        const std::size_t x = i / 3 % side;
+        const std::size_t y = i / 3 / side;
+        pixels[i] = static_cast<BYTE>((x * 7 + y * 3) / 4 + (x * y * (i % 3 + 1)) % 61);
+    }
+    ComPtr<IWICImagingFactory> factory;
+    checkResult(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER,
+                                 __uuidof(IWICImagingFactory), factory.putVoid()));
+    ComPtr<IWICStream> stream;
+    checkResult(factory->CreateStream(stream.put()));
+    checkResult(stream->InitializeFromFilename(std::filesystem::path(path).wstring().c_str(), GENERIC_WRITE));
+    ComPtr<IWICBitmapEncoder> encoder;
+    checkResult(factory->CreateEncoder(GUID_ContainerFormatJpeg, nullptr, encoder.put()));
+    checkResult(encoder->Initialize(stream.get(), WICBitmapEncoderNoCache));
+    ComPtr<IWICBitmapFrameEncode> frame;
+    checkResult(encoder->CreateNewFrame(frame.put(), nullptr));
+    checkResult(frame->Initialize(nullptr));
+    checkResult(frame->SetSize(side, side));
+    WICPixelFormatGUID format = GUID_WICPixelFormat24bppBGR;
+    checkResult(frame->SetPixelFormat(&format));
+    checkResult(frame->WritePixels(side, side * 3, static_cast<UINT>(pixels.size()), pixels.data()));
+    checkResult(frame->Commit());
+    checkResult(encoder->Commit());
+}
+
+// The covers of a made-up library, and when each of them came.
+class Covers8400 {
+public:
+    Covers8400(int albums, const std::string& picture, int sizeIndex) : m_artwork(parts())
+    {
+        m_settings.imageSizeIndex = sizeIndex;
+        for (int id = 1; id <= albums; ++id) {
+            auto& album = m_library.albums[id];
+            album = std::make_unique<Album>();
+            album->thumbnailFile = picture;
+        }
+        m_artwork.initArtwork();
+        m_artwork.openLibrary(m_library, false);
+    }
+
+    // Loads everything while a timer ticks; answers the milliseconds.
+    double loadAll(const std::function<void(int loaded)>& everyTurn = {})
+    {
+        const Clock::time_point start = Clock::now();
+        m_artwork.startBackgroundLoading();
+        while (m_artwork.loading()) {
+            MSG message;
+            GetMessageA(&message, nullptr, 0, 0);
+            DispatchMessageA(&message);
+            if (everyTurn) {
+                everyTurn(loaded());
+            }
+        }
+        return millisecondsSince(start);
+    }
+    Artwork& artwork() { return m_artwork; }
+    Library& library() { return m_library; }
+
+private:
+    ArtworkParts parts()
+    {
+        return {m_settings,
+                m_balloon,
+                m_terminating,
+                [] { return RGB(255, 255, 255); },
+                [] { return std::make_unique<QuietLog>(); },
+                [] {}};
+    }
+    int loaded()
+    {
+        while (m_seen != m_library.albums.end() && m_seen->second->imageIndex >= 0) {
+            ++m_seen;
+            ++m_loaded;
+        }
+        if (m_loaded == 0) {
+            m_seen = m_library.albums.begin();
+        }
+        return m_loaded;
+    }
+
+    ArtworkSettings m_settings;
+    BalloonSettings m_balloon;
+    std::atomic<bool> m_terminating{false};
+    Library m_library;
+    Albums::iterator m_seen = m_library.albums.end();
+    int m_loaded = 0;
+    Artwork m_artwork;
+};
+
+CoverGrounds groundsOf(SIZE large)
+{
+    CoverGrounds grounds;
+    grounds[kLargeCovers] = makeGround(large, false, RGB(255, 255, 255));
+    grounds[kMediumCovers] = makeGround({64, 64}, true, RGB(255, 255, 255));
+    grounds[kSmallCovers] = makeGround({16, 16}, true, RGB(255, 255, 255));
+    grounds[kBalloonCovers] = makeGround({64, 64}, true, RGB(255, 255, 225));
+    return grounds;
+}
+
+void loaderRow(const std::string& picture)
+{
+    constexpr int kCovers = 100;
+    const CoverGrounds grounds = groundsOf({75, 75});
+    const auto bare = [&] {
+        const Clock::time_point start = Clock::now();
+        for (int i = 0; i < kCovers; ++i) {
+            const std::optional<Picture> decoded = readCoverFile(picture);
+            require(decoded.has_value(), "the picture cannot be read");
+            require(!fitCover(*decoded, grounds)[0].empty(), "the picture does not fit");
+        }
+        return millisecondsSince(start) / kCovers;
+    };
+    const auto work = [&] {
+        Covers8400 covers(kCovers, picture, 0);
+        const double time = covers.loadAll() / kCovers;
+        require(covers.library().albums[kCovers]->imageIndex == kCovers, "a cover is missing");
+        return time;
+    };
+    const Best best = bestOf(1, work, bare);
+    report({"a cover through the loader, 500 x 500 JPEG", best.work, "ms", best.bare, 1.2});
+}
+
+// Covers so small that what is not decoding shows.
+void scaleRow(const std::string& picture)
+{
+    constexpr int kWindow = 400;
+    constexpr int kFirst = 500;
+    constexpr int kLast = 8000;
+    double early = 0;
+    double late = 0;
+    for (int round = 0; round < 2; ++round) {
+        Covers8400 covers(8400, picture, 0);
+        std::vector<Clock::time_point> when(8401);
+        int known = 0;
+        covers.loadAll([&](int loaded) {
+            const Clock::time_point now = Clock::now();
+            for (; known < loaded; ++known) {
+                when[static_cast<std::size_t>(known)] = now;
+            }
+        });
+        const auto cost = [&](int middle) {
+            const auto from = static_cast<std::size_t>(middle - kWindow);
+            const auto to = static_cast<std::size_t>(middle + kWindow - 1);
+            return std::chrono::duration<double, std::milli>(when[to] - when[from]).count() /
+                   static_cast<double>(to - from);
+        };
+        early = round == 0 ? cost(kFirst) : std::min(early, cost(kFirst));
+        late = round == 0 ? cost(kLast) : std::min(late, cost(kLast));
+    }
+    report({"a cover, the 8,000th against the 500th", late, "ms", early, 1.1});
+}
+
+void memoryRows()
+{
+    for (int index = 0; index < 6; ++index) {
+        const std::optional<double> before = privateMemory();
+        Covers8400 covers(8400, "", index);
+        const std::optional<double> after = privateMemory();
+        const CoverGrounds grounds = groundsOf(covers.artwork().largeSize());
+        const double lists = static_cast<double>(CoverLists::bytesPerSlot(grounds)) *
+                             covers.artwork().slots() / (1024.0 * 1024.0);
+        const std::string side = std::to_string(covers.artwork().largeSize().cx);
+        report({"memory of the image lists, 8,400 albums at " + side + " x " + side + ", " +
+                    std::to_string(covers.artwork().slots()) + " slots",
+                after && before ? std::max(*after - *before, lists) : lists, "MB", 512.0, 1.0});
+    }
+}
+
+// The longest time between two ticks of a 20 ms timer.
+void gapRow(const std::string& name, const std::string& picture, double limit, bool paging)
+{
+    Covers8400 covers(1500, picture, 0);
+    Clock::time_point last = Clock::now();
+    double longest = 0;
+    int seen = 0;
+    const UINT_PTR timer = SetTimer(nullptr, 0, 20, nullptr);
+    const auto look = [&](int) {
+        const double gap = millisecondsSince(last);
+        longest = std::max(longest, gap);
+        last = Clock::now();
+        for (int i = 0; paging && i < 40; ++i) { // what a page of the list asks for
+            covers.artwork().imageIndex(*covers.library().albums[seen++ % 1500 + 1]);
+        }
+    };
+    covers.loadAll(look);
+    KillTimer(nullptr, timer);
+    report({name, longest, "ms", limit, 1.0});
+}
+
+} // namespace
+
+// bench_covers [FOLDER [PART]]: all parts, or one of loader, scale, memory and gap.
+int main(int count, char** arguments)
+{
+    const ComInit com;
+    const std::filesystem::path folder =
+        count > 1 ? std::filesystem::path(arguments[1]) : std::filesystem::temp_directory_path();
+    const std::string_view only = count > 2 ? arguments[2] : "";
+    const auto wanted = [&](std::string_view part) { return only.empty() || only == part; };
+    const std::string cover = (folder / "bench-cover.jpg").string();
+    const std::string small = (folder / "bench-small.jpg").string();
+    writeJpeg(cover, 500);
+    writeJpeg(small, 60);
+    if (wanted("memory")) {
+        memoryRows();
+    }
+    if (wanted("loader")) {
+        loaderRow(cover);
+    }
+    if (wanted("scale")) {
+        scaleRow(small);
+    }
+    if (wanted("gap")) {
+        gapRow("longest gap of a 20 ms timer while covers load", small, 50, false);
+        gapRow("the same while paging through the list", small, 100, true);
+    }
+    systemFiles().remove(cover);
+    systemFiles().remove(small);
+    return 0;
+}

@@ -1,0 +1,194 @@
+// The image lists, the default cover and what is known of the library in use.
+
+#include "artwork/Artwork.h"
+
+#include "base/Errors.h"
+#include "system/Border.h"
+#include "system/Module.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tessera {
+namespace {
+
+constexpr char kUnit[] = "Artwork";
+constexpr int kCustomSize = 6;
+constexpr std::int32_t kLargestSide = 1024; // of an image in a list
+constexpr SIZE kMediumSize{64, 64};
+constexpr SIZE kSmallSize{16, 16};
+
+LONG usableSide(std::int32_t side, std::int32_t fallback)
+{
+    return std::min(side > 0 ? side : fallback, kLargestSide);
+}
+
+ByteView resourceBytes(const char* name, const char* type)
+{
+    const HRSRC hRes = FindResourceA(moduleInstance(), name, type);
+    TESSERA_ASSERT(hRes, kUnit);
+    if (!hRes) {
+        return {};
+    }
+    const HGLOBAL hResource = LoadResource(moduleInstance(), hRes);
+    TESSERA_ASSERT(hResource, kUnit);
+    const void* const bytes = hResource ? LockResource(hResource) : nullptr;
+    if (!bytes) {
+        return {};
+    }
+    return {static_cast<const std::uint8_t*>(bytes), SizeofResource(moduleInstance(), hRes)};
+}
+
+} // namespace
+
+SIZE artworkSize(const ArtworkSettings& settings)
+{
+    const std::int32_t index = settings.imageSizeIndex;
+    if (index == kCustomSize) {
+        const ArtworkSettings defaults;
+        return {usableSide(settings.customWidth, defaults.customWidth),
+                usableSide(settings.customHeight, defaults.customHeight)};
+    }
+    const LONG side = ((index >= 0 && index < kCustomSize ? index : 0) * 5 + 15) * 5;
+    return {side, side};
+}
+
+Artwork::Artwork(ArtworkParts parts) : m_parts(std::move(parts)) {}
+
+Artwork::~Artwork()
+{
+    release();
+}
+
+void Artwork::initArtwork()
+{
+    create(HWND_MESSAGE, 0, {}, {0, 0});
+    resetImageLists(true);
+}
+
+void Artwork::release()
+{
+    stopBackgroundLoading();
+    destroy();
+    m_library = nullptr;
+    m_lists.destroy();
+    m_slots = SlotTable();
+}
+
+void Artwork::updateArtworkSize()
+{
+    m_largeSize = artworkSize(m_parts.settings);
+}
+
+void Artwork::resetImageLists(bool rebuild)
+{
+    stopBackgroundLoading();
+    if (!rebuild) {
+        return;
+    }
+    updateArtworkSize();
+    createLists();
+    const std::vector<CoverListener*> listeners = m_listeners;
+    for (CoverListener* const listener : listeners) {
+        listener->imageListsRebuilt();
+    }
+}
+
+// The old lists go first: there may be no room for both.
+void Artwork::createLists()
+{
+    forgetIndices();
+    m_lists.destroy();
+    m_slots = SlotTable();
+    m_grounds = std::make_shared<const CoverGrounds>(makeGrounds());
+    const std::size_t albums = m_library ? m_library->albums.size() : 0;
+    if (!m_lists.create(*m_grounds, static_cast<int>(albums + 1))) {
+        assertionFailed("m_imlArtworkLarge.GetSafeHandle()", kUnit, __LINE__);
+        return;
+    }
+    m_slots = SlotTable(m_lists.slots());
+    loadDefaultImage();
+}
+
+CoverGrounds Artwork::makeGrounds() const
+{
+    const COLORREF background = m_parts.background();
+    CoverGrounds grounds;
+    grounds[kLargeCovers] = makeGround(m_largeSize, false, background);
+    grounds[kMediumCovers] = makeGround(kMediumSize, true, background);
+    grounds[kSmallCovers] = makeGround(kSmallSize, true, background);
+    if (const std::optional<SIZE> size = balloonSize()) {
+        grounds[kBalloonCovers] = makeGround(*size, true, GetSysColor(COLOR_INFOBK));
+    }
+    return grounds;
+}
+
+std::optional<SIZE> Artwork::balloonSize() const
+{
+    const BalloonSettings& balloon = m_parts.balloon;
+    if (!balloon.enabled || !balloon.showArtwork || balloon.width <= 0 || balloon.height <= 0) {
+        return std::nullopt;
+    }
+    return SIZE{std::min(balloon.width, kLargestSide), std::min(balloon.height, kLargestSide)};
+}
+
+// Without any picture the ground alone stays in the first slot.
+void Artwork::loadDefaultImage()
+{
+    quietBorder(false, [this] {
+        std::optional<Picture> picture = readCoverFile(m_parts.settings.defaultImage);
+        if (!picture) {
+            picture = builtInPicture();
+        }
+        return picture && m_lists.put(0, fitCover(*picture, *m_grounds));
+    });
+}
+
+std::optional<Picture> Artwork::builtInPicture() const
+{
+    return readCoverBytes(resourceBytes("LISTVIEW_BACKGROUND", "IMAGES"));
+}
+
+void Artwork::forgetIndices()
+{
+    ++m_generation;
+    if (m_library) {
+        for (const auto& [id, album] : m_library->albums) {
+            album->imageIndex = -1;
+        }
+    }
+}
+
+void Artwork::openLibrary(Library& library, bool thumbnails)
+{
+    stopBackgroundLoading();
+    m_library = &library;
+    m_thumbnails = thumbnails;
+    resetImageLists(true);
+}
+
+// The lists stay for whoever has them attached; their memory is wanted for the next library.
+void Artwork::closeLibrary()
+{
+    stopBackgroundLoading();
+    if (!m_library) {
+        return;
+    }
+    forgetIndices();
+    m_library = nullptr;
+    if (!m_parts.terminating) {
+        resetImageLists(true);
+    }
+}
+
+void Artwork::addListener(CoverListener& listener)
+{
+    m_listeners.push_back(&listener);
+}
+
+void Artwork::removeListener(CoverListener& listener)
+{
+    std::erase(m_listeners, &listener);
+}
+
+} // namespace tessera

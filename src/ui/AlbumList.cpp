@@ -1,0 +1,187 @@
+// What the list shows and what it answers when it is asked.
+
+#include "ui/AlbumList.h"
+
+#include "artwork/Covers.h"
+#include "base/Text.h"
+#include "ui/Commands.h"
+#include "windowing/Drawing.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tessera {
+
+namespace {
+
+constexpr DWORD kStyle = LVS_REPORT | LVS_OWNERDATA | LVS_SHOWSELALWAYS | LVS_SHAREIMAGELISTS |
+                         LVS_AUTOARRANGE | WS_CLIPCHILDREN | WS_TABSTOP;
+
+// As much as the buffer takes, in whole characters.
+void copyText(const std::string& text, char* buffer, int size)
+{
+    if (!buffer || size <= 0)
+        return;
+    const auto room = static_cast<std::size_t>(size) - 1;
+    std::size_t length = std::min(text.size(), room);
+    if (length < text.size()) {
+        std::size_t end = 0;
+        while (end + characterLength(text, end) <= length)
+            end += characterLength(text, end);
+        length = end;
+    }
+    std::copy_n(text.data(), length, buffer);
+    buffer[length] = '\0';
+}
+
+} // namespace
+
+AlbumList::AlbumList(Commands& commands, AlbumCatalogue& catalogue)
+    : m_commands(commands), m_catalogue(catalogue), m_captions(commands.tokens())
+{
+}
+
+std::span<const MapEntry<AlbumList>> AlbumList::messageMap()
+{
+    static constexpr std::array<MapEntry<AlbumList>, 7> kMap{{
+        {WM_PAINT, &AlbumList::onPaint},
+        {WM_ERASEBKGND, &AlbumList::onErase},
+        {WM_KEYDOWN, &AlbumList::onKeyDown},
+        {WM_KEYUP, &AlbumList::onKeyUp},
+        {WM_CONTEXTMENU, &AlbumList::onContextMenu},
+        {WM_MOUSEWHEEL, &AlbumList::onWheel},
+        {WM_SYSKEYDOWN, &AlbumList::onKeyDown},
+    }};
+    return kMap;
+}
+
+bool AlbumList::initAlbumList(HWND parent, UINT id, ListStyle style)
+{
+    if (!m_lvw.create(parent, id, {0, 0, 0, 0}, kStyle, 0) || !attach(m_lvw.handle()))
+        return false;
+    m_lvw.setExtendedStyle(LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER);
+    m_lvw.setFont(m_commands.listFont(), false);
+    addColumns();
+    m_style = style;
+    settingsChanged();
+    return true;
+}
+
+void AlbumList::settingsChanged()
+{
+    m_lvw.setFont(m_commands.listFont());
+    m_lvw.setColours(m_commands.treeBackground(), m_commands.treeText());
+    const WindowDc dc(m_lvw.handle());
+    const SelectScope font(dc.dc(), m_commands.listFont());
+    TEXTMETRICA metrics{};
+    GetTextMetricsA(dc.dc(), &metrics);
+    m_lineHeight = std::max<int>(metrics.tmHeight, 1);
+    setStyle(m_style);
+}
+
+// The list asks while it paints, so nothing of the library is touched while a job has it.
+Handled AlbumList::onDisplayInfo(NMLVDISPINFOA& info)
+{
+    LVITEMA& item = info.item;
+    const bool known = item.iItem >= 0 && static_cast<std::size_t>(item.iItem) < m_places.size();
+    if (!known || m_commands.isBusy()) {
+        if ((item.mask & LVIF_TEXT) != 0)
+            copyText({}, item.pszText, item.cchTextMax);
+        return 0;
+    }
+    Album& shown = album(item.iItem);
+    if ((item.mask & LVIF_TEXT) != 0) {
+        const auto column = static_cast<std::size_t>(std::max(item.iSubItem, 0));
+        const bool hasText = !picturesShown() && column < kColumnCount;
+        copyText(hasText ? columnTexts(shown)[column] : std::string(), item.pszText, item.cchTextMax);
+    }
+    if ((item.mask & LVIF_IMAGE) != 0 && item.iSubItem == 0)
+        item.iImage = m_commands.covers().imageIndex(shown);
+    return 0;
+}
+
+Handled AlbumList::answer(NMHDR& header)
+{
+    if (header.hwndFrom != m_lvw.handle())
+        return kDefault;
+    switch (header.code) {
+    case LVN_GETDISPINFOA:
+        return onDisplayInfo(notificationAs<NMLVDISPINFOA>(header));
+    case NM_CUSTOMDRAW:
+        return onCustomDraw(notificationAs<NMLVCUSTOMDRAW>(header));
+    case LVN_ODFINDITEMA:
+    case LVN_ODFINDITEMW:
+        return onFind(notificationAs<NMLVFINDITEMA>(header), header.code == LVN_ODFINDITEMW);
+    case LVN_COLUMNCLICK:
+        columnClicked(notificationAs<NMLISTVIEW>(header).iSubItem);
+        return 0;
+    case LVN_BEGINDRAG:
+        dragSelection();
+        return 0;
+    case LVN_ITEMCHANGED:
+    case LVN_ODSTATECHANGED:
+        return m_quiet ? Handled(0) : kDefault;
+    default:
+        return kDefault;
+    }
+}
+
+void AlbumList::setAlbums(const AlbumPlaces& places)
+{
+    if (selectedCount() > 0) {
+        quietly(true);
+        m_lvw.select(-1, false);
+        quietly(false);
+    }
+    m_given = places;
+    m_places = places;
+    if (m_sortColumn >= 0 && m_places.size() > 1)
+        m_catalogue.sort(m_places, m_sortColumn, m_ascending);
+    setCount();
+}
+
+void AlbumList::resetAlbums()
+{
+    setAlbums({});
+    resetCaptions();
+}
+
+void AlbumList::setCount()
+{
+    m_lvw.setVirtualCount(static_cast<int>(m_places.size()));
+}
+
+// Only what is in view.
+void AlbumList::redrawAlbums(const std::vector<Album*>& albums)
+{
+    const RECT client = m_lvw.clientRect();
+    for (int item = std::max(topItem(), 0); item < static_cast<int>(m_places.size()); ++item) {
+        RECT cell{LVIR_BOUNDS, 0, 0, 0};
+        m_lvw.send(LVM_GETITEMRECT, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(&cell));
+        if (cell.top >= client.bottom)
+            return;
+        if (std::ranges::find(albums, &album(item)) != albums.end())
+            InvalidateRect(m_lvw.handle(), &cell, FALSE);
+    }
+}
+
+int AlbumList::itemAt(POINT screen) const
+{
+    LVHITTESTINFO hit{};
+    hit.pt = screen;
+    ScreenToClient(m_lvw.handle(), &hit.pt);
+    const RECT client = m_lvw.clientRect();
+    if (!PtInRect(&client, hit.pt) || WindowFromPoint(screen) != m_lvw.handle())
+        return -1;
+    return static_cast<int>(m_lvw.send(LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+}
+
+RECT AlbumList::itemRect(int item) const
+{
+    RECT rect{picturesShown() ? LVIR_ICON : LVIR_BOUNDS, 0, 0, 0};
+    m_lvw.send(LVM_GETITEMRECT, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(&rect));
+    MapWindowPoints(m_lvw.handle(), nullptr, reinterpret_cast<POINT*>(&rect), 2);
+    return rect;
+}
+
+} // namespace tessera

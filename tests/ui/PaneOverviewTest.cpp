@@ -1,0 +1,542 @@
+#include "ui/PaneOverview.h"
+#include "AlbumFixture.h"
+#include "ui/ids.h"
+#include "windowing/FileDrag.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <shlobj.h>
+
+namespace tessera {
+namespace {
+
+class PaneOverviewTest : public testing::Test {
+protected:
+    PaneOverviewTest()
+    {
+        initCommonControls();
+        m_hParent = makeParentWindow(900, 600);
+        m_commands.owner = m_hParent;
+        m_commands.background = RGB(255, 255, 250);
+        m_commands.overviewSettings.listviewStyle = 1;
+        m_commands.databaseSettings.lastUsed = "C:\\a.ts2";
+        Artist& quartet = addArtist(m_commands.records, "The Harbour Quartet");
+        Artist& lumen = addArtist(m_commands.records, "LUMEN");
+        addAlbum(m_commands.records, "Early", lumen, 1999);
+        addAlbum(m_commands.records, "Yearling", quartet, 1975);
+        addAlbum(m_commands.records, "Rock & Roll", lumen, 2010);
+        addAlbum(m_commands.records, "Tidewater", quartet, 0);
+    }
+    ~PaneOverviewTest() override
+    {
+        m_pane.reset();
+        DestroyWindow(m_hParent);
+    }
+
+    void open()
+    {
+        m_pane.reset();
+        m_pane = std::make_unique<PaneOverview>(m_commands);
+        ASSERT_TRUE(m_pane->createPane(m_hParent));
+        MoveWindow(m_pane->window(), 0, 0, 900, 600, TRUE);
+        SendMessageA(m_pane->window(), kActivateMessage, 1, 0);
+        ShowWindow(m_hParent, SW_SHOWNORMAL);
+        SetForegroundWindow(m_hParent);
+    }
+    HWND child(int id) const { return GetDlgItem(m_pane->window(), id); }
+    ListView list() const { return ListView(child(controlId::kOverviewList)); }
+    Edit box() const { return Edit(child(controlId::kCriteria)); }
+    void type(const char* text) const { box().setText(text); }
+    void send(UINT command) const { SendMessageA(m_pane->window(), WM_COMMAND, command, 0); }
+    void key(HWND window, WPARAM key) const { SendMessageA(window, WM_KEYDOWN, key, 1); }
+    void clickSwitch(int id) const { SendMessageA(child(id), BM_CLICK, 0, 0); }
+    std::vector<std::string> titles() const
+    {
+        std::vector<std::string> titles;
+        for (int row = 0; row < list().count(); ++row)
+            titles.push_back(m_pane->albumList().album(row).displayTitle);
+        return titles;
+    }
+    void clickColumn(int column) const
+    {
+        NMLISTVIEW click{};
+        click.hdr = {list().handle(), controlId::kOverviewList, LVN_COLUMNCLICK};
+        click.iItem = -1;
+        click.iSubItem = column;
+        SendMessageA(m_pane->window(), WM_NOTIFY, controlId::kOverviewList, reinterpret_cast<LPARAM>(&click));
+    }
+    void selectOnly(std::initializer_list<int> rows) const
+    {
+        list().select(-1, false);
+        for (const int row : rows)
+            list().select(row);
+    }
+    // One colour of the list's client area; painted first.
+    COLORREF pixel(int x, int y) const
+    {
+        RedrawWindow(m_pane->window(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+        return GetPixel(WindowDc(list().handle()).dc(), x, y);
+    }
+    RECT cell(int item) const
+    {
+        RECT rect{LVIR_ICON, 0, 0, 0};
+        list().send(LVM_GETITEMRECT, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(&rect));
+        return rect;
+    }
+
+    using Titles = std::vector<std::string>;
+    FakeCommands m_commands;
+    ColouredCovers m_covers{m_commands.fakeCovers};
+    HWND m_hParent = nullptr;
+    std::unique_ptr<PaneOverview> m_pane;
+};
+
+TEST_F(PaneOverviewTest, ColumnsAreSixteenInOrder)
+{
+    open();
+    const struct {
+        const char* title;
+        int format;
+        int width;
+    } expected[] = {{"Album", LVCFMT_LEFT, 150},         {"Artist", LVCFMT_LEFT, 150},
+                    {"Num Tracks", LVCFMT_RIGHT, 0},     {"Duration", LVCFMT_RIGHT, 100},
+                    {"Min Bitrate", LVCFMT_RIGHT, 0},    {"Max Bitrate", LVCFMT_RIGHT, 0},
+                    {"Bitrate Match", LVCFMT_CENTER, 0}, {"Genre", LVCFMT_LEFT, 120},
+                    {"Year", LVCFMT_RIGHT, 75},          {"Type", LVCFMT_CENTER, 75},
+                    {"Rank", LVCFMT_RIGHT, 75},          {"Favourite", LVCFMT_CENTER, 75},
+                    {"New", LVCFMT_RIGHT, 120},          {"Compilation", LVCFMT_CENTER, 120},
+                    {"Path", LVCFMT_LEFT, 200},          {"Thumbnail", LVCFMT_LEFT, 200}};
+    ASSERT_EQ(list().columnCount(), 16);
+    for (int i = 0; i < 16; ++i) {
+        char title[64] = "";
+        LVCOLUMNA column{};
+        column.mask = LVCF_TEXT | LVCF_FMT | LVCF_WIDTH;
+        column.pszText = title;
+        column.cchTextMax = sizeof title;
+        list().send(LVM_GETCOLUMNA, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&column));
+        EXPECT_STREQ(title, expected[i].title);
+        EXPECT_EQ(column.fmt & LVCFMT_JUSTIFYMASK, expected[i].format) << title;
+        if (expected[i].width > 0)
+            EXPECT_EQ(column.cx, expected[i].width) << title;
+        else
+            EXPECT_GT(column.cx, textSize(WindowDc(list().handle()).dc(), title).cx) << title;
+    }
+    EXPECT_EQ(list().text(1, 0), "Yearling");
+    EXPECT_EQ(list().text(3, 8), "No Year");
+    EXPECT_EQ(list().text(2, 14), "C:\\Music\\Rock & Roll");
+}
+
+TEST_F(PaneOverviewTest, LongTextIsCutToTheBufferThatAsks)
+{
+    m_commands.records.albums[1]->displayTitle.assign(3000, 'x');
+    open();
+    EXPECT_EQ(list().text(0, 0).size(), 3000u) << "a buffer that grows gets all of it";
+    char small[8] = "1234567";
+    NMLVDISPINFOA info{};
+    info.hdr = {list().handle(), controlId::kOverviewList, LVN_GETDISPINFOA};
+    info.item.mask = LVIF_TEXT | LVIF_IMAGE;
+    info.item.pszText = small;
+    info.item.cchTextMax = 4;
+    info.item.iImage = -7;
+    SendMessageA(m_pane->window(), WM_NOTIFY, controlId::kOverviewList, reinterpret_cast<LPARAM>(&info));
+    EXPECT_STREQ(small, "xxx");
+    EXPECT_EQ(small[4], '5');
+    EXPECT_EQ(info.item.iImage, 0) << "the cover's index";
+}
+
+TEST_F(PaneOverviewTest, SearchNarrowsAndTellsSo)
+{
+    open();
+    EXPECT_EQ(windowText(child(controlId::kSearchLabel)), "Search Criteria:");
+    EXPECT_EQ(m_pane->status(), "Qualified Albums: 4 out of 4");
+    type("QUARTET");
+    EXPECT_EQ(titles(), (Titles{"Yearling", "Tidewater"}));
+    EXPECT_EQ(m_pane->status(), "Qualified Albums: 2 out of 4");
+    clickSwitch(controlId::kSearchArtist);
+    EXPECT_FALSE(m_commands.overviewSettings.searchArtist);
+    EXPECT_EQ(m_pane->status(), "Nothing Qualified");
+    EXPECT_EQ(list().count(), 0);
+    clickSwitch(controlId::kSearchAlbum);
+    clickSwitch(controlId::kSearchGenre);
+    type("Early");
+    EXPECT_EQ(m_pane->status(), "Nothing Qualified") << "no field is looked at";
+    type("");
+    EXPECT_EQ(m_pane->status(), "Qualified Albums: 4 out of 4");
+}
+
+TEST_F(PaneOverviewTest, StatusFollowsTheSelection)
+{
+    open();
+    selectOnly({2});
+    EXPECT_EQ(m_pane->status(), "Rock & Roll - 3 of 4");
+    selectOnly({1, 3});
+    EXPECT_EQ(m_pane->status(), "Multiple Selection: 2 of 4");
+    list().select(-1);
+    EXPECT_EQ(m_pane->status(), "Multiple Selection: 4 of 4");
+    list().select(-1, false);
+    EXPECT_EQ(m_pane->status(), "Qualified Albums: 4 out of 4");
+}
+
+TEST_F(PaneOverviewTest, SameResultLeavesSelectionAlone)
+{
+    open();
+    type("a");
+    selectOnly({0});
+    type("ar"); // Early, Yearling, and the two of the Harbour Quartet again
+    type("arl");
+    EXPECT_EQ(titles(), (Titles{"Early", "Yearling"}));
+    EXPECT_EQ(list().nextSelected(), -1) << "another sequence: nothing is selected";
+    selectOnly({1});
+    type("arl ");
+    type("arl");
+    selectOnly({1});
+    type("ARL");
+    EXPECT_EQ(list().selection(), std::vector<int>{1});
+}
+
+TEST_F(PaneOverviewTest, SortKeepsSelectionAndFocusOnTheirAlbums)
+{
+    open();
+    selectOnly({0, 3});
+    list().setFocused(3);
+    clickColumn(8);
+    EXPECT_EQ(titles(), (Titles{"Tidewater", "Yearling", "Early", "Rock & Roll"}));
+    EXPECT_EQ(list().selection(), (std::vector<int>{0, 2}));
+    EXPECT_EQ(list().focused(), 0);
+    clickColumn(8);
+    EXPECT_EQ(titles().front(), "Rock & Roll");
+    EXPECT_EQ(list().selection(), (std::vector<int>{1, 3}));
+    clickColumn(1);
+    EXPECT_EQ(titles(), (Titles{"Rock & Roll", "Early", "Yearling", "Tidewater"}))
+        << "another column begins ascending; ties keep their order";
+    HDITEMA item{};
+    item.mask = HDI_FORMAT;
+    SendMessageA(list().header(), HDM_GETITEMA, 1, reinterpret_cast<LPARAM>(&item));
+    EXPECT_TRUE(item.fmt & HDF_SORTUP);
+    SendMessageA(list().header(), HDM_GETITEMA, 8, reinterpret_cast<LPARAM>(&item));
+    EXPECT_FALSE(item.fmt & (HDF_SORTUP | HDF_SORTDOWN));
+    list().select(-1);
+    clickColumn(0);
+    EXPECT_EQ(list().selection().size(), 4u);
+    EXPECT_EQ(m_pane->status(), "Multiple Selection: 4 of 4");
+    type("e");
+    EXPECT_EQ(titles().front(), "Early") << "a new result is sorted, too";
+}
+
+TEST_F(PaneOverviewTest, OneAlbumOnlyChangesTheSortState)
+{
+    open();
+    type("tidewater");
+    clickColumn(8);
+    EXPECT_EQ(m_pane->albumList().sortColumn(), 8);
+    type("");
+    EXPECT_EQ(titles().front(), "Tidewater");
+}
+
+TEST_F(PaneOverviewTest, CellsHaveTheirSizes)
+{
+    m_commands.overviewSettings.listviewStyle = 0;
+    open();
+    EXPECT_EQ(list().send(LVM_GETITEMSPACING, FALSE), MAKELONG(95, 150));
+    RECT icon = cell(0);
+    EXPECT_EQ(icon.right - icon.left, 85);
+    EXPECT_EQ(icon.bottom - icon.top, 140);
+    m_pane->setView(ListStyle::Tiles);
+    EXPECT_EQ(m_commands.overviewSettings.listviewStyle, 3);
+    EXPECT_EQ(list().send(LVM_GETITEMSPACING, FALSE), MAKELONG(394, 71));
+    icon = cell(0);
+    EXPECT_EQ(icon.right - icon.left, 364);
+    EXPECT_EQ(icon.bottom - icon.top, 64);
+    m_pane->setView(ListStyle::Details);
+    EXPECT_EQ(GetWindowLongA(list().handle(), GWL_STYLE) & LVS_TYPEMASK, LVS_REPORT);
+    m_commands.generalSettings.iconCaptionHeight = -20;
+    m_commands.generalSettings.tileWidth = 2000000000;
+    for (const ListStyle style : {ListStyle::Icons, ListStyle::Tiles, ListStyle::Icons})
+        m_pane->setView(style);
+    pixel(0, 0);
+    EXPECT_EQ(cell(0).bottom - cell(0).top, 90);
+}
+
+TEST_F(PaneOverviewTest, CoversCaptionsAndSelectionAreDrawn)
+{
+    m_commands.overviewSettings.listviewStyle = 0;
+    open();
+    selectOnly({1});
+    const RECT plain = cell(0);
+    const RECT chosen = cell(1);
+    EXPECT_EQ(pixel(plain.left + 5, plain.top + 5), ColouredCovers::kColour);
+    EXPECT_EQ(pixel(plain.left + 79, plain.top + 79), ColouredCovers::kColour);
+    EXPECT_EQ(pixel(plain.left + 4, plain.top + 4), m_commands.background);
+    EXPECT_EQ(pixel(plain.left + 80, plain.top + 80), m_commands.background);
+    EXPECT_EQ(pixel(chosen.left + 2, chosen.top + 2), GetSysColor(COLOR_HIGHLIGHT));
+    EXPECT_EQ(pixel(chosen.left + 40, chosen.top + 40), ColouredCovers::kColour) << "a plain copy";
+    m_pane->setView(ListStyle::Tiles);
+    const RECT tile = cell(0);
+    EXPECT_EQ(pixel(tile.left, tile.top), ColouredCovers::kColour);
+    EXPECT_EQ(pixel(tile.left + 63, tile.top + 63), ColouredCovers::kColour);
+    const auto dark = [&](LONG x, LONG y) {
+        const COLORREF colour = pixel(static_cast<int>(x), static_cast<int>(y));
+        return GetRValue(colour) < 100 && GetGValue(colour) < 100;
+    };
+    int drawn = 0;
+    for (LONG x = tile.left + 70; x < tile.left + 120; ++x)
+        drawn += dark(x, (tile.top + tile.bottom) / 2 - 20) || dark(x, (tile.top + tile.bottom) / 2 - 18);
+    EXPECT_GT(drawn, 3) << "the first line of text";
+}
+
+TEST_F(PaneOverviewTest, EmptyListSaysSo)
+{
+    open();
+    type("nowhere to be found");
+    const RECT client = list().clientRect();
+    const auto textThere = [&] {
+        pixel(0, 0);
+        const WindowDc dc(list().handle());
+        for (LONG x = client.right / 2 - 60; x < client.right / 2 + 60; ++x) {
+            for (LONG y = client.bottom / 2 - 10; y < client.bottom / 2 + 25; ++y) {
+                if (GetPixel(dc.dc(), static_cast<int>(x), static_cast<int>(y)) == m_commands.text)
+                    return true;
+            }
+        }
+        return false;
+    };
+    EXPECT_TRUE(textThere());
+    type("tidewater");
+    EXPECT_FALSE(textThere());
+}
+
+TEST_F(PaneOverviewTest, MenuNamesTheOneAlbumOrAll)
+{
+    open();
+    selectOnly({2});
+    Menu menu = m_pane->contextMenu();
+    EXPECT_EQ(menu.itemText(10998), "Play: Rock && Roll") << "the menu shows one '&'";
+    EXPECT_EQ(menu.itemText(10997), "Append To Playlist: Rock && Roll");
+    EXPECT_EQ(menu.itemText(10996), "Go To Directory");
+    EXPECT_EQ(GetMenuState(menu.get(), 10996, MF_BYCOMMAND) & MF_GRAYED, 0u);
+    EXPECT_EQ(menu.itemText(10908), "Year");
+    selectOnly({0, 1});
+    menu = m_pane->contextMenu();
+    EXPECT_EQ(menu.itemText(10998), "Play: All");
+    EXPECT_NE(GetMenuState(menu.get(), 10996, MF_BYCOMMAND) & MF_GRAYED, 0u);
+    send(10908);
+    EXPECT_EQ(titles().front(), "Tidewater");
+    send(10920); // no such column
+    menu = m_pane->contextMenu();
+    EXPECT_NE(GetMenuState(menu.get(), 10908, MF_BYCOMMAND) & MF_CHECKED, 0u);
+}
+
+TEST_F(PaneOverviewTest, AlbumsPlayAppendAndShowTheirFolder)
+{
+    open();
+    send(10998);
+    EXPECT_TRUE(m_commands.calls.empty()) << "nothing is selected";
+    selectOnly({0, 2});
+    send(10998);
+    send(10997);
+    selectOnly({1});
+    key(list().handle(), VK_RETURN);
+    send(10996);
+    const Titles expected{"play Early Rock & Roll", "append Early Rock & Roll", "play Yearling",
+                          "folder C:\\Music\\Yearling"};
+    EXPECT_EQ(m_commands.calls, expected);
+    m_commands.busy = true;
+    send(10998);
+    EXPECT_EQ(m_commands.calls, expected);
+}
+
+TEST_F(PaneOverviewTest, ControlAndEnterAppend)
+{
+    open();
+    selectOnly({1});
+    BYTE keys[256] = {};
+    GetKeyboardState(keys);
+    keys[VK_CONTROL] = 0x80;
+    SetKeyboardState(keys);
+    key(list().handle(), VK_RETURN);
+    keys[VK_CONTROL] = 0;
+    SetKeyboardState(keys);
+    EXPECT_EQ(m_commands.calls, Titles{"append Yearling"});
+}
+
+TEST_F(PaneOverviewTest, KeysWalkBetweenBoxAndList)
+{
+    open();
+    SetFocus(list().handle());
+    send(albumCommand::kFind);
+    EXPECT_EQ(GetFocus(), box().handle());
+    key(box().handle(), VK_DOWN);
+    EXPECT_EQ(GetFocus(), list().handle());
+    EXPECT_EQ(list().focused(), 0);
+    EXPECT_EQ(list().selection(), std::vector<int>{0});
+    type("early");
+    key(list().handle(), VK_ESCAPE);
+    EXPECT_EQ(box().text(), "");
+    EXPECT_EQ(list().count(), 4);
+}
+
+TEST_F(PaneOverviewTest, TypingFindsByPrefix)
+{
+    open();
+    const auto find = [&](const char* text, int start, UINT flags) {
+        LVFINDINFOA info{};
+        info.flags = flags;
+        info.psz = text;
+        return list().send(LVM_FINDITEMA, static_cast<WPARAM>(start), reinterpret_cast<LPARAM>(&info));
+    };
+    EXPECT_EQ(find("tide", -1, LVFI_PARTIAL | LVFI_STRING), 3);
+    EXPECT_EQ(find("LUM", -1, LVFI_PARTIAL | LVFI_STRING), 0) << "no such title: an artist";
+    EXPECT_EQ(find("EARL", 2, LVFI_PARTIAL | LVFI_STRING), -1);
+    EXPECT_EQ(find("earl", 2, LVFI_PARTIAL | LVFI_STRING | LVFI_WRAP), 0);
+    EXPECT_EQ(find("zzz", -1, LVFI_PARTIAL | LVFI_STRING | LVFI_WRAP), -1);
+    SetFocus(list().handle());
+    list().setFocused(0);
+    SendMessageA(list().handle(), WM_CHAR, 'r', 1);
+    EXPECT_EQ(list().focused(), 2);
+}
+
+TEST_F(PaneOverviewTest, ApplicationsKeyMovesThePointerToTheItem)
+{
+    open();
+    m_commands.busy = true; // no menu, only what comes before it
+    list().setFocused(1);
+    key(list().handle(), VK_APPS);
+    const RECT item = m_pane->albumList().itemRect(1);
+    POINT cursor{};
+    GetCursorPos(&cursor);
+    EXPECT_EQ(cursor.y, item.bottom - 30);
+    EXPECT_EQ(cursor.x, std::min<LONG>(item.right - 30, GetSystemMetrics(SM_CXSCREEN) - 1));
+}
+
+TEST_F(PaneOverviewTest, WheelStepsTheIconSize)
+{
+    open();
+    const auto turn = [&](int delta) {
+        SendMessageA(list().handle(), WM_MOUSEWHEEL, MAKEWPARAM(MK_CONTROL, delta), 0);
+    };
+    turn(120);
+    EXPECT_TRUE(m_commands.calls.empty()) << "only icons have a size";
+    m_pane->setView(ListStyle::Icons);
+    turn(120);
+    turn(-120); // the smallest already
+    m_commands.artworkSettings.imageSizeIndex = 5;
+    turn(120);
+    turn(-120);
+    EXPECT_EQ(m_commands.calls, (Titles{"size 1", "size 4"}));
+}
+
+TEST_F(PaneOverviewTest, BoxIsAboveBelowOrHidden)
+{
+    open();
+    const auto top = [](HWND window) { return Control(window).rect().top; };
+    EXPECT_LT(top(box().handle()), top(list().handle()));
+    m_commands.overviewSettings.searchBoxTop = false;
+    m_pane->settingsChanged();
+    EXPECT_GT(top(box().handle()), top(list().handle()));
+    EXPECT_EQ(GetWindow(m_pane->window(), GW_CHILD), list().handle()) << "the Tab key meets the list first";
+    type("early");
+    m_commands.overviewSettings.showSearch = false;
+    m_pane->settingsChanged();
+    m_pane->reload();
+    EXPECT_FALSE(IsWindowVisible(box().handle()));
+    EXPECT_EQ(list().count(), 4) << "a box that nobody sees narrows nothing";
+    send(albumCommand::kFind);
+    EXPECT_TRUE(IsWindowVisible(box().handle()));
+    EXPECT_EQ(list().count(), 1);
+}
+
+TEST_F(PaneOverviewTest, ViewIsThereAgainAtTheNextStart)
+{
+    for (int i = 0; i < 300; ++i)
+        addAlbum(m_commands.records, ("album " + std::to_string(i)).c_str(), *m_commands.records.artists[1],
+                 i);
+    for (const int style : {0, 1, 3}) {
+        m_commands.overviewSettings.listviewStyle = style;
+        open();
+        if (m_pane->albumList().sortColumn() != 8)
+            clickColumn(8);
+        selectOnly({250, 252});
+        list().setFocused(252);
+        list().makeVisible(252);
+        ViewState before;
+        m_pane->albumList().keepView(before);
+        m_pane->storeState();
+        open();
+        ViewState after;
+        m_pane->albumList().keepView(after);
+        EXPECT_EQ(after.sortColumn, 8);
+        EXPECT_EQ(after.selectedAlbums, before.selectedAlbums) << style;
+        EXPECT_EQ(after.focusedAlbum, before.focusedAlbum) << style;
+        EXPECT_EQ(after.topAlbum, before.topAlbum) << style;
+        EXPECT_NE(after.topAlbum, m_pane->albumList().album(0).id) << style;
+    }
+    m_commands.databaseSettings.lastUsed = "C:\\other.ts2";
+    open();
+    EXPECT_EQ(list().nextSelected(), -1) << "ids of another database";
+    EXPECT_EQ(m_pane->albumList().sortColumn(), 8);
+}
+
+TEST_F(PaneOverviewTest, CriteriaAreStored)
+{
+    open();
+    type("early");
+    m_pane->storeState();
+    EXPECT_EQ(m_commands.overviewSettings.searchCriteria, "early");
+    open();
+    EXPECT_EQ(box().text(), "early");
+    EXPECT_EQ(m_pane->status(), "Qualified Albums: 1 out of 4");
+}
+
+TEST_F(PaneOverviewTest, RecordsAreLetGoWhenTheyAreTold)
+{
+    open();
+    selectOnly({1});
+    m_pane->clearRecords();
+    m_commands.records.clear();
+    EXPECT_EQ(list().count(), 0);
+    EXPECT_EQ(m_pane->status(), "Nothing Qualified");
+    EXPECT_FALSE(IsWindowVisible(list().handle())) << "the invitation is there instead";
+    pixel(0, 0);
+    clickColumn(3);
+    send(10998);
+    m_pane->storeState();
+    m_pane->reload();
+    EXPECT_TRUE(m_commands.calls.empty());
+}
+
+TEST_F(PaneOverviewTest, ListensToCoversWhileItLives)
+{
+    open();
+    ASSERT_FALSE(m_commands.fakeCovers.listeners.empty());
+    m_pane->setView(ListStyle::Icons);
+    m_commands.fakeCovers.size = {120, 100};
+    for (CoverListener* const listener : m_commands.fakeCovers.listeners)
+        listener->imageListsRebuilt();
+    EXPECT_EQ(list().send(LVM_GETITEMSPACING, FALSE), MAKELONG(140, 175));
+    ValidateRect(list().handle(), nullptr);
+    for (CoverListener* const listener : m_commands.fakeCovers.listeners)
+        listener->coversArrived({m_commands.records.albums[2].get()});
+    RECT dirty{};
+    GetUpdateRect(list().handle(), &dirty, FALSE);
+    EXPECT_EQ(dirty.left, 140);
+    EXPECT_EQ(dirty.right, 280);
+    m_pane.reset();
+    EXPECT_TRUE(m_commands.fakeCovers.listeners.empty());
+}
+
+TEST(FileDragTest, BlockHoldsEveryNameAndEnds)
+{
+    const HGLOBAL block = makeFileList({"C:\\a b.mp3", "D:\\\xE4.mp3"});
+    ASSERT_NE(block, nullptr);
+    const auto drop = static_cast<HDROP>(block);
+    EXPECT_EQ(DragQueryFileA(drop, 0xFFFFFFFF, nullptr, 0), 2u);
+    char name[MAX_PATH] = "";
+    DragQueryFileA(drop, 0, name, MAX_PATH);
+    EXPECT_STREQ(name, "C:\\a b.mp3");
+    DragQueryFileA(drop, 1, name, MAX_PATH);
+    EXPECT_STREQ(name, "D:\\\xE4.mp3");
+    GlobalFree(block);
+}
+
+} // namespace
+} // namespace tessera
