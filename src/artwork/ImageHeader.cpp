@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <limits>
 #include <string_view>
 
@@ -235,10 +236,21 @@ namespace bmp {
 constexpr std::size_t kFileHeader = 14;
 constexpr std::uint32_t kCoreHeader = 12;
 
+// Decoders believe the length that a header gives itself, even one beyond the file's end.
+bool isHeaderLength(std::uint32_t length)
+{
+    constexpr std::uint32_t kLengths[] = {kCoreHeader, 40, 52, 56, 64, 108, 124};
+    return std::find(std::begin(kLengths), std::end(kLengths), length) != std::end(kLengths);
+}
+
 // From the information header, which icons have too.
 std::optional<PictureSize> size(ByteView header)
 {
-    if (little32(header, 0) == kCoreHeader) {
+    const std::uint32_t length = little32(header, 0);
+    if (!isHeaderLength(length) || length > header.size()) {
+        return std::nullopt;
+    }
+    if (length == kCoreHeader) {
         return checkedSize(little16(header, 4), little16(header, 6));
     }
     const auto height = static_cast<std::int32_t>(little32(header, 8)); // negative: from the top down
@@ -250,9 +262,24 @@ std::uint32_t depth(ByteView header)
     return little16(header, little32(header, 0) == kCoreHeader ? 10 : 14);
 }
 
+// Bytes of the header and of the colours behind it.
+std::uint64_t leadLength(ByteView header)
+{
+    const std::uint32_t length = little32(header, 0);
+    if (depth(header) > 8) {
+        return length;
+    }
+    const std::uint64_t all = std::uint64_t{1} << depth(header);
+    const std::uint64_t used = length == kCoreHeader ? 0 : little32(header, 32);
+    return length + (used == 0 ? all : used) * (length == kCoreHeader ? 3 : 4);
+}
+
 bool isWhole(ByteView bytes)
 {
     const ByteView header = bytes.subspan(std::min(kFileHeader, bytes.size()));
+    if (leadLength(header) > header.size()) {
+        return false;
+    }
     const std::uint32_t compression = little32(header, 0) == kCoreHeader ? 0 : little32(header, 16);
     const std::optional<PictureSize> dimensions = size(header);
     if (!dimensions || (compression != 0 && compression != 3)) {
