@@ -4,9 +4,9 @@
 #include "RunningPlugin.h"
 
 #include "shell/HostRegistry.h"
-#include "shell/SortMenu.h"
 #include "system/Module.h"
 #include "system/Registry.h"
+#include "ui/SortMenu.h"
 #include "ui/ids.h"
 #include "windowing/ListView.h"
 #include "windowing/Menu.h"

@@ -59,8 +59,7 @@ TEST_F(CoversTest, LoaderStartsBehindTheLoadAndFixesTheSize)
 {
     RunningPlugin plugin(smallLibrary(400));
     plugin.start();
-    plugin.create();
-    ASSERT_TRUE(plugin.waitForLoad());
+    ASSERT_TRUE(plugin.create());
     const HWND combo = sizeCombo(plugin);
     ASSERT_NE(combo, nullptr);
     ASSERT_TRUE(plugin.container.pump([&] { return !IsWindowEnabled(combo); }));
@@ -83,8 +82,7 @@ TEST_F(CoversTest, PluginEndsWhileCoversLoad)
 {
     RunningPlugin plugin(smallLibrary(2000));
     plugin.start();
-    plugin.create();
-    ASSERT_TRUE(plugin.waitForLoad());
+    ASSERT_TRUE(plugin.create());
     ASSERT_TRUE(
         plugin.container.pump([&] { return plugin.logged("Beginning background loading of images"); }));
     const DWORD start = GetTickCount();
@@ -97,12 +95,10 @@ TEST_F(CoversTest, OpeningAgainStopsTheLoader)
 {
     RunningPlugin plugin(smallLibrary(1000));
     plugin.start();
-    plugin.create();
-    ASSERT_TRUE(plugin.waitForLoad());
+    ASSERT_TRUE(plugin.create());
     ASSERT_TRUE(
         plugin.container.pump([&] { return plugin.logged("Beginning background loading of images"); }));
-    plugin.create();
-    ASSERT_TRUE(plugin.waitForLoad());
+    ASSERT_TRUE(plugin.create());
     ASSERT_TRUE(
         plugin.container.pump([&] { return count(plugin, "Beginning background loading of images") == 2; }));
     EXPECT_TRUE(plugin.boxes.texts.empty());
