@@ -43,11 +43,11 @@ int RunningPlugin::shownPane() const
     return 0;
 }
 
-std::vector<std::string> RunningPlugin::log() const
+std::vector<std::string> RunningPlugin::log(int firstRow) const
 {
     const ListView list(GetDlgItem(pane(paneId::kLog), controlId::kLogList));
     std::vector<std::string> lines;
-    for (int row = 0; row < list.count(); ++row) {
+    for (int row = firstRow; row < list.count(); ++row) {
         const std::string text = list.text(row, 2);
         lines.push_back(text.substr(std::min(text.find_first_not_of(' '), text.size())));
     }
@@ -82,7 +82,8 @@ bool RunningPlugin::beginCreating()
     boxes.onDialog = walkWizard;
     const int before = logCount();
     command(commandId::kNewDatabase);
-    return container.pump([&] { return busy() || logCount() > before; });
+    // Covers may be loading meanwhile, with lines of their own.
+    return container.pump([&] { return busy() || std::ranges::count(log(before), "Creating Database") > 0; });
 }
 
 namespace {

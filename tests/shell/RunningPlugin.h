@@ -29,8 +29,8 @@ public:
     // The pane below the main pane that shows; 0: none.
     int shownPane() const;
     void command(int id) const { SendMessageA(pane(0), WM_COMMAND, static_cast<WPARAM>(id), 0); }
-    // Descriptions in the log, without their indentation.
-    std::vector<std::string> log() const;
+    // Descriptions in the log from a row on, without their indentation.
+    std::vector<std::string> log(int firstRow = 0) const;
     int logCount() const;
     bool logged(const std::string& text) const;
     // A job creates or loads: the control shows the wait cursor.
