@@ -91,9 +91,8 @@ int runPlayer(const Options& options)
     }
     std::unique_ptr<WalkThread> walk;
     if (options.walk) {
-        // Pictures of the screen then show the player alone, and nothing that a resting pointer brings up.
+        // Pictures of the screen then show the player alone.
         MoveWindow(window.handle(), 0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN), TRUE);
-        SetCursorPos(0, 0);
         walk = std::make_unique<WalkThread>(window.handle(), options);
     }
     window.run();
