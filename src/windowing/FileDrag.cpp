@@ -4,6 +4,7 @@
 #include "system/ComPtr.h"
 
 #include <atomic>
+#include <algorithm>
 #include <cstring>
 #include <shlobj.h>
 
@@ -117,8 +118,7 @@ HGLOBAL makeFileList(const std::vector<std::string>& paths)
     std::memcpy(bytes, &header, sizeof header);
     char* at = bytes + sizeof header;
     for (const std::string& path : paths) {
-        std::memcpy(at, path.data(), path.size());
-        at += path.size() + 1;
+        at = std::copy(path.begin(), path.end(), at) + 1;
     }
     GlobalUnlock(block);
     return block;
