@@ -3,8 +3,8 @@
 #include "system/Border.h"
 #include "system/ComPtr.h"
 
-#include <atomic>
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <shlobj.h>
 
