@@ -5,6 +5,7 @@
 #include "GeneratedLibrary.h"
 
 #include "artwork/Artwork.h"
+#include "artwork/Decoder.h"
 #include "system/ComPtr.h"
 
 #include <algorithm>
@@ -121,6 +122,22 @@ CoverGrounds groundsOf(SIZE large)
     return grounds;
 }
 
+// The check that a build makes of each cover, against what drawing does anyway.
+void validationRow(const std::string& picture)
+{
+    constexpr int kCovers = 50;
+    const auto timed = [&](auto step) {
+        const Clock::time_point start = Clock::now();
+        for (int i = 0; i < kCovers; ++i)
+            require(step(picture), "the picture cannot be read");
+        return millisecondsSince(start) / kCovers;
+    };
+    const Best best = bestOf(
+        1, [&] { return timed(isPictureFile); },
+        [&] { return timed([](const std::string& path) { return decodePictureFile(path).has_value(); }); });
+    report({"validation of a cover, 500 x 500 JPEG", best.work, "ms", best.bare, 1.2});
+}
+
 void loaderRow(const std::string& picture)
 {
     constexpr int kCovers = 100;
@@ -213,7 +230,7 @@ void gapRow(const std::string& name, const std::string& picture, double limit, b
 
 } // namespace
 
-// bench_covers [FOLDER [PART]]: all parts, or one of loader, scale, memory and gap.
+// bench_covers [FOLDER [PART]]: all parts, or one of validation, loader, scale, memory and gap.
 int main(int count, char** arguments)
 {
     const ComInit com;
@@ -227,6 +244,9 @@ int main(int count, char** arguments)
     writeJpeg(small, 60);
     if (wanted("memory")) {
         memoryRows();
+    }
+    if (wanted("validation")) {
+        validationRow(cover);
     }
     if (wanted("loader")) {
         loaderRow(cover);
