@@ -59,6 +59,7 @@ public:
             album = std::make_unique<Album>();
             album->thumbnailFile = picture;
         }
+        m_seen = m_library.albums.begin();
         m_artwork.initArtwork();
         m_artwork.openLibrary(m_library, false);
     }
@@ -97,9 +98,6 @@ private:
             ++m_seen;
             ++m_loaded;
         }
-        if (m_loaded == 0) {
-            m_seen = m_library.albums.begin();
-        }
         return m_loaded;
     }
 
@@ -107,7 +105,7 @@ private:
     BalloonSettings m_balloon;
     std::atomic<bool> m_terminating{false};
     Library m_library;
-    Albums::iterator m_seen = m_library.albums.end();
+    Albums::iterator m_seen; // the first whose cover has not come
     int m_loaded = 0;
     Artwork m_artwork;
 };
