@@ -69,7 +69,7 @@ struct OverviewSettings {
 };
 
 struct AlbumDetailsSettings {
-    std::int32_t listviewStyle = 3;
+    std::int32_t listviewStyle = 1; // as in the overview
     std::int32_t trackDetailsCombo = 0;
     double splitMain = 50.0; // percent, as the other two
     double splitDetails = 50.0;

@@ -7,12 +7,16 @@
 #include "ui/Pane.h"
 
 #include <commctrl.h>
+#include <set>
 #include <span>
 #include <string>
 
 namespace tessera {
 
+class AlbumCatalogue;
 class Covers;
+class CriticalSection;
+class Host;
 class TokenParser;
 
 // The controller as panes, pages and dialogs see it. User-interface thread only, except isBusy.
@@ -35,6 +39,19 @@ public:
     // The albums' tracks in track order; the first album takes the place of what plays unless they
     // are appended. Throws HostError.
     virtual void playAlbums(std::span<Album* const> albums, bool append) = 0;
+    // One album takes the place of what plays; `start` says with which of its tracks, in track order.
+    virtual void playAlbumFrom(const Album& album, int start) = 0;
+    // Goes on with another entry of the host's playlist. Both throw HostError.
+    virtual void playEntry(int entry) = 0;
+    // The host, for lists that read it as they show it; its lock is held meanwhile. False while it
+    // may not be called: a worker runs, or a call is under way below on the stack.
+    virtual Host& host() = 0;
+    virtual CriticalSection& hostLock() = 0;
+    virtual bool mayCallHost() const = 0;
+
+    // The marks (rank, favourite, new) of these albums were changed in memory: writes them into the
+    // file in use, with those that could not be written before, and tells every pane.
+    virtual void marksChanged(std::span<Album* const> changed) = 0;
     // Shows a folder in the system's own browser of files.
     virtual void openFolder(const std::string& path) = 0;
     // Where views keep how they were left, beside the settings.
@@ -49,6 +66,11 @@ public:
     virtual HookSettings& hooks() = 0;
 
     virtual Library& library() = 0;
+    // The library's texts and keys for lists: filled before the panes reload, emptied after they
+    // have let go of their records.
+    virtual AlbumCatalogue& catalogue() = 0;
+    // Upper-case first names of artists; empty while the setting names no file.
+    virtual const std::set<std::string>& firstNames() const = 0;
     virtual const TokenParser& tokens() const = 0;
     virtual Covers& covers() = 0;
     // True while the background loader runs: the image size stays as it is.

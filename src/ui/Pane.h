@@ -1,8 +1,11 @@
 #pragma once
 
+#include <span>
 #include <windows.h>
 
 namespace tessera {
+
+struct Album;
 
 // Pane ids are their windows' child ids and what the settings remember.
 namespace paneId {
@@ -30,6 +33,8 @@ public:
     virtual void reload() = 0;
     // The library is about to be emptied: let go of every record.
     virtual void clearRecords() = 0;
+    // These albums have other marks (rank, favourite, new) now.
+    virtual void marksChanged(std::span<Album* const>) {}
     virtual void setView(ListStyle style) = 0;
     // Every tick of the main pane's timer; `moved` when the pointer is not where it was.
     virtual void trackCursor(POINT screen, bool moved) = 0;

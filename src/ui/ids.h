@@ -16,6 +16,25 @@ inline constexpr int kCriteria = 1003;
 inline constexpr int kSearchArtist = 1004;
 inline constexpr int kSearchAlbum = 1005;
 inline constexpr int kSearchGenre = 1006;
+inline constexpr int kSplitMain = 2002;
+inline constexpr int kSplitDetails = 2003;
+inline constexpr int kSplitTracks = 2004;
+inline constexpr int kTreeLibrary = 2005; // the trees' identifiers
+inline constexpr int kTreeNew = 2006;
+inline constexpr int kTreeFavourites = 2007;
+inline constexpr int kTreeCompleted = 2008;
+inline constexpr int kTreeCombo = 2009;
+inline constexpr int kDetailsAlbums = 2010;
+inline constexpr int kAlbumInfoCombo = 2011;
+inline constexpr int kAlbumInfo = 2012;
+inline constexpr int kAlbumTracks = 2013;
+inline constexpr int kPlayingNow = 2014;
+inline constexpr int kTrackDetailsCombo = 2015;
+inline constexpr int kTrackDetails = 2016;
+inline constexpr int kTrackDetailsText = 2017;
+inline constexpr int kTrackArtwork = 2018;
+inline constexpr int kAlbumArtwork = 2019;
+inline constexpr int kSeparatorFirst = 2020; // six, two beside each combo box
 inline constexpr int kLogList = 3001;
 } // namespace controlId
 
@@ -34,6 +53,13 @@ inline constexpr int kAbout = 57664;
 
 // Commands of album lists: their menus and keys.
 namespace albumCommand {
+inline constexpr int kNewToday = 10000;
+inline constexpr int kNewDate = 10001;
+inline constexpr int kNotNew = 10002;
+inline constexpr int kRankNone = 10100; // behind it the ranks 1 to 10
+inline constexpr int kRankLast = 10110;
+inline constexpr int kFavourite = 10200;
+inline constexpr int kNoFavourite = 10201;
 inline constexpr int kSortFirst = 10900; // by the first column, and so on
 inline constexpr int kSortLast = 10920;
 inline constexpr int kFind = 10990; // to the search box
@@ -53,14 +79,21 @@ inline constexpr int kListButtons = 111; // bitmap: new, delete, move up, move d
 namespace icon {
 inline constexpr int kAlbum = 0;
 inline constexpr int kAbout = 1;
+inline constexpr int kPerson = 2;
 inline constexpr int kOpen = 3;
+inline constexpr int kGenre = 4;
 inline constexpr int kOptions = 5;
+inline constexpr int kGroup = 8; // the roots of the trees
 inline constexpr int kSave = 9;
 inline constexpr int kReserved = 11;
+inline constexpr int kAlbumWithoutImage = 13;
+inline constexpr int kPersonIncomplete = 14;
 inline constexpr int kIcons = 15;
 inline constexpr int kTiles = 17;
 inline constexpr int kDetails = 18;
 inline constexpr int kNew = 19;
+inline constexpr int kFavourite = 20;
+inline constexpr int kLibrary = 21;
 inline constexpr int kLog = 22;
 inline constexpr int kOverview = 24;
 } // namespace icon
