@@ -123,30 +123,51 @@ void startPlayback(HostPlayback& playback, bool playNow)
 
 // An object that is missing shows the assertion box; when the user goes on, the call that needs it
 // fails as one on a missing object.
-void HostBridge::playFiles(const PlayRequest& request)
+std::unique_ptr<HostPlaylist> HostBridge::neededPlaylist()
 {
-    const ScopedLock lock(m_hostLock);
-    const std::unique_ptr<HostPlaylist> pMJCurrentPlaylist = playlist();
+    std::unique_ptr<HostPlaylist> pMJCurrentPlaylist = playlist();
     TESSERA_ASSERT(pMJCurrentPlaylist != 0, kUnit); // NOLINT(modernize-use-nullptr): shown as it stands
     if (!pMJCurrentPlaylist) {
         throw HostError(kErrorPointer);
     }
-    if (!request.append) {
-        pMJCurrentPlaylist->clear();
-    }
-    const std::int32_t base = pMJCurrentPlaylist->count();
-    for (const std::string& file : request.files) {
-        pMJCurrentPlaylist->add(file, request.place);
-    }
-    const std::unique_ptr<HostPlayback> pMJPlayback = playback();
+    return pMJCurrentPlaylist;
+}
+
+std::unique_ptr<HostPlayback> HostBridge::neededPlayback()
+{
+    std::unique_ptr<HostPlayback> pMJPlayback = playback();
     TESSERA_ASSERT(pMJPlayback != 0, kUnit); // NOLINT(modernize-use-nullptr)
     if (!pMJPlayback) {
         throw HostError(kErrorPointer);
     }
+    return pMJPlayback;
+}
+
+void HostBridge::playFiles(const PlayRequest& request)
+{
+    const ScopedLock lock(m_hostLock);
+    const std::unique_ptr<HostPlaylist> playlist = neededPlaylist();
     if (!request.append) {
-        pMJCurrentPlaylist->setPosition(base + request.start);
-        startPlayback(*pMJPlayback, request.playNow);
+        playlist->clear();
     }
+    const std::int32_t base = playlist->count();
+    for (const std::string& file : request.files) {
+        playlist->add(file, request.place);
+    }
+    const std::unique_ptr<HostPlayback> playback = neededPlayback();
+    if (!request.append) {
+        playlist->setPosition(base + request.start);
+        startPlayback(*playback, request.playNow);
+    }
+}
+
+void HostBridge::playEntry(std::int32_t entry)
+{
+    const ScopedLock lock(m_hostLock);
+    const std::unique_ptr<HostPlaylist> playlist = neededPlaylist();
+    const std::unique_ptr<HostPlayback> playback = neededPlayback();
+    playlist->setPosition(entry);
+    startPlayback(*playback, true);
 }
 
 } // namespace tessera

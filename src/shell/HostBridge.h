@@ -53,8 +53,13 @@ public:
     std::int32_t colour(std::string_view section, std::string_view key) override;
 
     void playFiles(const PlayRequest& request);
+    // Goes on with an entry that the playlist has already.
+    void playEntry(std::int32_t entry);
 
 private:
+    std::unique_ptr<HostPlaylist> neededPlaylist();
+    std::unique_ptr<HostPlayback> neededPlayback();
+
     CriticalSection m_hostLock;
     std::shared_ptr<HostCalls> m_calls;
     ComPtr<IDispatch> m_host;

@@ -16,6 +16,7 @@
 #include "system/Registry.h"
 #include "tokens/TokenParser.h"
 #include "ui/ActivityLog.h"
+#include "ui/AlbumCatalogue.h"
 #include "ui/Commands.h"
 #include "windowing/ImageList.h"
 
@@ -57,11 +58,7 @@ public:
     // Where the focus belongs; null while no pane is shown.
     HWND focusTarget() const;
     Prompt& prompt() { return m_prompt; }
-    // Upper-case first names of artists.
-    const std::set<std::string>& firstNames() const { return m_firstNames; }
     void loadArtistFirstNames();
-    // Rewrites changed albums in the database in use.
-    void updateAlbums(std::span<Album* const> changed);
     void playFiles(const PlayRequest& request);
 
     // Commands
@@ -75,6 +72,12 @@ public:
     void imageSizeChosen(int index) override;
     void trackCursor(POINT screen, bool moved) override;
     void playAlbums(std::span<Album* const> albums, bool append) override;
+    void playAlbumFrom(const Album& album, int start) override;
+    void playEntry(int entry) override;
+    Host& host() override { return m_host; }
+    CriticalSection& hostLock() override { return m_host.hostLock(); }
+    bool mayCallHost() const override { return maySelect(); }
+    void marksChanged(std::span<Album* const> changed) override;
     void openFolder(const std::string& path) override;
     SettingsStore& viewStore() override { return m_store; }
     GeneralSettings& general() override { return m_settings.general; }
@@ -85,6 +88,8 @@ public:
     AlbumDetailsSettings& albumDetails() override { return m_settings.albumDetails; }
     HookSettings& hooks() override { return m_settings.hooks; }
     Library& library() override { return m_database.library(); }
+    AlbumCatalogue& catalogue() override { return m_catalogue; }
+    const std::set<std::string>& firstNames() const override { return m_firstNames; }
     const TokenParser& tokens() const override { return m_tokens; }
     Covers& covers() override { return m_artwork; }
     bool coversLoading() const override { return m_artwork.loading(); }
@@ -126,6 +131,7 @@ private:
 
     bool maySelect() const;
     bool mayOpenDialog() const;
+    PlayRequest requestFor(const Album& album) const;
     void showPane(int id);
     void refreshAfterChange(bool reload);
     void runNewDatabase();
@@ -155,6 +161,7 @@ private:
     TokenParser m_tokens;
     std::set<std::string> m_firstNames;
     Database m_database;
+    AlbumCatalogue m_catalogue;
     ActivityLog m_log;
     UiQueue m_queue;
     UserPrompt m_prompt;

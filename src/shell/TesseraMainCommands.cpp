@@ -219,9 +219,16 @@ void TesseraMain::loadArtistFirstNames()
                      format("Could not open the artist first names file '%s'!", path.c_str()));
 }
 
-void TesseraMain::updateAlbums(std::span<Album* const> changed)
+// The panes follow whether or not the file could be written: the marks hold in memory.
+void TesseraMain::marksChanged(std::span<Album* const> changed)
 {
+    const std::shared_ptr<TesseraMain> alive = shared_from_this();
     m_database.update(m_settings.database.lastUsed, changed, systemFiles(), m_prompt);
+    if (m_terminating) {
+        return;
+    }
+    m_catalogue.marksChanged();
+    m_panes.forEach([&](Pane& pane) { pane.marksChanged(changed); });
 }
 
 void TesseraMain::playFiles(const PlayRequest& request)
@@ -235,6 +242,7 @@ void TesseraMain::emptyLibrary()
 {
     m_artwork.stopBackgroundLoading();
     m_panes.forEach([](Pane& pane) { pane.clearRecords(); });
+    m_catalogue.clear();
     freeLibrary();
 }
 
@@ -246,6 +254,7 @@ void TesseraMain::fillViews(Log& log)
         return;
     }
     log.line("Loading treeview");
+    m_catalogue.fill(library());
     m_paneAlbumDetails->rebuildTrees(log);
     m_paneOverview->reload();
 }

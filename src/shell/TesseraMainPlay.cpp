@@ -9,6 +9,15 @@
 
 namespace tessera {
 
+PlayRequest TesseraMain::requestFor(const Album& album) const
+{
+    PlayRequest request;
+    for (const Track* const track : tracksInOrder(album, m_settings.general.sortTracksByLocation)) {
+        request.files.push_back(track->fileName);
+    }
+    return request;
+}
+
 // The records are read before the host is called: a call of the host may end everything.
 void TesseraMain::playAlbums(std::span<Album* const> albums, bool append)
 {
@@ -17,10 +26,7 @@ void TesseraMain::playAlbums(std::span<Album* const> albums, bool append)
     }
     std::vector<PlayRequest> requests;
     for (const Album* const album : albums) {
-        PlayRequest request;
-        for (const Track* const track : tracksInOrder(*album, m_settings.general.sortTracksByLocation)) {
-            request.files.push_back(track->fileName);
-        }
+        PlayRequest request = requestFor(*album);
         request.append = append || !requests.empty();
         request.playNow = !request.append;
         requests.push_back(std::move(request));
@@ -28,6 +34,21 @@ void TesseraMain::playAlbums(std::span<Album* const> albums, bool append)
     const std::shared_ptr<TesseraMain> alive = shared_from_this();
     for (const PlayRequest& request : requests) {
         playFiles(request);
+    }
+}
+
+void TesseraMain::playAlbumFrom(const Album& album, int start)
+{
+    PlayRequest request = requestFor(album);
+    request.start = start;
+    request.playNow = true;
+    playFiles(request);
+}
+
+void TesseraMain::playEntry(int entry)
+{
+    if (maySelect()) {
+        m_host.playEntry(entry);
     }
 }
 

@@ -24,7 +24,11 @@ public:
 
     // Another template, cell or number of albums: what was made is dropped.
     void reset(std::string pattern, int width, int mostLines, std::size_t albums);
-    void drop(std::size_t place) { m_captions[place].clear(); }
+    void drop(std::size_t place)
+    {
+        if (place < m_captions.size())
+            m_captions[place].clear();
+    }
     // `dc` has the font of the captions selected.
     const Lines& lines(std::size_t place, const Album& album, HDC dc);
 

@@ -89,11 +89,10 @@ void AlbumCatalogue::fillTexts(Entry& entry)
     entry.genre = toLower(entry.album->genre);
 }
 
-void AlbumCatalogue::refresh(std::uint32_t place)
+void AlbumCatalogue::marksChanged()
 {
-    fillTexts(m_entries[place]);
-    for (auto& keys : m_keys)
-        keys.clear();
+    for (const std::size_t column : {10U, 11U, 12U}) // rank, favourite, new
+        m_keys[column].clear();
 }
 
 std::uint32_t AlbumCatalogue::find(std::int32_t albumId) const

@@ -32,8 +32,8 @@ public:
 
     void fill(const Library& library);
     void clear();
-    // The album's texts and keys are made anew.
-    void refresh(std::uint32_t place);
+    // Marks of some albums are others: sorts by them are made anew.
+    void marksChanged();
 
     std::size_t size() const { return m_entries.size(); }
     Album& album(std::uint32_t place) const { return *m_entries[place].album; }

@@ -151,8 +151,15 @@ void AlbumList::setCount()
     m_lvw.setVirtualCount(static_cast<int>(m_places.size()));
 }
 
+void AlbumList::marksChanged(std::span<Album* const> changed)
+{
+    for (const Album* const album : changed)
+        m_captions.drop(m_catalogue.find(album->id));
+    redrawAlbums(changed);
+}
+
 // Only what is in view.
-void AlbumList::redrawAlbums(const std::vector<Album*>& albums)
+void AlbumList::redrawAlbums(std::span<Album* const> albums)
 {
     const RECT client = m_lvw.clientRect();
     for (int item = std::max(topItem(), 0); item < static_cast<int>(m_places.size()); ++item) {

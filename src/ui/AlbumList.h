@@ -68,7 +68,9 @@ public:
     int itemAt(POINT screen) const;
     RECT itemRect(int item) const;
     // Covers of these albums have come.
-    void redrawAlbums(const std::vector<Album*>& albums);
+    void redrawAlbums(std::span<Album* const> albums);
+    // These albums have other marks, which columns and captions may show.
+    void marksChanged(std::span<Album* const> changed);
     // Null: none, as it is at first. The bitmap stays the caller's.
     void setBackgroundPicture(HBITMAP picture);
 

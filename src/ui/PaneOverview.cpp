@@ -2,6 +2,7 @@
 
 #include "base/Errors.h"
 #include "base/Text.h"
+#include "ui/AlbumCatalogue.h"
 #include "ui/Commands.h"
 #include "ui/ids.h"
 #include "windowing/Drawing.h"
@@ -30,7 +31,7 @@ ListStyle styleOf(std::int32_t setting)
 
 PaneOverview::PaneOverview(Commands& commands)
     : Mapped(paneId::kOverview, kUnit, "Overview", commands),
-      m_plvwDetails(commands, m_catalogue),
+      m_plvwDetails(commands, commands.catalogue()),
       m_balloon(commands)
 {
 }
@@ -115,7 +116,7 @@ void PaneOverview::storeState()
 
 void PaneOverview::keepView()
 {
-    if (m_catalogue.size() == 0 || m_restores)
+    if (m_summary.albums() == 0 || m_restores)
         return;
     m_plvwDetails.keepView(m_view);
     m_view.database = m_database;
@@ -123,15 +124,14 @@ void PaneOverview::keepView()
 
 void PaneOverview::reload()
 {
-    if (m_catalogue.size() > 0)
+    if (m_summary.albums() > 0)
         clearRecords();
     m_summary.count(commands().library());
-    m_catalogue.fill(commands().library());
     m_database = commands().database().lastUsed;
     m_plvwDetails.resetAlbums();
     showControls();
     applySearch(criteria());
-    m_restores = m_catalogue.size() > 0 && m_view.database == m_database;
+    m_restores = m_summary.albums() > 0 && m_view.database == m_database;
     restoreView();
     updateOverviewStatus();
     InvalidateRect(handle(), nullptr, FALSE);
@@ -154,12 +154,17 @@ void PaneOverview::clearRecords()
     m_balloon.hide();
     keepView();
     m_plvwDetails.setAlbums({});
-    m_catalogue.clear();
     m_plvwDetails.resetAlbums();
     m_summary.clear();
     showControls();
     updateOverviewStatus();
     InvalidateRect(handle(), nullptr, FALSE);
+}
+
+void PaneOverview::marksChanged(std::span<Album* const> changed)
+{
+    m_balloon.hide();
+    m_plvwDetails.marksChanged(changed);
 }
 
 void PaneOverview::setView(ListStyle style)
@@ -171,7 +176,7 @@ void PaneOverview::setView(ListStyle style)
 
 HWND PaneOverview::focusWindow() const
 {
-    return m_catalogue.size() > 0 ? m_plvwDetails.handle() : handle();
+    return m_summary.albums() > 0 ? m_plvwDetails.handle() : handle();
 }
 
 void PaneOverview::trackCursor(POINT screen, bool moved)
@@ -204,7 +209,7 @@ std::string PaneOverview::statusText() const
                       static_cast<long>(item) + 1, qualified);
     }
     if (qualified > 0)
-        return format("Qualified Albums: %ld out of %ld", qualified, static_cast<long>(m_catalogue.size()));
+        return format("Qualified Albums: %ld out of %ld", qualified, static_cast<long>(m_summary.albums()));
     return "Nothing Qualified";
 }
 
@@ -238,7 +243,7 @@ void PaneOverview::imageListsRebuilt()
 // Without albums the place is for the invitation.
 void PaneOverview::showControls()
 {
-    const bool any = m_catalogue.size() > 0;
+    const bool any = m_summary.albums() > 0;
     const bool search = any && searchShown();
     for (const Control& control : {Control(m_lblCriteria), Control(m_pedtCriteria)})
         control.show(search);
@@ -251,7 +256,7 @@ void PaneOverview::showControls()
 RECT PaneOverview::stripRect(const RECT& content) const
 {
     RECT strip = content;
-    const int height = searchShown() && m_catalogue.size() > 0 ? searchBoxHeight() : 0;
+    const int height = searchShown() && m_summary.albums() > 0 ? searchBoxHeight() : 0;
     if (commands().overview().searchBoxTop)
         strip.bottom = std::min(content.bottom, content.top + height);
     else
@@ -282,7 +287,7 @@ void PaneOverview::paintContent(HDC dc, const RECT& content)
 {
     if (commands().isBusy())
         return;
-    if (m_catalogue.size() == 0)
+    if (m_summary.albums() == 0)
         return m_summary.draw(dc, content, commands());
     const RECT strip = stripRect(content);
     fillRect(dc, strip, commands().frameFace());

@@ -26,6 +26,7 @@ public:
     void storeState() override;
     void reload() override;
     void clearRecords() override;
+    void marksChanged(std::span<Album* const> changed) override;
     void setView(ListStyle style) override;
     void trackCursor(POINT screen, bool moved) override;
     HWND focusWindow() const override;
@@ -80,7 +81,6 @@ private:
     std::string statusText() const;
     void play(bool append);
 
-    AlbumCatalogue m_catalogue;
     AlbumList m_plvwDetails;
     Static m_lblCriteria;
     Edit m_pedtCriteria;

@@ -1,6 +1,7 @@
 // The search box of the overview.
 
 #include "base/Errors.h"
+#include "ui/AlbumCatalogue.h"
 #include "ui/Colours.h"
 #include "ui/Commands.h"
 #include "ui/PaneOverview.h"
@@ -108,8 +109,8 @@ void PaneOverview::applySearch(const std::string& criteria)
     if (!m_plvwDetails.handle())
         return;
     const OverviewSettings& settings = commands().overview();
-    m_catalogue.search(criteria, {settings.searchArtist, settings.searchAlbum, settings.searchGenre},
-                       m_found);
+    commands().catalogue().search(
+        criteria, {settings.searchArtist, settings.searchAlbum, settings.searchGenre}, m_found);
     if (m_found != m_plvwDetails.unsorted()) {
         m_balloon.hide();
         m_plvwDetails.setAlbums(m_found);
@@ -135,7 +136,7 @@ void PaneOverview::onSwitch(const Command& command)
 // Looking for something shows the box, too.
 void PaneOverview::onFind(const Command&)
 {
-    if (m_catalogue.size() == 0)
+    if (m_summary.albums() == 0)
         return;
     if (!searchShown()) {
         commands().overview().showSearch = true;

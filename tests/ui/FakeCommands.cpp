@@ -38,6 +38,17 @@ void FakeCommands::playAlbums(std::span<Album* const> albums, bool append)
     calls.push_back(call);
 }
 
+void FakeCommands::playAlbumFrom(const Album& album, int start)
+{
+    calls.push_back("play " + album.displayTitle + " from " + std::to_string(start));
+}
+
+void FakeCommands::marksChanged(std::span<Album* const> changed)
+{
+    marked.assign(changed.begin(), changed.end());
+    m_catalogue.marksChanged();
+}
+
 void FakeCommands::trackCursor(POINT, bool moved)
 {
     cursorMoved.push_back(moved);
@@ -46,6 +57,8 @@ void FakeCommands::trackCursor(POINT, bool moved)
 Library& FakeCommands::library()
 {
     ++libraryLooks;
+    if (m_catalogue.size() != records.albums.size())
+        m_catalogue.fill(records);
     return records;
 }
 

@@ -1,8 +1,11 @@
 #pragma once
 
 #include "artwork/Covers.h"
+#include "support/FakeHost.h"
 #include "support/MemorySettingsStore.h"
+#include "system/Threads.h"
 #include "tokens/TokenParser.h"
+#include "ui/AlbumCatalogue.h"
 #include "ui/Commands.h"
 
 #include <string>
@@ -48,6 +51,12 @@ public:
     void trackCursor(POINT screen, bool moved) override;
 
     void playAlbums(std::span<Album* const> albums, bool append) override;
+    void playAlbumFrom(const Album& album, int start) override;
+    void playEntry(int entry) override { calls.push_back("entry " + std::to_string(entry)); }
+    Host& host() override { return fakeHost; }
+    CriticalSection& hostLock() override { return m_hostLock; }
+    bool mayCallHost() const override { return !busy; }
+    void marksChanged(std::span<Album* const> changed) override;
     void openFolder(const std::string& path) override { calls.push_back("folder " + path); }
     SettingsStore& viewStore() override { return store; }
     GeneralSettings& general() override { return generalSettings; }
@@ -59,6 +68,9 @@ public:
     HookSettings& hooks() override { return hookSettings; }
 
     Library& library() override;
+    // Filled anew when the library is asked for and has another number of albums.
+    AlbumCatalogue& catalogue() override { return m_catalogue; }
+    const std::set<std::string>& firstNames() const override { return names; }
     const TokenParser& tokens() const override;
     Covers& covers() override { return fakeCovers; }
 
@@ -92,6 +104,9 @@ public:
     std::vector<std::string> messages;
     std::vector<HWND> skinned;
     std::vector<bool> cursorMoved;
+    std::vector<Album*> marked;
+    std::set<std::string> names;
+    test::FakeHost fakeHost;
 
     GeneralSettings generalSettings;
     DatabaseSettings databaseSettings;
@@ -103,6 +118,8 @@ public:
 
 private:
     TokenParser m_tokens;
+    AlbumCatalogue m_catalogue;
+    CriticalSection m_hostLock;
     HFONT m_hFontCombo;
     HFONT m_hFontList;
     HFONT m_hFontBold;
