@@ -105,6 +105,7 @@ public:
     COLORREF frameFace() override { return m_colours.frameFace(); }
     HIMAGELIST smallIcons() const override { return m_smallIcons.get(); }
     int bandHeight() const override { return m_bandHeight; }
+    void postDialog(std::function<void(HWND owner)> dialog) override;
     void skinControl(HWND control) override;
     int showMessage(UINT flags, const std::string& text) override;
     HWND ownerWindow() const override { return m_hwndOwner; }
@@ -137,6 +138,7 @@ private:
     void runNewDatabase();
     void runOpenDatabase();
     void runExport();
+    void runDialog(const std::function<void(HWND owner)>& dialog);
     void saveDatabaseSettings();
     HWND dialogOwner() const;
     bool unwound() const;

@@ -111,14 +111,31 @@ void TesseraMain::runExport()
     if (!pane || !mayOpenDialog()) {
         return;
     }
-    if (const HWND list = pane->exportList()) {
+    {
         const ModalLoops::Scope modal(*m_modal);
         const ActivationScope scope(m_context);
-        exportListToText(*this, pane->exportBaseName(), list);
+        exportListToText(*this, *pane);
     }
     if (!m_terminating) {
         InvalidateRect(pane->window(), nullptr, TRUE);
     }
+}
+
+void TesseraMain::postDialog(std::function<void(HWND owner)> dialog)
+{
+    if (mayOpenDialog()) {
+        m_queue.post([main = shared_from_this(), dialog = std::move(dialog)] { main->runDialog(dialog); });
+    }
+}
+
+void TesseraMain::runDialog(const std::function<void(HWND owner)>& dialog)
+{
+    if (!mayOpenDialog()) {
+        return;
+    }
+    const ModalLoops::Scope modal(*m_modal);
+    const ActivationScope scope(m_context);
+    dialog(dialogOwner());
 }
 
 void TesseraMain::saveDatabaseSettings()

@@ -3,7 +3,6 @@
 #include "ui/AlbumList.h"
 
 #include "artwork/Covers.h"
-#include "base/Text.h"
 #include "ui/Commands.h"
 #include "windowing/Drawing.h"
 
@@ -16,23 +15,6 @@ namespace {
 
 constexpr DWORD kStyle = LVS_REPORT | LVS_OWNERDATA | LVS_SHOWSELALWAYS | LVS_SHAREIMAGELISTS |
                          LVS_AUTOARRANGE | WS_CLIPCHILDREN | WS_TABSTOP;
-
-// As much as the buffer takes, in whole characters.
-void copyText(const std::string& text, char* buffer, int size)
-{
-    if (!buffer || size <= 0)
-        return;
-    const auto room = static_cast<std::size_t>(size) - 1;
-    std::size_t length = std::min(text.size(), room);
-    if (length < text.size()) {
-        std::size_t end = 0;
-        while (end + characterLength(text, end) <= length)
-            end += characterLength(text, end);
-        length = end;
-    }
-    std::copy_n(text.data(), length, buffer);
-    buffer[length] = '\0';
-}
 
 } // namespace
 
@@ -86,14 +68,14 @@ Handled AlbumList::onDisplayInfo(NMLVDISPINFOA& info)
     const bool known = item.iItem >= 0 && static_cast<std::size_t>(item.iItem) < m_places.size();
     if (!known || m_commands.isBusy()) {
         if ((item.mask & LVIF_TEXT) != 0)
-            copyText({}, item.pszText, item.cchTextMax);
+            answerText(item, {});
         return 0;
     }
     Album& shown = album(item.iItem);
     if ((item.mask & LVIF_TEXT) != 0) {
         const auto column = static_cast<std::size_t>(std::max(item.iSubItem, 0));
         const bool hasText = !picturesShown() && column < kColumnCount;
-        copyText(hasText ? columnTexts(shown)[column] : std::string(), item.pszText, item.cchTextMax);
+        answerText(item, hasText ? columnTexts(shown)[column] : std::string());
     }
     if ((item.mask & LVIF_IMAGE) != 0 && item.iSubItem == 0)
         item.iImage = m_commands.covers().imageIndex(shown);

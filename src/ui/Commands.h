@@ -7,6 +7,7 @@
 #include "ui/Pane.h"
 
 #include <commctrl.h>
+#include <functional>
 #include <set>
 #include <span>
 #include <string>
@@ -91,6 +92,9 @@ public:
     // Height in pixels of the strip for the main pane.
     virtual int bandHeight() const = 0;
 
+    // Runs a dialog of a pane's when the message that asked for it is done with, or not at all when
+    // none may be opened then. The pane's window may be gone when the dialog's loop has ended.
+    virtual void postDialog(std::function<void(HWND owner)> dialog) = 0;
     // Lets the host skin a control of ours when its colours are in use.
     virtual void skinControl(HWND control) = 0;
     // The one message box; answers the button pressed.

@@ -3,6 +3,7 @@
 #include "base/Errors.h"
 #include "ui/Commands.h"
 #include "windowing/Drawing.h"
+#include "windowing/ListView.h"
 
 #include <algorithm>
 #include <array>
@@ -57,6 +58,11 @@ void ContentPane::settingsChanged()
 {
     layoutContent(contentRect());
     InvalidateRect(handle(), nullptr, FALSE);
+}
+
+std::string ContentPane::exportText(int item, int column) const
+{
+    return ListView(exportList()).text(item, column);
 }
 
 void ContentPane::setStatus(const std::string& status)

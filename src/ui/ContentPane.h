@@ -22,6 +22,7 @@ public:
     void clearRecords() override {}
     void setView(ListStyle) override {}
     void trackCursor(POINT, bool) override {}
+    std::string exportText(int item, int column) const override;
 
 protected:
     ContentPane(int id, const char* unit, const std::string& title, Commands& commands);

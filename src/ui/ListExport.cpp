@@ -3,6 +3,7 @@
 #include "base/Clock.h"
 #include "base/Text.h"
 #include "ui/Commands.h"
+#include "ui/Pane.h"
 #include "windowing/FileDialogs.h"
 #include "windowing/ListView.h"
 
@@ -63,31 +64,36 @@ void report(Commands& commands, const std::string& path, const ExportResult& res
 
 } // namespace
 
-std::string listText(HWND list, std::size_t& records)
+CellText shownTexts(HWND list)
 {
-    const ListView view(list);
-    const int columns = view.columnCount();
-    const int items = view.count();
-    std::string text;
-    for (int item = 0; item < items; ++item) {
-        std::string line;
-        for (int column = 0; column < columns; ++column)
-            line += view.text(item, column) + '\t';
-        text += trimRight(line);
-        text += '\n';
-    }
-    records = static_cast<std::size_t>(items);
-    return text;
+    return [view = ListView(list)](int item, int column) { return view.text(item, column); };
 }
 
-ExportResult exportList(HWND list, const std::string& path, FileSystem& files)
+std::string listText(HWND list, const CellText& text, std::size_t& records)
+{
+    const ListView view(list);
+    const std::vector<int> columns = view.columnOrder();
+    const int items = view.count();
+    std::string all;
+    for (int item = 0; item < items; ++item) {
+        std::string line;
+        for (const int column : columns)
+            line += text(item, column) + '\t';
+        all += trimRight(line);
+        all += '\n';
+    }
+    records = static_cast<std::size_t>(items);
+    return all;
+}
+
+ExportResult exportList(HWND list, const CellText& text, const std::string& path, FileSystem& files)
 {
     ExportResult result;
-    const std::string text = listText(list, result.records);
+    const std::string content = listText(list, text, result.records);
     SetLastError(ERROR_SUCCESS);
     const auto file = files.create(path);
     const bool written =
-        file && file->write({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
+        file && file->write({reinterpret_cast<const std::uint8_t*>(content.data()), content.size()});
     if (!written) {
         const DWORD error = GetLastError();
         result.error = error != ERROR_SUCCESS ? error : ERROR_WRITE_FAULT;
@@ -95,9 +101,12 @@ ExportResult exportList(HWND list, const std::string& path, FileSystem& files)
     return result;
 }
 
-void exportListToText(Commands& commands, const char* baseName, HWND list)
+void exportListToText(Commands& commands, const Pane& pane)
 {
-    const auto path = askForFile(commands.ownerWindow(), baseName);
+    const HWND list = pane.exportList();
+    if (!list)
+        return;
+    const auto path = askForFile(commands.ownerWindow(), pane.exportBaseName());
     // The dialog runs a message loop: what was busy before or went away meanwhile is left alone.
     if (!path || !IsWindow(list) || commands.isBusy())
         return;
@@ -105,7 +114,8 @@ void exportListToText(Commands& commands, const char* baseName, HWND list)
     const std::uint32_t start = tickCount();
     const ExportResult result = [&] {
         const WaitCursor wait;
-        return exportList(list, *path, systemFiles());
+        const CellText text = [&](int item, int column) { return pane.exportText(item, column); };
+        return exportList(list, text, *path, systemFiles());
     }();
     const std::uint32_t elapsed = tickCount() - start;
     repaintCurrentPane(commands);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <windows.h>
 
 namespace tessera {
@@ -41,6 +42,7 @@ public:
     // The list that "Save" exports and the base name of its file; null when there is none.
     virtual HWND exportList() const { return nullptr; }
     virtual const char* exportBaseName() const { return ""; }
+    virtual std::string exportText(int, int) const { return {}; } // of an item in a column
     // Where the focus goes when the pane is entered by key.
     virtual HWND focusWindow() const { return window(); }
 };

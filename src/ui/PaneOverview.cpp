@@ -46,7 +46,7 @@ std::span<const MapEntry<PaneOverview>> PaneOverview::messageMap()
     using P = PaneOverview;
     static constexpr UINT kList = controlId::kOverviewList;
     static constexpr IdRange kFields{controlId::kSearchArtist, controlId::kSearchGenre};
-    static constexpr std::array<MapEntry<P>, 20> kMap{{
+    static constexpr std::array<MapEntry<P>, 21> kMap{{
         {WM_NOTIFY, &P::onNotify},
         {kList, LVN_ITEMCHANGED, &P::onSelectionChanged},
         {kList, LVN_ODSTATECHANGED, &P::onSelectionChanged},
@@ -58,6 +58,7 @@ std::span<const MapEntry<PaneOverview>> PaneOverview::messageMap()
         {albumCommand::kFind, &P::onFind},
         {albumCommand::kClearSearch, &P::onClearSearch},
         {albumCommand::kEnterList, &P::onEnterList},
+        {albumCommand::kSelectCriteria, &P::onSelectCriteria},
         {IdRange{albumCommand::kSortFirst, albumCommand::kSortLast}, &P::onSort},
         {IdRange{albumCommand::kAppend, albumCommand::kPlay}, &P::onPlay},
         {albumCommand::kGoToDirectory, &P::onGoToDirectory},
@@ -83,7 +84,7 @@ bool PaneOverview::createPane(HWND parent)
     if (!m_plvwDetails.initAlbumList(handle(), controlId::kOverviewList, style))
         assertionFailed("m_plvwDetails->GetSafeHwnd()", kUnit, __LINE__);
     m_plvwDetails.setSort(m_view.sortColumn, m_view.ascending);
-    m_keys[kSwitches + 1].attachTo(m_plvwDetails.handle(), false);
+    m_keys[kSwitches + 1].attachTo(m_plvwDetails.handle(), searchKeys());
     commands().skinControl(m_plvwDetails.handle());
     commands().covers().addListener(*this);
     reload();

@@ -4,9 +4,9 @@
 #include "settings/ViewState.h"
 #include "ui/AlbumBalloon.h"
 #include "ui/AlbumList.h"
+#include "ui/CommandKeys.h"
 #include "ui/ContentPane.h"
 #include "ui/LibrarySummary.h"
-#include "ui/SearchKeys.h"
 #include "windowing/Menu.h"
 
 #include <array>
@@ -42,6 +42,7 @@ private:
     static constexpr std::size_t kSwitches = 3;
 
     // search box
+    static std::span<const CommandKeys::Key> searchKeys(); // outside the box
     void createSearchBox();
     void layoutSearchBox(const RECT& strip);
     int searchBoxHeight() const;
@@ -54,6 +55,7 @@ private:
     void onFind(const Command& command);
     void onClearSearch(const Command& command);
     void onEnterList(const Command& command);
+    void onSelectCriteria(const Command& command);
 
     // list
     Handled onNotify(const Message& message);
@@ -85,7 +87,7 @@ private:
     Static m_lblCriteria;
     Edit m_pedtCriteria;
     std::array<Button, kSwitches> m_chkFields;
-    std::array<SearchKeys, kSwitches + 2> m_keys;
+    std::array<CommandKeys, kSwitches + 2> m_keys;
     BrushHandle m_brushFace;
     COLORREF m_face = CLR_INVALID; // of the brush
     LibrarySummary m_summary;

@@ -1,6 +1,6 @@
 // What can be done with the albums of the overview.
 
-#include "base/Errors.h"
+#include "ui/AlbumMenu.h"
 #include "ui/Commands.h"
 #include "ui/PaneOverview.h"
 #include "ui/SortMenu.h"
@@ -15,32 +15,16 @@ namespace {
 constexpr UINT kPlayedMessage = WM_APP + 1;
 constexpr int kLargestFixedSize = 5; // index of the size combo; behind it comes the custom size
 
-std::string forMenu(const std::string& text)
-{
-    std::string shown;
-    for (const char each : text)
-        shown.append(each == '&' ? 2 : 1, each);
-    return shown;
-}
-
 } // namespace
 
 Menu PaneOverview::contextMenu() const
 {
-    Menu mnu = Menu::popup();
-    if (!mnu) {
-        assertionFailed("mnu.CreatePopupMenu()", "PaneOverview", __LINE__);
+    const std::vector<Album*> albums = m_plvwDetails.selectedAlbums();
+    Menu mnu = beginAlbumMenu(albums, "PaneOverview");
+    if (!mnu)
         return mnu;
-    }
-    const bool one = m_plvwDetails.selectedCount() == 1;
-    const std::string name =
-        one ? forMenu(m_plvwDetails.album(m_plvwDetails.selectedItem()).displayTitle) : "All";
-    mnu.add(albumCommand::kPlay, "Play: " + name);
-    mnu.add(albumCommand::kAppend, "Append To Playlist: " + name);
     addSortMenu(mnu.get(), m_plvwDetails.handle(), albumCommand::kSortFirst, m_plvwDetails.sortColumn());
-    mnu.addSeparator();
-    mnu.add(albumCommand::kGoToDirectory, "Go To Directory",
-            m_plvwDetails.selectedCount() <= 1 ? MF_ENABLED : MF_GRAYED);
+    addFolderEntry(mnu, albums.size());
     return mnu;
 }
 
@@ -49,16 +33,8 @@ Handled PaneOverview::onRightClick(NMHDR&)
     m_balloon.hide();
     if (commands().isBusy() || m_plvwDetails.selectedCount() == 0)
         return 1;
-    const Menu mnu = contextMenu();
-    if (!mnu)
-        return 1;
-    POINT cursor{};
-    GetCursorPos(&cursor);
-    const HWND self = handle();
-    // The pane may be gone when the menu is closed.
-    if (const UINT command = mnu.track(self, cursor, TPM_LEFTALIGN | TPM_TOPALIGN | TPM_RIGHTBUTTON);
-        command != 0 && IsWindow(self))
-        SendMessageA(self, WM_COMMAND, command, 0);
+    if (const Menu mnu = contextMenu())
+        runAlbumMenu(handle(), mnu);
     return 1;
 }
 

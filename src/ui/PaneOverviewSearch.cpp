@@ -30,7 +30,20 @@ constexpr struct {
                {"Album", &OverviewSettings::searchAlbum},
                {"Genre", &OverviewSettings::searchGenre}};
 
+constexpr CommandKeys::Key kBoxKeys[] = {
+    {'F', CommandKeys::kControl, albumCommand::kFind},
+    {VK_ESCAPE, CommandKeys::kNone, albumCommand::kClearSearch},
+    {'A', CommandKeys::kControl, albumCommand::kSelectCriteria},
+    {VK_DOWN, CommandKeys::kNone, albumCommand::kEnterList},
+    {VK_RETURN, CommandKeys::kNone, albumCommand::kEnterList},
+};
+
 } // namespace
+
+std::span<const CommandKeys::Key> PaneOverview::searchKeys()
+{
+    return std::span(kBoxKeys).first(2);
+}
 
 void PaneOverview::createSearchBox()
 {
@@ -39,11 +52,11 @@ void PaneOverview::createSearchBox()
     if (!m_pedtCriteria.create(handle(), controlId::kCriteria, nowhere))
         assertionFailed("m_pedtCriteria->GetSafeHwnd()", "PaneOverview", __LINE__);
     m_pedtCriteria.setLimit(kLongestCriteria);
-    m_keys[kSwitches].attachTo(m_pedtCriteria.handle(), true);
+    m_keys[kSwitches].attachTo(m_pedtCriteria.handle(), kBoxKeys);
     for (std::size_t i = 0; i < kSwitches; ++i) {
         m_chkFields[i].create(handle(), controlId::kSearchArtist + static_cast<UINT>(i), nowhere,
                               kFields[i].text, BS_AUTOCHECKBOX);
-        m_keys[i].attachTo(m_chkFields[i].handle(), false);
+        m_keys[i].attachTo(m_chkFields[i].handle(), searchKeys());
     }
     m_pedtCriteria.setText(commands().overview().searchCriteria);
     showSwitches();
@@ -158,6 +171,11 @@ void PaneOverview::onEnterList(const Command&)
 {
     m_plvwDetails.focusFirst();
     SetFocus(m_plvwDetails.handle());
+}
+
+void PaneOverview::onSelectCriteria(const Command&)
+{
+    m_pedtCriteria.select(0, -1);
 }
 
 // Label and check boxes stand on the strip.

@@ -1,6 +1,9 @@
 #include "windowing/ListView.h"
 
+#include "base/Text.h"
 #include "windowing/Drawing.h"
+
+#include <algorithm>
 
 namespace tessera {
 namespace {
@@ -33,6 +36,13 @@ int ListView::addColumn(const std::string& title, int width, int format) const
 int ListView::columnCount() const
 {
     return header() ? static_cast<int>(SendMessageA(header(), HDM_GETITEMCOUNT, 0, 0)) : 0;
+}
+
+std::vector<int> ListView::columnOrder() const
+{
+    std::vector<int> order(static_cast<std::size_t>(columnCount()));
+    send(LVM_GETCOLUMNORDERARRAY, order.size(), reinterpret_cast<LPARAM>(order.data()));
+    return order;
 }
 
 void ListView::setColumnWidth(int column, int width) const
@@ -144,6 +154,24 @@ void ListView::setColours(COLORREF background, COLORREF text) const
     send(LVM_SETBKCOLOR, 0, static_cast<LPARAM>(background));
     send(LVM_SETTEXTBKCOLOR, 0, static_cast<LPARAM>(background));
     send(LVM_SETTEXTCOLOR, 0, static_cast<LPARAM>(text));
+}
+
+void answerText(const LVITEMA& item, const std::string& text)
+{
+    if (!item.pszText || item.cchTextMax <= 0) {
+        return;
+    }
+    const auto room = static_cast<std::size_t>(item.cchTextMax) - 1;
+    std::size_t length = std::min(text.size(), room);
+    if (length < text.size()) {
+        std::size_t end = 0;
+        while (end + characterLength(text, end) <= length) {
+            end += characterLength(text, end);
+        }
+        length = end;
+    }
+    std::copy_n(text.data(), length, item.pszText);
+    item.pszText[length] = '\0';
 }
 
 } // namespace tessera

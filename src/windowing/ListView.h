@@ -22,6 +22,7 @@ public:
     // Behind the columns that are there; answers its index. Format: LVCFMT_*.
     int addColumn(const std::string& title, int width, int format = LVCFMT_LEFT) const;
     int columnCount() const;
+    std::vector<int> columnOrder() const; // as the header shows them
     int columnWidth(int column) const
     {
         return static_cast<int>(send(LVM_GETCOLUMNWIDTH, static_cast<WPARAM>(column)));
@@ -57,5 +58,8 @@ public:
     }
     void setColours(COLORREF background, COLORREF text) const;
 };
+
+// The text that a virtual list asks for: as much as its buffer takes, in whole characters.
+void answerText(const LVITEMA& item, const std::string& text);
 
 } // namespace tessera

@@ -9,17 +9,37 @@ bool TreeView::create(HWND parent, UINT id, const RECT& place, DWORD style, DWOR
     return createControl(WC_TREEVIEWA, parent, id, place, style | WS_TABSTOP, extended);
 }
 
-HTREEITEM TreeView::add(HTREEITEM parent, const std::string& text, int image, LPARAM data) const
+namespace {
+
+TVITEMA described(const std::string& text, int image, LPARAM data)
+{
+    TVITEMA item{};
+    item.mask = TVIF_TEXT | TVIF_PARAM | (image >= 0 ? TVIF_IMAGE | TVIF_SELECTEDIMAGE : 0);
+    item.pszText = const_cast<char*>(text.c_str());
+    item.iImage = image;
+    item.iSelectedImage = image;
+    item.lParam = data;
+    return item;
+}
+
+} // namespace
+
+HTREEITEM TreeView::add(HTREEITEM parent, const std::string& text, int image, LPARAM data,
+                        HTREEITEM behind) const
 {
     TVINSERTSTRUCTA insert{};
     insert.hParent = parent;
-    insert.hInsertAfter = TVI_LAST;
-    insert.item.mask = TVIF_TEXT | TVIF_PARAM | (image >= 0 ? TVIF_IMAGE | TVIF_SELECTEDIMAGE : 0);
-    insert.item.pszText = const_cast<char*>(text.c_str());
-    insert.item.iImage = image;
-    insert.item.iSelectedImage = image;
-    insert.item.lParam = data;
+    insert.hInsertAfter = behind;
+    insert.item = described(text, image, data);
     return reinterpret_cast<HTREEITEM>(send(TVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&insert)));
+}
+
+void TreeView::set(HTREEITEM treeItem, const std::string& text, int image, LPARAM data) const
+{
+    TVITEMA item = described(text, image, data);
+    item.mask |= TVIF_HANDLE;
+    item.hItem = treeItem;
+    send(TVM_SETITEMA, 0, reinterpret_cast<LPARAM>(&item));
 }
 
 std::string TreeView::text(HTREEITEM treeItem) const
@@ -51,6 +71,15 @@ LPARAM TreeView::data(HTREEITEM treeItem) const
     return item.lParam;
 }
 
+void TreeView::setData(HTREEITEM treeItem, LPARAM data) const
+{
+    TVITEMA item{};
+    item.mask = TVIF_PARAM;
+    item.hItem = treeItem;
+    item.lParam = data;
+    send(TVM_SETITEMA, 0, reinterpret_cast<LPARAM>(&item));
+}
+
 void TreeView::clear() const
 {
     const RedrawOff quiet(m_handle);
@@ -59,6 +88,27 @@ void TreeView::clear() const
         expand(item, TVE_COLLAPSE);
     }
     send(TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(TVI_ROOT));
+}
+
+namespace {
+
+bool isHidden(HWND window)
+{
+    return (GetWindowLongA(window, GWL_STYLE) & WS_VISIBLE) == 0;
+}
+
+} // namespace
+
+TreeUpdate::TreeUpdate(const TreeView& tree) : m_tree(tree), m_hidden(isHidden(tree.handle()))
+{
+    m_tree.send(WM_SETREDRAW, FALSE);
+}
+
+TreeUpdate::~TreeUpdate()
+{
+    m_tree.send(WM_SETREDRAW, TRUE);
+    if (m_hidden && !isHidden(m_tree.handle()))
+        m_tree.show(false);
 }
 
 void TreeView::setColours(COLORREF background, COLORREF text) const

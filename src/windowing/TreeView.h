@@ -11,11 +11,15 @@ public:
 
     bool create(HWND parent, UINT id, const RECT& place, DWORD style = kTree,
                 DWORD extended = WS_EX_CLIENTEDGE);
-    HTREEITEM add(HTREEITEM parent, const std::string& text, int image = -1,
-                  LPARAM data = 0) const; // last child
+    // The last child, or behind another child (TVI_FIRST: in front). Null when refused.
+    HTREEITEM add(HTREEITEM parent, const std::string& text, int image = -1, LPARAM data = 0,
+                  HTREEITEM behind = TVI_LAST) const;
+    void remove(HTREEITEM item) const { send(TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(item)); }
+    void set(HTREEITEM item, const std::string& text, int image, LPARAM data) const;
     std::string text(HTREEITEM item) const;
     void setText(HTREEITEM item, const std::string& text) const;
     LPARAM data(HTREEITEM item) const;
+    void setData(HTREEITEM item, LPARAM data) const;
     HTREEITEM selection() const { return reinterpret_cast<HTREEITEM>(send(TVM_GETNEXTITEM, TVGN_CARET)); }
     void select(HTREEITEM item) const { send(TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(item)); }
     HTREEITEM root() const { return reinterpret_cast<HTREEITEM>(send(TVM_GETNEXTITEM, TVGN_ROOT)); }
@@ -32,6 +36,18 @@ public:
         return reinterpret_cast<HTREEITEM>(
             send(TVM_GETNEXTITEM, TVGN_PARENT, reinterpret_cast<LPARAM>(item)));
     }
+    HTREEITEM top() const // the first line that is in view
+    {
+        return reinterpret_cast<HTREEITEM>(send(TVM_GETNEXTITEM, TVGN_FIRSTVISIBLE));
+    }
+    void scrollToTop(HTREEITEM item) const
+    {
+        send(TVM_SELECTITEM, TVGN_FIRSTVISIBLE, reinterpret_cast<LPARAM>(item));
+    }
+    bool expanded(HTREEITEM item) const
+    {
+        return (send(TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(item), TVIS_EXPANDED) & TVIS_EXPANDED) != 0;
+    }
     void expand(HTREEITEM item, UINT action = TVE_EXPAND) const
     {
         send(TVM_EXPAND, action, reinterpret_cast<LPARAM>(item));
@@ -44,6 +60,20 @@ public:
         send(TVM_SETIMAGELIST, TVSIL_NORMAL, reinterpret_cast<LPARAM>(list));
     }
     void setColours(COLORREF background, COLORREF text) const;
+};
+
+// Many changes at once: the tree works out what is in view, and paints it, when they are over. A
+// hidden tree stays hidden.
+class TreeUpdate {
+public:
+    explicit TreeUpdate(const TreeView& tree);
+    ~TreeUpdate();
+    TreeUpdate(const TreeUpdate&) = delete;
+    TreeUpdate& operator=(const TreeUpdate&) = delete;
+
+private:
+    const TreeView& m_tree;
+    bool m_hidden;
 };
 
 } // namespace tessera

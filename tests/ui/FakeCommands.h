@@ -85,6 +85,7 @@ public:
     COLORREF frameFace() override { return face; }
     HIMAGELIST smallIcons() const override { return icons; }
     int bandHeight() const override { return 32; }
+    void postDialog(std::function<void(HWND owner)> dialog) override { dialogs.push_back(std::move(dialog)); }
     void skinControl(HWND control) override { skinned.push_back(control); }
     int showMessage(UINT flags, const std::string& text) override;
     HWND ownerWindow() const override { return owner; }
@@ -103,6 +104,7 @@ public:
     std::vector<std::string> calls;
     std::vector<std::string> messages;
     std::vector<HWND> skinned;
+    std::vector<std::function<void(HWND owner)>> dialogs; // that wait to be run
     std::vector<bool> cursorMoved;
     std::vector<Album*> marked;
     std::set<std::string> names;

@@ -9,6 +9,26 @@
 namespace tessera {
 namespace {
 
+// A pane with nothing but a list.
+class ListPane final : public Pane {
+public:
+    explicit ListPane(const ListView& list) : m_list(list) {}
+    int id() const override { return paneId::kLog; }
+    HWND window() const override { return nullptr; }
+    void settingsChanged() override {}
+    void storeState() override {}
+    void reload() override {}
+    void clearRecords() override {}
+    void setView(ListStyle) override {}
+    void trackCursor(POINT, bool) override {}
+    HWND exportList() const override { return m_list.handle(); }
+    const char* exportBaseName() const override { return "TesseraLog"; }
+    std::string exportText(int item, int column) const override { return m_list.text(item, column); }
+
+private:
+    const ListView& m_list;
+};
+
 class ListExportTest : public testing::Test {
 protected:
     ListExportTest()
@@ -41,6 +61,7 @@ protected:
     FakeCommands m_commands;
     HWND m_hParent = nullptr;
     ListView m_list;
+    ListPane m_pane{m_list};
     std::string m_path;
 };
 
@@ -51,7 +72,8 @@ TEST_F(ListExportTest, LinesEndWithALineFeedAndTrailingWhiteSpaceGoes)
     m_list.addRow({"", "", ""});
     m_list.addRow({"", "middle", ""});
     m_list.addRow({"caf\xe9", std::string(1000, 'x'), "\r\n"});
-    const ExportResult result = exportList(m_list.handle(), m_path, systemFiles());
+    const ExportResult result =
+        exportList(m_list.handle(), shownTexts(m_list.handle()), m_path, systemFiles());
     EXPECT_EQ(result.error, static_cast<DWORD>(ERROR_SUCCESS));
     EXPECT_EQ(result.records, 5u);
     EXPECT_EQ(content(),
@@ -61,17 +83,19 @@ TEST_F(ListExportTest, LinesEndWithALineFeedAndTrailingWhiteSpaceGoes)
 TEST_F(ListExportTest, EmptyListWritesAnEmptyFileOverWhatWasThere)
 {
     m_list.addRow({"old", "", ""});
-    exportList(m_list.handle(), m_path, systemFiles());
+    exportList(m_list.handle(), shownTexts(m_list.handle()), m_path, systemFiles());
     m_list.clear();
-    EXPECT_EQ(exportList(m_list.handle(), m_path, systemFiles()).records, 0u);
+    EXPECT_EQ(exportList(m_list.handle(), shownTexts(m_list.handle()), m_path, systemFiles()).records, 0u);
     EXPECT_EQ(content(), "");
 }
 
 TEST_F(ListExportTest, RefusalCarriesTheSystemsReason)
 {
     m_list.addRow({"x", "y", "z"});
-    EXPECT_NE(exportList(m_list.handle(), "C:\\no such folder\\x.txt", systemFiles()).error,
-              static_cast<DWORD>(ERROR_SUCCESS));
+    EXPECT_NE(
+        exportList(m_list.handle(), shownTexts(m_list.handle()), "C:\\no such folder\\x.txt", systemFiles())
+            .error,
+        static_cast<DWORD>(ERROR_SUCCESS));
     EXPECT_EQ(m_list.count(), 1);
 }
 
@@ -96,7 +120,7 @@ TEST_F(ListExportTest, DialogAsksAndTheMessageReports)
     m_list.addRow({"two", "", ""});
     ShowWindow(m_hParent, SW_SHOW);
     answerDialog(m_path);
-    exportListToText(m_commands, "TesseraLog", m_list.handle());
+    exportListToText(m_commands, m_pane);
     EXPECT_EQ(content(), "one\ntwo\n");
     ASSERT_EQ(m_commands.messages.size(), 1u);
     const std::string& text = m_commands.messages[0];
@@ -104,7 +128,7 @@ TEST_F(ListExportTest, DialogAsksAndTheMessageReports)
     EXPECT_TRUE(text.ends_with(" seconds.")) << text;
 
     answerDialog("");
-    exportListToText(m_commands, "TesseraLog", m_list.handle());
+    exportListToText(m_commands, m_pane);
     EXPECT_EQ(m_commands.messages.size(), 1u) << "cancelled: nothing said";
 }
 

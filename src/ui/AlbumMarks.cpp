@@ -1,0 +1,74 @@
+#include "ui/AlbumMarks.h"
+
+#include "ui/ids.h"
+
+namespace tessera {
+
+namespace {
+
+constexpr std::size_t kMostChanges = 50;
+
+} // namespace
+
+Marks markedBy(UINT command, Marks marks, std::int32_t date)
+{
+    switch (command) {
+    case albumCommand::kNewToday:
+    case albumCommand::kNewDate:
+        marks.isNew = true;
+        marks.newDate = date;
+        break;
+    case albumCommand::kNotNew:
+        marks.isNew = false;
+        break;
+    case albumCommand::kFavourite:
+    case albumCommand::kNoFavourite:
+        marks.favourite = command == albumCommand::kFavourite;
+        break;
+    default:
+        marks.rank = static_cast<std::int32_t>(command) - albumCommand::kRankNone;
+        break;
+    }
+    return marks;
+}
+
+bool movesAlbums(UINT command)
+{
+    return command < albumCommand::kRankNone || command > albumCommand::kRankLast;
+}
+
+std::int32_t today()
+{
+    SYSTEMTIME now{};
+    GetSystemTime(&now);
+    return now.wYear * 10000 + now.wMonth * 100 + now.wDay;
+}
+
+void MarkHistory::remember(std::span<Album* const> albums)
+{
+    if (m_changes.size() == kMostChanges)
+        m_changes.erase(m_changes.begin());
+    Change change;
+    change.reserve(albums.size());
+    for (const Album* const album : albums)
+        change.emplace_back(album->id, marksOf(*album));
+    m_changes.push_back(std::move(change));
+}
+
+std::vector<Album*> MarkHistory::takeBack(const Library& library)
+{
+    std::vector<Album*> albums;
+    if (m_changes.empty())
+        return albums;
+    for (const auto& [id, marks] : m_changes.back()) {
+        const auto found = library.albums.find(id);
+        if (found == library.albums.end())
+            continue;
+        setMarks(*found->second, marks);
+        albums.push_back(found->second.get());
+    }
+    m_changes.pop_back();
+    return albums;
+}
+
+} // namespace tessera

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "library/Marks.h"
+
+#include <span>
+#include <utility>
+#include <vector>
+#include <windows.h>
+
+namespace tessera {
+
+// What one of the mark commands (albumCommand::kNewToday to kNoFavourite) makes of an album's
+// marks; `date` is YYYYMMDD, for the commands that need one.
+Marks markedBy(UINT command, Marks marks, std::int32_t date);
+// Whether it changes which albums are new or favourites.
+bool movesAlbums(UINT command);
+// By the system's clock, in UTC.
+std::int32_t today();
+
+// The changes of marks that can be taken back, the last one first.
+class MarkHistory {
+public:
+    // Before the albums are changed.
+    void remember(std::span<Album* const> albums);
+    bool empty() const { return m_changes.empty(); }
+    // Sets the marks as they were before the last change, in memory; answers whose they are.
+    std::vector<Album*> takeBack(const Library& library);
+    void clear() { m_changes.clear(); }
+
+private:
+    using Change = std::vector<std::pair<std::int32_t, Marks>>; // by album id
+    std::vector<Change> m_changes;
+};
+
+} // namespace tessera

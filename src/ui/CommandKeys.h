@@ -1,0 +1,32 @@
+#pragma once
+
+#include "windowing/Window.h"
+
+#include <span>
+
+namespace tessera {
+
+// Keys of a control that mean commands of its parent's: sent as accelerators are, with code 1.
+class CommandKeys final : public Mapped<CommandKeys, Subclass> {
+public:
+    enum Modifiers : unsigned { kNone = 0, kControl = 1, kShift = 2 };
+    struct Key {
+        WPARAM key;
+        unsigned modifiers;
+        UINT command;
+    };
+
+    static std::span<const MapEntry<CommandKeys>> messageMap();
+
+    // The table outlives the control.
+    bool attachTo(HWND control, std::span<const Key> keys);
+
+private:
+    Handled onKeyDown(const Message& message);
+    Handled onCharacter(const Message& message);
+
+    std::span<const Key> m_keys;
+    bool m_taken = false; // the character of the last key belongs to a command
+};
+
+} // namespace tessera
