@@ -2,9 +2,9 @@
 
 #include "artwork/Artwork.h"
 
+#include "artwork/DefaultCover.h"
 #include "base/Errors.h"
 #include "system/Border.h"
-#include "system/Module.h"
 
 #include <algorithm>
 #include <array>
@@ -21,22 +21,6 @@ constexpr SIZE kSmallSize{16, 16};
 LONG usableSide(std::int32_t side, std::int32_t fallback)
 {
     return std::min(side > 0 ? side : fallback, kLargestSide);
-}
-
-ByteView resourceBytes(const char* name, const char* type)
-{
-    const HRSRC hRes = FindResourceA(moduleInstance(), name, type);
-    TESSERA_ASSERT(hRes, kUnit);
-    if (!hRes) {
-        return {};
-    }
-    const HGLOBAL hResource = LoadResource(moduleInstance(), hRes);
-    TESSERA_ASSERT(hResource, kUnit);
-    const void* const bytes = hResource ? LockResource(hResource) : nullptr;
-    if (!bytes) {
-        return {};
-    }
-    return {static_cast<const std::uint8_t*>(bytes), SizeofResource(moduleInstance(), hRes)};
 }
 
 } // namespace
@@ -136,17 +120,9 @@ std::optional<SIZE> Artwork::balloonSize() const
 void Artwork::loadDefaultImage()
 {
     quietBorder(false, [this] {
-        std::optional<Picture> picture = readCoverFile(m_parts.settings.defaultImage);
-        if (!picture) {
-            picture = builtInPicture();
-        }
+        const std::optional<Picture> picture = defaultCover(m_parts.settings.defaultImage);
         return picture && m_lists.put(0, fitCover(*picture, *m_grounds));
     });
-}
-
-std::optional<Picture> Artwork::builtInPicture() const
-{
-    return readCoverBytes(resourceBytes("LISTVIEW_BACKGROUND", "IMAGES"));
 }
 
 void Artwork::forgetIndices()

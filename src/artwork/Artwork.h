@@ -75,7 +75,6 @@ private:
     CoverGrounds makeGrounds() const;
     std::optional<SIZE> balloonSize() const;
     void loadDefaultImage();
-    std::optional<Picture> builtInPicture() const;
     void forgetIndices();
 
     int loadNow(Album& album);

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "ports/Host.h"
+#include "ui/DetailsList.h"
+#include "ui/TrackLine.h"
+
+#include <map>
+
+namespace tessera {
+
+// The host's current playlist; its rows are read when they are shown. A double click or Enter on an
+// entry goes on playing there.
+class PlayingNowList final : public DetailsList {
+public:
+    explicit PlayingNowList(Commands& commands) : DetailsList(commands) {}
+
+    bool createPlayingNow(HWND parent);
+    // What becomes visible is up to date.
+    void show(bool visible) override;
+    // From time to time: follows the host while the list is visible. Only what changed is painted.
+    void tick() { follow(); }
+    // At once, after the playlist was changed.
+    void refresh() { follow(); }
+    int playingRow() const { return m_playing; } // -1: none
+    // The host's object of the selected entry; null: none is selected, or the host may not be called.
+    HostFilePtr selectedFile();
+
+private:
+    using Lines = std::map<int, TrackLine>;
+    struct Playlist {
+        int count = 0;
+        int position = -1;
+        Lines lines; // of the rows in view
+    };
+
+    std::string cellText(int row, int column) override;
+    int rowImage(int row) const override;
+    bool isMarked(int row) const override { return row == m_playing; }
+    void expectRows(int first, int last) override;
+    void activate(int row) override;
+
+    void follow();
+    Playlist readPlaylist(Host& host) const;
+    void take(Playlist&& playlist);
+    void takePosition(int position);
+
+    int m_playing = -1;
+    bool m_missed = false; // rows were asked for while the host could not be called
+    Lines m_lines;
+};
+
+} // namespace tessera

@@ -1,0 +1,60 @@
+#include "ui/PropertyList.h"
+
+#include <utility>
+
+namespace tessera {
+
+bool PropertyList::createPropertyList(HWND parent, UINT id)
+{
+    static constexpr Column kColumns[] = {{"Name", 110}, {"Value", 0}};
+    return createList(parent, id, kColumns);
+}
+
+void PropertyList::setProperties(int rows, Source source)
+{
+    m_source = std::move(source);
+    refresh();
+    if (rows != count())
+        resetRows(rows);
+}
+
+void PropertyList::refresh()
+{
+    ++m_generation;
+    m_rows.reset();
+    redrawAll();
+}
+
+void PropertyList::tick()
+{
+    if (isShown() && std::exchange(m_missed, false))
+        redrawAll();
+}
+
+// The source may let messages through, and one of them another source in.
+bool PropertyList::fetch()
+{
+    if (m_rows)
+        return true;
+    if (!m_source || m_fetching)
+        return false;
+    const Source source = m_source;
+    const unsigned generation = m_generation;
+    m_fetching = true;
+    std::optional<Rows> rows = source();
+    m_fetching = false;
+    m_missed = !rows || generation != m_generation;
+    if (!m_missed)
+        m_rows = std::move(rows);
+    return !m_missed;
+}
+
+std::string PropertyList::cellText(int row, int column)
+{
+    if (!fetch() || static_cast<std::size_t>(row) >= m_rows->size())
+        return {};
+    const auto& [name, value] = (*m_rows)[static_cast<std::size_t>(row)];
+    return column == 0 ? name : value;
+}
+
+} // namespace tessera
