@@ -209,9 +209,13 @@ Handled MonthCalendar::onSetFont(const Message& message)
     m_hFont = reinterpret_cast<HFONT>(message.wParam);
     LOGFONTA bold{};
     m_fntBold.reset();
+    m_fntLink.reset();
     if (GetObjectA(m_hFont, sizeof bold, &bold) != 0) {
+        LOGFONTA link = bold;
         bold.lfWeight = FW_BOLD;
+        link.lfUnderline = TRUE;
         m_fntBold = makeFont(bold);
+        m_fntLink = makeFont(link);
     }
     InvalidateRect(handle(), nullptr, FALSE);
     return 0;

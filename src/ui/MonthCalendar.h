@@ -102,7 +102,8 @@ private:
     int m_rows = 1;
     int m_columns = 1;
     HFONT m_hFont = nullptr; // of whoever sent it
-    FontHandle m_fntBold;
+    FontHandle m_fntBold;    // of titles
+    FontHandle m_fntLink;    // of the line with today's date under the pointer
     Target m_hot;
     Part m_pressed = Part::None; // an arrow that is held down
 };

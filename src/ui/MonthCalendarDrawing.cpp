@@ -132,12 +132,9 @@ void MonthCalendar::drawFooter(HDC dc) const
     RECT text = todayRect();
     text.left = markerRect().right + scaled(kMarkerGap, dc);
     SetTextColor(dc, accent());
+    const bool hot = m_hot.part == Part::Today && m_fntLink;
+    const SelectScope font(dc, hot ? m_fntLink.get() : GetCurrentObject(dc, OBJ_FONT));
     drawLine(dc, todayText(), text, DT_LEFT | DT_VCENTER);
-    if (m_hot.part == Part::Today) {
-        const SIZE size = textSize(dc, todayText());
-        const LONG bottom = (text.top + text.bottom + size.cy) / 2 - 1;
-        fillRect(dc, {text.left, bottom, std::min(text.left + size.cx, text.right), bottom + 1}, accent());
-    }
 }
 
 // As wide as the rings round days, a little lower than the line.
