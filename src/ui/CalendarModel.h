@@ -16,7 +16,7 @@ public:
     Day selected() const { return m_selected; }
     int months() const { return m_months; }
     Month shownMonth(int index) const { return m_first + std::chrono::months(index); }
-    // Does what the calendar shows include the day's month? Then its index, else -1.
+    // From 0; -1 when the month is not shown.
     int indexOf(Month month) const;
     bool canScroll(int months) const;
 
