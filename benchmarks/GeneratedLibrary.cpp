@@ -31,11 +31,8 @@ class NullFile : public OutputFile {
 public:
     bool write(ByteView) override { return true; }
     bool seek(std::uint32_t) override { return true; }
-    bool seekToEnd() override { return true; }
-    std::optional<std::vector<std::uint8_t>> readAt(std::uint32_t, std::uint32_t) override
-    {
-        return std::nullopt;
-    }
+    bool readAt(std::uint32_t, std::span<std::uint8_t>) override { return false; }
+    std::optional<std::uint64_t> size() override { return std::nullopt; }
     bool flush() override { return true; }
 };
 

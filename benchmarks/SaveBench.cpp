@@ -4,22 +4,6 @@
 
 namespace tessera::bench {
 
-namespace {
-
-struct Loaded {
-    explicit Loaded(const std::string& file)
-    {
-        JobContext context = surroundings.context(systemFiles());
-        require(database.read(file, host, context, [] {}), "the load failed");
-    }
-
-    Surroundings surroundings;
-    OneFileHost host;
-    Database database;
-};
-
-} // namespace
-
 Best benchSave(const std::string& file, const std::string& copy, int runs)
 {
     Loaded loaded(file);
@@ -79,8 +63,8 @@ Best benchUpdate(const std::string& file, int runs)
             const ByteView record = records[static_cast<std::size_t>(id - 1)];
             const auto position = static_cast<std::uint32_t>(record.data() - bytes->data());
             const auto out = systemFiles().openForUpdate(file);
-            const auto old = out->readAt(position, static_cast<std::uint32_t>(record.size()));
-            require(old && std::ranges::equal(*old, record), "the record is another");
+            std::vector<std::uint8_t> old(record.size());
+            require(out->readAt(position, old) && std::ranges::equal(old, record), "the record is another");
             require(out->seek(position) && out->write(record), "cannot write");
         }
         return millisecondsSince(start) * 1000 / kAlbums;

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -18,9 +19,11 @@ public:
     virtual ~OutputFile() = default;
     virtual bool write(ByteView bytes) = 0;
     virtual bool seek(std::uint32_t position) = 0;
-    virtual bool seekToEnd() = 0;
-    // Reads at a position without moving the write position (in-place updates compare first).
-    virtual std::optional<std::vector<std::uint8_t>> readAt(std::uint32_t position, std::uint32_t length) = 0;
+    // Fills the buffer from a position without moving the write position (in-place updates compare
+    // first); false, too, when the file does not reach so far.
+    virtual bool readAt(std::uint32_t position, std::span<std::uint8_t> buffer) = 0;
+    // In bytes; none when the system does not say.
+    virtual std::optional<std::uint64_t> size() = 0;
     // To the medium, not just to the system.
     virtual bool flush() = 0;
 };

@@ -69,25 +69,13 @@ public:
         return true;
     }
 
-    bool seekToEnd() override
+    bool readAt(std::uint32_t position, std::span<std::uint8_t> buffer) override
     {
-        const std::optional<std::uint64_t> size = m_file.size();
-        if (!size || *size > UINT32_MAX)
-            return false;
-        m_position = static_cast<std::uint32_t>(*size);
-        return true;
+        return ::pread(m_file.get(), buffer.data(), buffer.size(), position) ==
+               static_cast<ssize_t>(buffer.size());
     }
 
-    std::optional<std::vector<std::uint8_t>> readAt(std::uint32_t position, std::uint32_t length) override
-    {
-        const std::optional<std::uint64_t> size = m_file.size();
-        if (!size || position > *size || length > *size - position)
-            return std::nullopt;
-        std::vector<std::uint8_t> bytes(length);
-        if (::pread(m_file.get(), bytes.data(), length, position) != static_cast<ssize_t>(length))
-            return std::nullopt;
-        return bytes;
-    }
+    std::optional<std::uint64_t> size() override { return m_file.size(); }
 
     bool flush() override { return ::fsync(m_file.get()) == 0; }
 

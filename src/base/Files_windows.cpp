@@ -69,27 +69,15 @@ public:
         return true;
     }
 
-    bool seekToEnd() override
+    bool readAt(std::uint32_t position, std::span<std::uint8_t> buffer) override
     {
-        const std::optional<std::uint64_t> size = m_file.size();
-        if (!size || *size > MAXDWORD)
-            return false;
-        m_position = static_cast<std::uint32_t>(*size);
-        return true;
-    }
-
-    std::optional<std::vector<std::uint8_t>> readAt(std::uint32_t position, std::uint32_t length) override
-    {
-        const std::optional<std::uint64_t> size = m_file.size();
-        if (!size || position > *size || length > *size - position)
-            return std::nullopt;
-        std::vector<std::uint8_t> bytes(length);
         OVERLAPPED place = at(position);
         DWORD read = 0;
-        if (!ReadFile(m_file.get(), bytes.data(), length, &read, &place) || read != length)
-            return std::nullopt;
-        return bytes;
+        const auto length = static_cast<DWORD>(buffer.size());
+        return ReadFile(m_file.get(), buffer.data(), length, &read, &place) && read == length;
     }
+
+    std::optional<std::uint64_t> size() override { return m_file.size(); }
 
     bool flush() override { return FlushFileBuffers(m_file.get()) != FALSE; }
 

@@ -33,6 +33,12 @@ std::string previousName(const std::string& fileName, JobContext& context)
 
 } // namespace
 
+void Database::clear()
+{
+    m_unsaved.clear();
+    m_library.clear();
+}
+
 bool Database::write(const std::string& fileName, JobContext& context)
 {
     context.log.line("Writing Database");
@@ -67,6 +73,7 @@ bool Database::read(const std::string& fileName, Host& host, JobContext& context
         tell(context.prompt, failure);
         return false;
     }
+    m_fileSize = bytes->size();
     bytes.reset();
     if (afterLinks)
         afterLinks();

@@ -12,6 +12,7 @@
 #include <functional>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace tessera {
 
@@ -40,7 +41,7 @@ public:
     const Library& library() const { return m_library; }
     // Bit 0: the file has an image section. Outlives a read, as the next write's flags.
     std::uint32_t flags() const { return m_flags; }
-    void clear() { m_library.clear(); }
+    void clear();
 
     // Whole database to a file of this name, by way of a temporary file beside it; the previous
     // file stays as NAME.bak when it was a sound one. False when a message has said why not; the
@@ -55,10 +56,17 @@ public:
     bool read(const std::string& fileName, Host& host, JobContext& context,
               const std::function<void()>& afterLinks);
 
-    // Rewrites the settings of changed albums in place and rebuilds their column texts. When one of
-    // the records in the file is not the album's, a message says so and nothing is written.
-    void update(const std::string& fileName, std::span<Album* const> changed, FileSystem& files,
+    // Rewrites the records of changed albums, and of those that could not be written before, in place
+    // in the file that was read, and rebuilds their column texts. False when a message has said why
+    // not: they stay unsaved, and the next update writes them too. When the file or one of the
+    // records in it is another than was read, nothing is written.
+    bool update(const std::string& fileName, std::span<Album* const> changed, FileSystem& files,
                 Prompt& prompt);
+    // Albums whose changes are in memory only.
+    std::size_t unsavedAlbums() const { return m_unsaved.size(); }
+    // Before the library goes: tries once more to write what is unsaved. False when a message has
+    // said how many albums' changes are lost.
+    bool saveUnsaved(const std::string& fileName, FileSystem& files, Prompt& prompt);
 
     // From the host's library to a written file named `settings.lastUsed`. The library must be
     // empty. False when the build failed; the message has been shown. HostError, Cancelled and
@@ -66,8 +74,16 @@ public:
     bool build(Host& host, const DatabaseSettings& settings, const ArtworkPass& artwork, JobContext& context);
 
 private:
+    void addUnsaved(std::span<Album* const> changed);
+    const char* writeUnsaved(const std::string& fileName, FileSystem& files);
+
     Library m_library;
     std::uint32_t m_flags = 0;
+    std::uint64_t m_fileSize = 0;  // when it was read
+    std::vector<Album*> m_unsaved; // ascending ids, and so in the order of the file
 };
+
+// "The changes of 3 albums could not be saved and are lost!"
+std::string lostChangesText(std::size_t albums);
 
 } // namespace tessera

@@ -2,7 +2,7 @@
 
 #include "library/DatabaseWriter.h"
 
-#include <vector>
+#include <algorithm>
 
 namespace tessera {
 
@@ -11,39 +11,46 @@ namespace {
 // What an update may change; the other flags and all texts stay as they were read.
 constexpr std::uint32_t kSettingFlags = kAlbumNew | kAlbumFavourite | kAlbumCompilation;
 
+constexpr const char* kCouldNotOpen = "Could not open the database '%s'!";
+constexpr const char* kCouldNotRead = "Could not read the database '%s'!";
+constexpr const char* kCouldNotWrite = "Could not write the database '%s'!";
+constexpr const char* kChanged =
+    "The database '%s' has been changed by another program! Your changes were not written; open the "
+    "database again.";
+
 using Bytes = std::vector<std::uint8_t>;
 
-// A file in memory that takes one record.
-class RecordBytes : public OutputFile {
+// Makes the record of one album after the other, in the same memory.
+class RecordMaker : private OutputFile {
 public:
+    // Valid until the next one is made.
+    ByteView make(const Album& album)
+    {
+        m_bytes.clear();
+        writeAlbum(m_writer, album);
+        m_writer.flush();
+        return m_bytes;
+    }
+
+private:
     bool write(ByteView bytes) override
     {
         m_bytes.insert(m_bytes.end(), bytes.begin(), bytes.end());
         return true;
     }
     bool seek(std::uint32_t) override { return false; }
-    bool seekToEnd() override { return true; }
-    std::optional<Bytes> readAt(std::uint32_t, std::uint32_t) override { return std::nullopt; }
+    bool readAt(std::uint32_t, std::span<std::uint8_t>) override { return false; }
+    std::optional<std::uint64_t> size() override { return m_bytes.size(); }
     bool flush() override { return true; }
-    Bytes take() { return std::move(m_bytes); }
 
-private:
     Bytes m_bytes;
+    BufferedWriter m_writer{*this, 1024};
 };
 
-Bytes recordOf(const Album& album)
-{
-    RecordBytes file;
-    BufferedWriter writer(file, 1024);
-    writeAlbum(writer, album);
-    writer.flush();
-    return file.take();
-}
-
-std::uint32_t wordAt(const Bytes& bytes, std::size_t position)
+std::uint32_t wordAt(ByteView bytes, std::size_t position)
 {
     std::uint32_t word = 0;
-    ByteReader(ByteView(bytes).subspan(position)).take(word);
+    ByteReader(bytes.subspan(position)).take(word);
     return word;
 }
 
@@ -55,58 +62,104 @@ std::size_t rankPosition(const Album& album)
            4 * 4;
 }
 
-// True when the record in the file differs from the album's in settings only.
-bool isSameAlbum(const Album& album, const Bytes& record, const Bytes& found)
+// True when the record in the file, of the same length, differs from the album's in settings only.
+bool isSameAlbum(const Album& album, ByteView record, ByteView found)
 {
-    if (found.size() != record.size() || ((wordAt(found, 0) ^ wordAt(record, 0)) & ~kSettingFlags) != 0)
+    if (((wordAt(found, 0) ^ wordAt(record, 0)) & ~kSettingFlags) != 0)
         return false;
     const std::size_t rank = rankPosition(album);
-    const auto settingsEnd = static_cast<std::ptrdiff_t>(rank + 8);
-    return std::equal(record.begin() + 4, record.begin() + static_cast<std::ptrdiff_t>(rank),
-                      found.begin() + 4) &&
-           std::equal(record.begin() + settingsEnd, record.end(), found.begin() + settingsEnd);
+    return std::ranges::equal(record.subspan(4, rank - 4), found.subspan(4, rank - 4)) &&
+           std::ranges::equal(record.subspan(rank + 8), found.subspan(rank + 8));
 }
 
-bool writeRecord(OutputFile& file, const Album& album, const Bytes& record)
+bool lessId(const Album* left, const Album* right)
 {
-    return file.seek(album.filePosition) && file.write(record);
+    return left->id < right->id;
 }
 
-void tell(Prompt& prompt, const char* pattern, const std::string& fileName)
+// Every record is looked at before the first is written. Both answer why not, or null.
+const char* compareRecords(OutputFile& file, std::span<Album* const> albums, RecordMaker& records)
 {
-    prompt.message(Severity::Exclamation, format(pattern, fileName.c_str()));
+    Bytes found;
+    for (const Album* album : albums) {
+        const ByteView record = records.make(*album);
+        found.resize(record.size());
+        if (!file.readAt(album->filePosition, found))
+            return kCouldNotRead;
+        if (!isSameAlbum(*album, record, found))
+            return kChanged;
+    }
+    return nullptr;
+}
+
+// One write a record, so that a crash leaves whole ones; all settings of a record that was torn
+// nevertheless are written anew by the next update. Several together are seen to the medium; a single
+// one, where the wait would be most of the work, is left to the system.
+const char* writeRecords(OutputFile& file, std::span<Album* const> albums, RecordMaker& records)
+{
+    for (Album* album : albums) {
+        rebuildColumnTexts(*album);
+        if (!file.seek(album->filePosition) || !file.write(records.make(*album)))
+            return kCouldNotWrite;
+    }
+    return albums.size() == 1 || file.flush() ? nullptr : kCouldNotWrite;
 }
 
 } // namespace
 
-void Database::update(const std::string& fileName, std::span<Album* const> changed, FileSystem& files,
+bool Database::update(const std::string& fileName, std::span<Album* const> changed, FileSystem& files,
                       Prompt& prompt)
+{
+    addUnsaved(changed);
+    const char* const failure = writeUnsaved(fileName, files);
+    if (failure)
+        prompt.message(Severity::Exclamation, format(failure, fileName.c_str()));
+    return !failure;
+}
+
+bool Database::saveUnsaved(const std::string& fileName, FileSystem& files, Prompt& prompt)
+{
+    const bool saved = !writeUnsaved(fileName, files);
+    if (!saved)
+        prompt.message(Severity::Exclamation, lostChangesText(m_unsaved.size()));
+    return saved;
+}
+
+void Database::addUnsaved(std::span<Album* const> changed)
 {
     for (Album* album : changed)
         album->columnTextsValid = false;
+    m_unsaved.insert(m_unsaved.end(), changed.begin(), changed.end());
+    std::ranges::sort(m_unsaved, lessId);
+    const auto repeated = std::ranges::unique(m_unsaved);
+    m_unsaved.erase(repeated.begin(), repeated.end());
+}
+
+// Answers the pattern of the message that says why not, or null when nothing is left. The file is
+// closed by then: a message may stay on the screen for long.
+const char* Database::writeUnsaved(const std::string& fileName, FileSystem& files)
+{
+    if (m_unsaved.empty())
+        return nullptr;
     const std::unique_ptr<OutputFile> file = files.openForUpdate(fileName);
     if (!file)
-        return tell(prompt, "Could not open the database '%s'!", fileName);
+        return kCouldNotOpen;
+    const std::optional<std::uint64_t> size = file->size();
+    if (size != m_fileSize) // a cheap first look; most replacements show here
+        return size ? kChanged : kCouldNotRead;
+    RecordMaker records;
+    if (const char* const failure = compareRecords(*file, m_unsaved, records))
+        return failure;
+    if (const char* const failure = writeRecords(*file, m_unsaved, records))
+        return failure;
+    m_unsaved.clear();
+    return nullptr;
+}
 
-    std::vector<Bytes> records;
-    records.reserve(changed.size());
-    for (const Album* album : changed) {
-        records.push_back(recordOf(*album));
-        const auto found =
-            file->readAt(album->filePosition, static_cast<std::uint32_t>(records.back().size()));
-        if (!found || !isSameAlbum(*album, records.back(), *found))
-            return tell(prompt,
-                        "The database '%s' has been changed by another program! Your changes were not "
-                        "written; open the database again.",
-                        fileName);
-    }
-    for (std::size_t i = 0; i < changed.size(); ++i) {
-        rebuildColumnTexts(*changed[i]);
-        if (!writeRecord(*file, *changed[i], records[i]))
-            return tell(prompt, "Could not write the database '%s'!", fileName);
-    }
-    if (!file->seekToEnd())
-        tell(prompt, "Could not write the database '%s'!", fileName);
+std::string lostChangesText(std::size_t albums)
+{
+    return format("The changes of %ld album%s could not be saved and are lost!", static_cast<long>(albums),
+                  albums == 1 ? "" : "s");
 }
 
 } // namespace tessera

@@ -28,8 +28,8 @@ public:
         return true;
     }
     bool seek(std::uint32_t) override { return false; }
-    bool seekToEnd() override { return false; }
-    std::optional<Bytes> readAt(std::uint32_t, std::uint32_t) override { return std::nullopt; }
+    bool readAt(std::uint32_t, std::span<std::uint8_t>) override { return false; }
+    std::optional<std::uint64_t> size() override { return content.size(); }
     bool flush() override { return true; }
 
     Bytes content;
@@ -38,6 +38,13 @@ public:
 private:
     std::size_t m_room;
 };
+
+// What stands at a place of an open file; none when it does not reach so far.
+std::optional<Bytes> readBack(OutputFile& file, std::uint32_t position, std::size_t length)
+{
+    Bytes buffer(length);
+    return file.readAt(position, buffer) ? std::optional(buffer) : std::nullopt;
+}
 
 class Files : public testing::Test {
 protected:
@@ -62,14 +69,15 @@ TEST_F(Files, WritesUpdatesAndReads)
         const auto file = files.openForUpdate(path);
         ASSERT_NE(file, nullptr);
         ASSERT_TRUE(file->seek(3));
-        EXPECT_EQ(file->readAt(5, 2), bytes("56"));
+        EXPECT_EQ(readBack(*file, 5, 2), bytes("56"));
         ASSERT_TRUE(file->write(bytes("ab"))); // at 3: the read has not moved it
         ASSERT_TRUE(file->write(bytes("c")));
-        EXPECT_EQ(file->readAt(2, 5), bytes("2abc6"));
-        ASSERT_TRUE(file->seekToEnd());
-        ASSERT_TRUE(file->write(bytes("!")));
-        EXPECT_FALSE(file->readAt(9, 3).has_value());
-        EXPECT_FALSE(file->readAt(0xFFFFFFFF, 0xFFFFFFFF).has_value());
+        EXPECT_EQ(readBack(*file, 2, 5), bytes("2abc6"));
+        ASSERT_TRUE(file->seek(10));
+        ASSERT_TRUE(file->write(bytes("!"))); // longer by one
+        EXPECT_FALSE(readBack(*file, 9, 3).has_value());
+        EXPECT_FALSE(readBack(*file, 0xFFFFFFFF, 3).has_value());
+        EXPECT_EQ(file->size(), 11u);
         EXPECT_TRUE(file->flush());
     }
     EXPECT_EQ(files.readAll(path), bytes("012abc6789!"));

@@ -18,12 +18,7 @@ struct SampleRig : JobRig {
     {
         for (const char16_t* name :
              {u"C:\\m\\a\\1.mp3", u"C:\\m\\a\\2.mp3", u"C:\\m\\b\\3.mp3", u"C:\\m\\c\\7.mp3"})
-            host.tracks.push_back({.fileName = name,
-                                   .artist = {},
-                                   .album = {},
-                                   .genre = {},
-                                   .imageFile = {},
-                                   .embeddedImage = {}});
+            host.tracks.emplace_back().fileName = name;
         files.files["C:\\m\\a\\folder.jpg"] = bytesOf("JPEG!");
     }
     bool read(const Bytes& bytes)

@@ -109,18 +109,20 @@ private:
             m_position = position;
             return !m_owner.fails();
         }
-        bool seekToEnd() override
-        {
-            m_position = m_owner.files.at(m_path).size();
-            return !m_owner.fails();
-        }
-        std::optional<Bytes> readAt(std::uint32_t position, std::uint32_t length) override
+        bool readAt(std::uint32_t position, std::span<std::uint8_t> buffer) override
         {
             const Bytes& content = m_owner.files.at(m_path);
-            if (m_owner.fails() || position > content.size() || length > content.size() - position)
+            if (m_owner.fails() || position > content.size() || buffer.size() > content.size() - position)
+                return false;
+            std::ranges::copy_n(content.begin() + position, static_cast<std::ptrdiff_t>(buffer.size()),
+                                buffer.begin());
+            return true;
+        }
+        std::optional<std::uint64_t> size() override
+        {
+            if (m_owner.fails())
                 return std::nullopt;
-            const auto first = content.begin() + position;
-            return Bytes(first, first + length);
+            return m_owner.files.at(m_path).size();
         }
         bool flush() override { return !m_owner.fails(); }
 
