@@ -2,6 +2,8 @@
 
 #include "windowing/Drawing.h"
 
+#include <cstring>
+
 namespace tessera {
 
 bool TreeView::create(HWND parent, UINT id, const RECT& place, DWORD style, DWORD extended)
@@ -115,6 +117,24 @@ void TreeView::setColours(COLORREF background, COLORREF text) const
 {
     send(TVM_SETBKCOLOR, 0, static_cast<LPARAM>(background));
     send(TVM_SETTEXTCOLOR, 0, static_cast<LPARAM>(text));
+}
+
+HTREEITEM TreeView::itemAt(POINT screen) const
+{
+    TVHITTESTINFO hit{};
+    hit.pt = screen;
+    ScreenToClient(m_handle, &hit.pt);
+    const auto item = reinterpret_cast<HTREEITEM>(send(TVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+    return (hit.flags & (TVHT_ONITEM | TVHT_ONITEMRIGHT | TVHT_ONITEMINDENT)) != 0 ? item : nullptr;
+}
+
+RECT TreeView::itemRect(HTREEITEM item) const
+{
+    RECT place{};
+    std::memcpy(&place, &item, sizeof item);
+    send(TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&place));
+    MapWindowPoints(m_handle, nullptr, reinterpret_cast<POINT*>(&place), 2);
+    return place;
 }
 
 } // namespace tessera

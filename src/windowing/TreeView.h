@@ -52,6 +52,9 @@ public:
     {
         send(TVM_EXPAND, action, reinterpret_cast<LPARAM>(item));
     }
+    // The item under a point of the screen, null for none; an item's text on the screen.
+    HTREEITEM itemAt(POINT screen) const;
+    RECT itemRect(HTREEITEM item) const;
     int count() const { return static_cast<int>(send(TVM_GETCOUNT)); }
     // Collapsed and unselected first, which is what makes it quick.
     void clear() const;

@@ -1,0 +1,201 @@
+#include "ui/AlbumTrees.h"
+
+#include "ui/Commands.h"
+#include "ui/ids.h"
+
+#include <algorithm>
+
+namespace tessera {
+
+namespace {
+
+// Which albums a tree shows: those with the flag, or all.
+constexpr std::uint32_t kFlags[AlbumTrees::kCount] = {0, kAlbumNew, kAlbumFavourite, kAlbumHasImage};
+
+constexpr std::chrono::hours kNoHurry(24);
+
+// A call that the trees' notifications may come back from.
+class ChangeScope {
+public:
+    explicit ChangeScope(bool& changing) : m_changing(changing), m_before(std::exchange(changing, true)) {}
+    ~ChangeScope() { m_changing = m_before; }
+    ChangeScope(const ChangeScope&) = delete;
+    ChangeScope& operator=(const ChangeScope&) = delete;
+
+private:
+    bool& m_changing;
+    bool m_before;
+};
+
+} // namespace
+
+AlbumTrees::AlbumTrees(Commands& commands)
+    : m_commands(commands),
+      m_trees{AlbumTree(controlId::kTreeLibrary, "m_tvwLibrary.m_pTVW->GetSafeHwnd()"),
+              AlbumTree(controlId::kTreeNew, "m_tvwNew.m_pTVW->GetSafeHwnd()"),
+              AlbumTree(controlId::kTreeFavourites, "m_tvwFavourites.m_pTVW->GetSafeHwnd()"),
+              AlbumTree(controlId::kTreeCompleted, "m_tvwCompleted.m_pTVW->GetSafeHwnd()")}
+{
+}
+
+bool AlbumTrees::create(HWND parent)
+{
+    for (AlbumTree& tree : m_trees) {
+        if (!tree.create(parent))
+            return false;
+    }
+    settingsChanged();
+    return true;
+}
+
+void AlbumTrees::settingsChanged()
+{
+    for (const AlbumTree& tree : m_trees) {
+        tree.view().setFont(m_commands.comboFont());
+        tree.view().setImageList(m_commands.smallIcons());
+        tree.view().setColours(m_commands.treeBackground(), m_commands.treeText());
+    }
+}
+
+void AlbumTrees::move(const RECT& place) const
+{
+    for (const AlbumTree& tree : m_trees)
+        tree.view().move(place);
+}
+
+void AlbumTrees::show(std::size_t tree)
+{
+    m_shown = std::min(tree, kCount - 1);
+    for (std::size_t i = 0; i < kCount; ++i)
+        m_trees[i].view().show(i == m_shown);
+}
+
+const AlbumTree* AlbumTrees::find(HWND control) const
+{
+    const auto found = std::ranges::find_if(
+        m_trees, [&](const AlbumTree& tree) { return control && tree.view().handle() == control; });
+    return found == m_trees.end() ? nullptr : &*found;
+}
+
+void AlbumTrees::rebuild(TreeRebuild kind, Log& log)
+{
+    begin(kind, log);
+    while (step(kNoHurry)) {
+    }
+}
+
+void AlbumTrees::begin(TreeRebuild kind, Log& log)
+{
+    const bool named = m_names.artistOf.size() == m_commands.catalogue().size();
+    m_kind = named && m_trees[0].isFilled() ? kind : TreeRebuild::Full;
+    m_log = &log;
+    m_named = false;
+    m_current = 0;
+}
+
+bool AlbumTrees::step(std::chrono::milliseconds turn)
+{
+    if (m_current == kCount)
+        return false;
+    const ChangeScope changing(m_changing);
+    const Clock::time_point start = Clock::now();
+    const auto isOver = [&] { return Clock::now() - start >= turn; };
+    if (!m_named)
+        makeNames();
+    do {
+        AlbumTree& tree = m_trees[m_current];
+        const TreeUpdate update(tree.view());
+        while (tree.step()) {
+            if (isOver())
+                return true;
+        }
+        tree.restore(m_states[m_current], m_names);
+        m_states[m_current] = {};
+        ++m_current;
+        beginTree();
+    } while (m_current < kCount && !isOver());
+    return m_current < kCount;
+}
+
+// The albums' names come first, as if they were all added; then they are put in order.
+void AlbumTrees::makeNames()
+{
+    m_named = true;
+    const AlbumCatalogue& catalogue = m_commands.catalogue();
+    if (m_kind == TreeRebuild::Full) {
+        keepStates();
+        m_names.fill(catalogue, m_commands.general().moveThe, m_commands.firstNames());
+    } else {
+        m_names.fillRanks(catalogue);
+    }
+    m_log->line("Sorting");
+    beginTree();
+}
+
+// The next tree that is made anew, if there is one.
+void AlbumTrees::beginTree()
+{
+    while (m_current < kCount && !isConcerned(m_current))
+        ++m_current;
+    if (m_current < kCount)
+        m_trees[m_current].begin(m_commands.catalogue(), m_names, placesOf(m_current),
+                                 m_kind == TreeRebuild::Marks);
+}
+
+bool AlbumTrees::isConcerned(std::size_t tree) const
+{
+    const int id = m_trees[tree].id();
+    return m_kind == TreeRebuild::Full || id == controlId::kTreeNew || id == controlId::kTreeFavourites;
+}
+
+AlbumPlaces AlbumTrees::placesOf(std::size_t tree) const
+{
+    const AlbumCatalogue& catalogue = m_commands.catalogue();
+    AlbumPlaces places;
+    places.reserve(kFlags[tree] == 0 ? catalogue.size() : 0);
+    for (std::uint32_t place = 0; place < catalogue.size(); ++place) {
+        if ((catalogue.album(place).flags & kFlags[tree]) == kFlags[tree])
+            places.push_back(place);
+    }
+    return places;
+}
+
+void AlbumTrees::release()
+{
+    const ChangeScope changing(m_changing);
+    keepStates();
+    m_current = kCount;
+    for (AlbumTree& tree : m_trees)
+        tree.release();
+    m_names.clear();
+}
+
+void AlbumTrees::keepStates()
+{
+    for (std::size_t i = 0; i < kCount; ++i) {
+        if (m_trees[i].isFilled())
+            m_states[i] = m_trees[i].state(m_names);
+    }
+}
+
+Handled AlbumTrees::answer(const NMHDR& header) const
+{
+    return m_changing && find(header.hwndFrom) ? Handled(0) : kDefault;
+}
+
+std::array<TreeState, AlbumTrees::kCount> AlbumTrees::states() const
+{
+    std::array<TreeState, kCount> states = m_states;
+    for (std::size_t i = 0; i < kCount; ++i) {
+        if (m_trees[i].isFilled())
+            states[i] = m_trees[i].state(m_names);
+    }
+    return states;
+}
+
+void AlbumTrees::setStates(std::array<TreeState, kCount> states)
+{
+    m_states = std::move(states);
+}
+
+} // namespace tessera
