@@ -85,4 +85,15 @@ void saveViewState(SettingsStore& store, const std::string& list, const ViewStat
     put("SelectedAlbums", stored(StorageType::Binary, selected.data(), selected.size_bytes()));
 }
 
+std::int32_t loadViewNumber(SettingsStore& store, const char* name, std::int32_t fallback)
+{
+    const std::string anyList;
+    return Reader(store, anyList).number(name, fallback);
+}
+
+void saveViewNumber(SettingsStore& store, const char* name, std::int32_t number)
+{
+    store.write(kGroup, name, stored(StorageType::Number, &number, sizeof number));
+}
+
 } // namespace tessera

@@ -24,4 +24,8 @@ ViewState loadViewState(SettingsStore& store, const std::string& list);
 // Of a longer selection the first 4,096 albums are kept.
 void saveViewState(SettingsStore& store, const std::string& list, const ViewState& state);
 
+// A single number of the group.
+std::int32_t loadViewNumber(SettingsStore& store, const char* name, std::int32_t fallback);
+void saveViewNumber(SettingsStore& store, const char* name, std::int32_t number);
+
 } // namespace tessera

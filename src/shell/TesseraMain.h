@@ -105,6 +105,7 @@ public:
     COLORREF frameFace() override { return m_colours.frameFace(); }
     HIMAGELIST smallIcons() const override { return m_smallIcons.get(); }
     int bandHeight() const override { return m_bandHeight; }
+    std::unique_ptr<Log> newLog() override { return m_log.newJob(); }
     void postDialog(std::function<void(HWND owner)> dialog) override;
     void skinControl(HWND control) override;
     int showMessage(UINT flags, const std::string& text) override;

@@ -272,7 +272,9 @@ void TesseraMain::fillViews(Log& log)
     }
     log.line("Loading treeview");
     m_catalogue.fill(library());
-    m_paneAlbumDetails->rebuildTrees(log);
+    m_paneAlbumDetails->beginRebuild(log);
+    while (m_paneAlbumDetails->stepRebuild()) {
+    }
     m_paneOverview->reload();
 }
 

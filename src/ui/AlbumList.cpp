@@ -108,13 +108,17 @@ Handled AlbumList::answer(NMHDR& header)
     }
 }
 
+void AlbumList::deselect()
+{
+    if (selectedCount() > 0)
+        m_lvw.select(-1, false);
+}
+
 void AlbumList::setAlbums(const AlbumPlaces& places)
 {
-    if (selectedCount() > 0) {
-        quietly(true);
-        m_lvw.select(-1, false);
-        quietly(false);
-    }
+    quietly(true);
+    deselect();
+    quietly(false);
     m_given = places;
     m_places = places;
     if (m_sortColumn >= 0 && m_places.size() > 1)

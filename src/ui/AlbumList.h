@@ -45,6 +45,7 @@ public:
     Album& album(int item) const { return m_catalogue.album(m_places[static_cast<std::size_t>(item)]); }
     // In its present order.
     std::vector<Album*> selectedAlbums() const;
+    void deselect();
     int selectedItem() const; // the first; -1: none
     int selectedCount() const { return static_cast<int>(m_lvw.send(LVM_GETSELECTEDCOUNT)); }
 

@@ -44,31 +44,24 @@ std::int32_t today()
     return now.wYear * 10000 + now.wMonth * 100 + now.wDay;
 }
 
-void MarkHistory::remember(std::span<Album* const> albums)
+void MarkHistory::remember(std::span<Album* const> albums, bool movesAlbums)
 {
     if (m_changes.size() == kMostChanges)
         m_changes.erase(m_changes.begin());
-    Change change;
-    change.reserve(albums.size());
+    Change change{{}, movesAlbums};
+    change.before.reserve(albums.size());
     for (const Album* const album : albums)
-        change.emplace_back(album->id, marksOf(*album));
+        change.before.emplace_back(album->id, marksOf(*album));
     m_changes.push_back(std::move(change));
 }
 
-std::vector<Album*> MarkHistory::takeBack(const Library& library)
+std::optional<MarkHistory::Change> MarkHistory::takeLast()
 {
-    std::vector<Album*> albums;
     if (m_changes.empty())
-        return albums;
-    for (const auto& [id, marks] : m_changes.back()) {
-        const auto found = library.albums.find(id);
-        if (found == library.albums.end())
-            continue;
-        setMarks(*found->second, marks);
-        albums.push_back(found->second.get());
-    }
+        return std::nullopt;
+    Change last = std::move(m_changes.back());
     m_changes.pop_back();
-    return albums;
+    return last;
 }
 
 } // namespace tessera

@@ -2,6 +2,7 @@
 
 #include "library/Marks.h"
 
+#include <optional>
 #include <span>
 #include <utility>
 #include <vector>
@@ -20,15 +21,18 @@ std::int32_t today();
 // The changes of marks that can be taken back, the last one first.
 class MarkHistory {
 public:
+    struct Change {
+        std::vector<std::pair<std::int32_t, Marks>> before; // by album id
+        bool movesAlbums;
+    };
+
     // Before the albums are changed.
-    void remember(std::span<Album* const> albums);
-    bool empty() const { return m_changes.empty(); }
-    // Sets the marks as they were before the last change, in memory; answers whose they are.
-    std::vector<Album*> takeBack(const Library& library);
+    void remember(std::span<Album* const> albums, bool movesAlbums);
+    // The last change, which is not remembered any more; none when there is none.
+    std::optional<Change> takeLast();
     void clear() { m_changes.clear(); }
 
 private:
-    using Change = std::vector<std::pair<std::int32_t, Marks>>; // by album id
     std::vector<Change> m_changes;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "library/Records.h"
+#include "ports/Log.h"
 #include "ports/Prompt.h"
 #include "ports/SettingsStore.h"
 #include "settings/Settings.h"
@@ -8,6 +9,7 @@
 
 #include <commctrl.h>
 #include <functional>
+#include <memory>
 #include <set>
 #include <span>
 #include <string>
@@ -92,6 +94,8 @@ public:
     // Height in pixels of the strip for the main pane.
     virtual int bandHeight() const = 0;
 
+    // To the activity log.
+    virtual std::unique_ptr<Log> newLog() = 0;
     // Runs a dialog of a pane's when the message that asked for it is done with, or not at all when
     // none may be opened then. The pane's window may be gone when the dialog's loop has ended.
     virtual void postDialog(std::function<void(HWND owner)> dialog) = 0;

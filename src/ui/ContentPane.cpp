@@ -12,6 +12,13 @@ namespace tessera {
 
 namespace {
 
+constexpr int kHandCursor = 32649; // IDC_HAND
+
+POINT clickPlace(const Message& message)
+{
+    return {static_cast<short>(LOWORD(message.lParam)), static_cast<short>(HIWORD(message.lParam))};
+}
+
 // On the parent itself, or left behind in a sibling that was hidden.
 bool focusIsHomeless(HWND parent)
 {
@@ -28,19 +35,22 @@ bool focusIsHomeless(HWND parent)
 } // namespace
 
 ContentPane::ContentPane(int id, const char* unit, const std::string& title, Commands& commands)
-    : m_id(id), m_pszUnit(unit), m_commands(commands), m_caption{title, ""}
+    : m_id(id), m_pszUnit(unit), m_commands(commands)
 {
+    m_caption.title = title;
 }
 
 std::span<const MapEntry<ContentPane>> ContentPane::messageMap()
 {
-    static constexpr std::array<MapEntry<ContentPane>, 6> kMap{{
+    static constexpr std::array<MapEntry<ContentPane>, 8> kMap{{
         {kActivateMessage, &ContentPane::onActivate},
         {WM_SIZE, &ContentPane::onSize},
         {WM_ERASEBKGND, &ContentPane::onErase},
         {WM_PAINT, &ContentPane::onPaint},
         {WM_SETFOCUS, &ContentPane::onFocus},
         {WM_LBUTTONDOWN, &ContentPane::onClick},
+        {WM_RBUTTONUP, &ContentPane::onRightButtonUp},
+        {WM_SETCURSOR, &ContentPane::onSetCursor},
     }};
     return kMap;
 }
@@ -68,6 +78,14 @@ std::string ContentPane::exportText(int item, int column) const
 void ContentPane::setStatus(const std::string& status)
 {
     m_caption.status = status;
+    const RECT bar = captionRect();
+    InvalidateRect(handle(), &bar, FALSE);
+}
+
+void ContentPane::setOffer(const std::string& offer, UINT command)
+{
+    m_caption.offer = offer;
+    m_offered = command;
     const RECT bar = captionRect();
     InvalidateRect(handle(), &bar, FALSE);
 }
@@ -137,10 +155,71 @@ Handled ContentPane::onPaint(const Message&)
     return 0;
 }
 
-Handled ContentPane::onClick(const Message&)
+Handled ContentPane::onClick(const Message& message)
 {
-    SetFocus(focusWindow());
+    switch (captionPartAt(clickPlace(message))) {
+    case CaptionPart::Title:
+        openCaptionMenu();
+        return 0;
+    case CaptionPart::Offer:
+        PostMessageA(handle(), WM_COMMAND, m_offered, 0);
+        return 0;
+    default:
+        SetFocus(focusWindow());
+        return 0;
+    }
+}
+
+Handled ContentPane::onRightButtonUp(const Message& message)
+{
+    if (!m_caption.hasMenu || captionPartAt(clickPlace(message)) == CaptionPart::None)
+        return kDefault;
+    openCaptionMenu();
     return 0;
+}
+
+// The hand where a click does something.
+Handled ContentPane::onSetCursor(const Message& message)
+{
+    POINT place{};
+    if (LOWORD(message.lParam) != HTCLIENT || !GetCursorPos(&place))
+        return kDefault;
+    ScreenToClient(handle(), &place);
+    const CaptionPart part = captionPartAt(place);
+    if (part != CaptionPart::Title && part != CaptionPart::Offer)
+        return kDefault;
+    SetCursor(LoadCursorA(nullptr, MAKEINTRESOURCEA(kHandCursor)));
+    return TRUE;
+}
+
+ContentPane::CaptionPart ContentPane::captionPartAt(POINT place) const
+{
+    const RECT bar = captionRect();
+    if (!PtInRect(&bar, place))
+        return CaptionPart::None;
+    const WindowDc dc(handle());
+    const RECT title = m_caption.titlePlace(dc.dc(), bar, m_commands);
+    if (m_caption.hasMenu && PtInRect(&title, place))
+        return CaptionPart::Title;
+    const RECT offer = m_caption.offerPlace(dc.dc(), bar, m_commands);
+    return PtInRect(&offer, place) ? CaptionPart::Offer : CaptionPart::Bar;
+}
+
+void ContentPane::openCaptionMenu()
+{
+    if (m_commands.isBusy())
+        return;
+    const Menu menu = captionMenu();
+    if (!menu)
+        return;
+    const WindowDc dc(handle());
+    const RECT title = m_caption.titlePlace(dc.dc(), captionRect(), m_commands);
+    POINT place{title.left, title.bottom};
+    ClientToScreen(handle(), &place);
+    const HWND self = handle();
+    const UINT command = menu.track(self, place);
+    if (command != 0 && IsWindow(self))
+        SendMessageA(self, WM_COMMAND, command, 0);
 }
 
 Handled ContentPane::onFocus(const Message&)

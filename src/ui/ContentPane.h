@@ -2,6 +2,7 @@
 
 #include "ui/Pane.h"
 #include "ui/PaneCaption.h"
+#include "windowing/Menu.h"
 #include "windowing/Window.h"
 
 namespace tessera {
@@ -31,10 +32,16 @@ protected:
     bool createWindow(HWND parent);
     Commands& commands() const { return m_commands; }
     void setStatus(const std::string& status);
+    // The title opens captionMenu.
+    void showCaptionMenuMark() { m_caption.hasMenu = true; }
+    // A line in the caption whose click sends the pane the command; an empty one: none.
+    void setOffer(const std::string& offer, UINT command);
     // Of the area below the caption, in client coordinates.
     RECT contentRect() const;
 
     virtual void layoutContent(const RECT&) {}
+    // Its commands are sent to the pane.
+    virtual Menu captionMenu() const { return {}; }
     // The background is there already.
     virtual void paintContent(HDC, const RECT&) {}
 
@@ -45,6 +52,11 @@ private:
     Handled onPaint(const Message& message);
     Handled onFocus(const Message& message);
     Handled onClick(const Message& message);
+    Handled onRightButtonUp(const Message& message);
+    Handled onSetCursor(const Message& message);
+    enum class CaptionPart { None, Bar, Title, Offer };
+    CaptionPart captionPartAt(POINT place) const;
+    void openCaptionMenu();
     RECT captionRect() const;
     void showPane();
     void hidePane();
@@ -53,6 +65,7 @@ private:
     const char* m_pszUnit;
     Commands& m_commands;
     PaneCaption m_caption;
+    UINT m_offered = 0; // command
 };
 
 } // namespace tessera

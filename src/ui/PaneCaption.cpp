@@ -4,6 +4,8 @@
 #include "ui/Commands.h"
 #include "windowing/Drawing.h"
 
+#include <algorithm>
+
 namespace tessera {
 
 namespace {
@@ -11,6 +13,7 @@ namespace {
 constexpr int kSidePadding = 8;
 constexpr int kGap = 16; // between title and status
 constexpr int kVerticalPadding = 4;
+constexpr int kMenuMark = 14; // the triangle behind the title and what it keeps clear
 
 int lineHeight(HFONT font)
 {
@@ -38,12 +41,43 @@ void drawEdge(HDC dc, const RECT& bar, COLORREF colour)
     fillRect(dc, {bar.left, bar.bottom - 1, bar.right, bar.bottom}, colour);
 }
 
+// A triangle that points down, at the right of the title.
+void drawMenuMark(HDC dc, const RECT& title)
+{
+    const LONG half = scaled(3, dc);
+    const LONG middle = title.right - half - 1;
+    const LONG top = (title.top + title.bottom - half) / 2;
+    for (LONG row = 0; row <= half; ++row)
+        fillRect(dc, {middle - half + row, top + row, middle + half - row + 1, top + row + 1},
+                 GetTextColor(dc));
+}
+
 } // namespace
 
 int PaneCaption::height(const Commands& commands) const
 {
     const WindowDc screen;
     return lineHeight(commands.boldListFont()) + 2 * scaled(kVerticalPadding, screen.dc());
+}
+
+RECT PaneCaption::titlePlace(HDC dc, const RECT& bar, const Commands& commands) const
+{
+    RECT place = bar;
+    place.left += scaled(kSidePadding, dc);
+    place.right = place.left + drawnWidth(dc, commands.boldListFont(), title);
+    if (hasMenu)
+        place.right += scaled(kMenuMark, dc);
+    return place;
+}
+
+RECT PaneCaption::offerPlace(HDC dc, const RECT& bar, const Commands& commands) const
+{
+    RECT place = bar;
+    place.left = titlePlace(dc, bar, commands).right + scaled(kGap, dc);
+    const LONG room = bar.right - scaled(kSidePadding, dc) - place.left;
+    const LONG width = offer.empty() ? 0 : drawnWidth(dc, commands.comboFont(), offer);
+    place.right = place.left + std::max<LONG>(std::min(width, room), 0);
+    return place;
 }
 
 void PaneCaption::draw(HDC dc, const RECT& bar, Commands& commands) const
@@ -55,11 +89,20 @@ void PaneCaption::draw(HDC dc, const RECT& bar, Commands& commands) const
     SetBkMode(dc, TRANSPARENT);
     SetTextColor(dc, readableOn(face));
 
+    const RECT name = titlePlace(dc, bar, commands);
+    drawText(dc, commands.boldListFont(), title, name, DT_LEFT);
+    if (hasMenu)
+        drawMenuMark(dc, name);
+    const RECT link = offerPlace(dc, bar, commands);
+    if (link.left < link.right) {
+        drawText(dc, commands.comboFont(), offer, link, DT_LEFT);
+        const LONG line = (link.top + link.bottom + lineHeight(commands.comboFont())) / 2 - 1;
+        fillRect(dc, {link.left, line, link.right, line + 1}, readableOn(face));
+    }
+    // The status may not run into what is left of it, however long it is.
     RECT place = bar;
-    InflateRect(&place, -scaled(kSidePadding, dc), 0);
-    drawText(dc, commands.boldListFont(), title, place, DT_LEFT);
-    // The status may not run into the title, however long it is.
-    place.left += drawnWidth(dc, commands.boldListFont(), title) + scaled(kGap, dc);
+    place.left = link.right + (link.left < link.right ? scaled(kGap, dc) : 0);
+    place.right -= scaled(kSidePadding, dc);
     if (place.left < place.right)
         drawText(dc, commands.comboFont(), status, place, DT_RIGHT);
 }

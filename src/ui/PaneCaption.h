@@ -7,14 +7,20 @@ namespace tessera {
 
 class Commands;
 
-// The bar above a pane's content: its name, and what it shows at the moment.
+// The bar above a pane's content: its name, with a mark where it opens a menu, what it offers to do,
+// and what it shows at the moment.
 struct PaneCaption {
     std::string title;
     std::string status;
+    std::string offer;
+    bool hasMenu = false;
 
     // In pixels.
     int height(const Commands& commands) const;
     void draw(HDC dc, const RECT& bar, Commands& commands) const;
+    // Where the title with its mark stands, and the offer; empty when it does not.
+    RECT titlePlace(HDC dc, const RECT& bar, const Commands& commands) const;
+    RECT offerPlace(HDC dc, const RECT& bar, const Commands& commands) const;
 };
 
 } // namespace tessera

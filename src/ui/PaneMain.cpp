@@ -69,16 +69,6 @@ constexpr int kComboHeight = 100;    // with the list dropped down
 constexpr int kToolbarWidth = 140;
 constexpr int kToolbarHeight = 30;
 
-// Long enough for every item; systems that size the list by themselves keep to it too.
-void makeRoomForList(const ComboBoxEx& combo)
-{
-    const Control inner(combo.combo());
-    RECT place = inner.rect();
-    const auto item = static_cast<int>(inner.send(CB_GETITEMHEIGHT));
-    place.bottom += item * combo.count() + 2 * GetSystemMetrics(SM_CYEDGE);
-    inner.move(place);
-}
-
 // The strip's own colour may differ from the user's visual style, which would hide it.
 void withoutVisualStyle(HWND window)
 {
@@ -149,7 +139,7 @@ void PaneMain::createViewCombo()
     m_cboView.setImageList(m_commands.smallIcons());
     for (const auto& pane : kPanes)
         m_cboView.add(pane.text, pane.image, pane.pane);
-    makeRoomForList(m_cboView);
+    m_cboView.makeRoomForList();
     showCurrentPane(paneId::kLog);
 }
 
@@ -165,7 +155,7 @@ void PaneMain::createImageSizeCombo()
     m_cboImageSize.setImageList(m_commands.smallIcons());
     for (const auto& size : kImageSizes)
         m_cboImageSize.add(size.text, -1, size.pixels);
-    makeRoomForList(m_cboImageSize);
+    m_cboImageSize.makeRoomForList();
 }
 
 void PaneMain::createToolbar()

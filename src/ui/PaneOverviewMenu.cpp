@@ -2,6 +2,7 @@
 
 #include "ui/AlbumMenu.h"
 #include "ui/Commands.h"
+#include "ui/IconSizes.h"
 #include "ui/PaneOverview.h"
 #include "ui/SortMenu.h"
 #include "ui/ids.h"
@@ -13,7 +14,6 @@ namespace tessera {
 namespace {
 
 constexpr UINT kPlayedMessage = WM_APP + 1;
-constexpr int kLargestFixedSize = 5; // index of the size combo; behind it comes the custom size
 
 } // namespace
 
@@ -93,19 +93,9 @@ void PaneOverview::onGoToDirectory(const Command&)
         commands().openFolder(m_plvwDetails.selectedAlbums().front()->path);
 }
 
-// With the Ctrl key down: the next icon size.
 Handled PaneOverview::onWheel(const Message& message)
 {
-    if ((LOWORD(message.wParam) & MK_CONTROL) == 0)
-        return kDefault;
-    const bool larger = static_cast<short>(HIWORD(message.wParam)) > 0;
-    const int size = commands().artwork().imageSizeIndex;
-    const int next = std::clamp(size + (larger ? 1 : -1), 0, kLargestFixedSize);
-    const bool shown = m_plvwDetails.style() == ListStyle::Icons;
-    if (shown && next != size && !(larger && size > kLargestFixedSize) && !commands().isBusy() &&
-        !commands().coversLoading())
-        commands().imageSizeChosen(next);
-    return 0;
+    return m_plvwDetails.style() == ListStyle::Icons ? stepIconSize(commands(), message) : kDefault;
 }
 
 } // namespace tessera

@@ -41,4 +41,13 @@ std::string ComboBoxEx::itemText(int index) const
     return send(CBEM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item)) && item.pszText ? item.pszText : "";
 }
 
+void ComboBoxEx::makeRoomForList() const
+{
+    const Control inner(combo());
+    RECT place = inner.rect();
+    const auto item = static_cast<int>(inner.send(CB_GETITEMHEIGHT));
+    place.bottom += item * count() + 2 * GetSystemMetrics(SM_CYEDGE);
+    inner.move(place);
+}
+
 } // namespace tessera

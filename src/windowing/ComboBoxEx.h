@@ -19,6 +19,9 @@ public:
     LPARAM data(int index) const;
     std::string itemText(int index) const;
     void setImageList(HIMAGELIST list) const { send(CBEM_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(list)); }
+    // Makes the drop-down list long enough for every item; systems that size it by themselves keep
+    // to it too.
+    void makeRoomForList() const;
     // The inner combo box, whose drop-down list can be sized and asked.
     HWND combo() const { return reinterpret_cast<HWND>(send(CBEM_GETCOMBOCONTROL)); }
 };

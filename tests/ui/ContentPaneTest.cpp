@@ -54,11 +54,14 @@ TEST_F(ContentPaneTest, RebuildOfTheTreesIsLogged)
     ActivityLog log;
     const auto job = log.newJob();
     addAlbums(3);
-    m_details.rebuildTrees(*job);
-    m_details.reload();
+    m_details.beginRebuild(*job);
+    while (m_details.stepRebuild()) {
+    }
     const auto lines = log.takeChanges().lines;
     ASSERT_EQ(lines.size(), 1u);
     EXPECT_EQ(lines[0][2], "Sorting");
+    m_details.reload();
+    EXPECT_EQ(m_commands.logged, std::vector<std::string>{"Sorting"}) << "nothing without albums";
 }
 
 TEST_F(ContentPaneTest, LibraryIsLeftAloneWhileBusyAndByPainting)

@@ -30,6 +30,20 @@ public:
     SIZE size{75, 75};
 };
 
+// Keeps the lines of all jobs together.
+class LogLines final : public Log {
+public:
+    explicit LogLines(std::vector<std::string>& lines) : m_lines(lines) {}
+    void startTimer() override {}
+    void indent() override {}
+    void outdent() override {}
+    void line(const std::string& text) override { m_lines.push_back(text); }
+    void progress(std::uint32_t, std::uint32_t) override {}
+
+private:
+    std::vector<std::string>& m_lines;
+};
+
 // Remembers what panes ask for.
 class FakeCommands : public Commands {
 public:
@@ -85,6 +99,7 @@ public:
     COLORREF frameFace() override { return face; }
     HIMAGELIST smallIcons() const override { return icons; }
     int bandHeight() const override { return 32; }
+    std::unique_ptr<Log> newLog() override { return std::make_unique<LogLines>(logged); }
     void postDialog(std::function<void(HWND owner)> dialog) override { dialogs.push_back(std::move(dialog)); }
     void skinControl(HWND control) override { skinned.push_back(control); }
     int showMessage(UINT flags, const std::string& text) override;
@@ -107,6 +122,7 @@ public:
     std::vector<std::function<void(HWND owner)>> dialogs; // that wait to be run
     std::vector<bool> cursorMoved;
     std::vector<Album*> marked;
+    std::vector<std::string> logged;
     std::set<std::string> names;
     test::FakeHost fakeHost;
 

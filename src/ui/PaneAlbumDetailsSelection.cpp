@@ -1,0 +1,232 @@
+// From the selected node to the albums, from the selected albums to what is shown of them.
+
+#include "base/Text.h"
+#include "ui/Commands.h"
+#include "ui/PaneAlbumDetails.h"
+#include "ui/ids.h"
+#include "windowing/Drawing.h"
+
+namespace tessera {
+
+namespace {
+
+constexpr std::chrono::milliseconds kTurn{30};
+constexpr UINT kSelectionMessage = WM_APP + 1; // to itself: the lists below follow
+
+class SilentLog final : public Log {
+public:
+    void startTimer() override {}
+    void indent() override {}
+    void outdent() override {}
+    void line(const std::string&) override {}
+    void progress(std::uint32_t, std::uint32_t) override {}
+};
+
+} // namespace
+
+void PaneAlbumDetails::beginRebuild(Log& log)
+{
+    m_trees.begin(TreeRebuild::Full, log);
+}
+
+bool PaneAlbumDetails::stepRebuild()
+{
+    if (m_trees.step(kTurn))
+        return true;
+    afterRebuild();
+    return false;
+}
+
+// There is nothing to sort without albums, and so nothing to tell.
+void PaneAlbumDetails::rebuildTrees(TreeRebuild kind)
+{
+    if (commands().library().albums.empty()) {
+        SilentLog log;
+        m_trees.rebuild(kind, log);
+    } else {
+        m_trees.rebuild(kind, *commands().newLog());
+    }
+}
+
+void PaneAlbumDetails::reload()
+{
+    rebuildTrees(TreeRebuild::Full);
+    afterRebuild();
+}
+
+void PaneAlbumDetails::afterRebuild()
+{
+    m_summary.count(commands().library());
+    showControls();
+    m_plvwAlbums.resetAlbums();
+    m_path.clear();
+    selectionChanged();
+    focusList();
+}
+
+// The records are still there when this is called.
+void PaneAlbumDetails::clearRecords()
+{
+    EndMenu();
+    m_history.clear();
+    setOffer({}, 0);
+    m_trees.release();
+    m_plvwAlbums.resetAlbums();
+    m_plvwAlbumInfo.setAlbums({});
+    m_plvwAlbumTracks.setAlbums({});
+    m_trackDetails.setTrack(nullptr, nullptr);
+    m_summary.clear();
+    m_path.clear();
+    showControls();
+    updateStatus();
+}
+
+void PaneAlbumDetails::marksChanged(std::span<Album* const> changed)
+{
+    m_plvwAlbums.marksChanged(changed);
+    m_plvwAlbumInfo.refresh();
+}
+
+Handled PaneAlbumDetails::onNotify(const Message& message)
+{
+    NMHDR& header = *reinterpret_cast<NMHDR*>(message.lParam);
+    if (const Handled handled = m_trees.answer(header))
+        return handled;
+    if (const Handled handled = m_plvwAlbums.answer(header))
+        return handled;
+    for (DetailsList* list :
+         std::initializer_list<DetailsList*>{&m_plvwAlbumInfo, &m_plvwAlbumTracks, &m_plvwPlayingNow}) {
+        if (const Handled handled = list->answer(header))
+            return handled;
+    }
+    return m_trackDetails.answer(header);
+}
+
+Handled PaneAlbumDetails::onNodeSelected(NMHDR& header)
+{
+    if (!commands().isBusy() && header.hwndFrom == m_trees.shown().view().handle())
+        selectNode(m_trees.shown().view().selection());
+    return 0;
+}
+
+void PaneAlbumDetails::selectNode(HTREEITEM item)
+{
+    m_path = item ? m_trees.shown().pathOf(item) : std::string();
+    AlbumPlaces places;
+    if (item)
+        m_trees.shown().albumsOf(item, commands().catalogue(), places);
+    m_plvwAlbums.setAlbums(places);
+    selectionChanged();
+}
+
+Handled PaneAlbumDetails::onRowSelected(NMHDR&)
+{
+    selectionChanged();
+    return 0;
+}
+
+// The text at once; the lists once for all the changes that one action makes.
+void PaneAlbumDetails::selectionChanged()
+{
+    updateStatus();
+    if (!m_selectionPosted)
+        m_selectionPosted = PostMessageA(handle(), kSelectionMessage, 0, 0) != FALSE;
+}
+
+Handled PaneAlbumDetails::onSelectionChanged(const Message&)
+{
+    m_selectionPosted = false;
+    if (!commands().isBusy())
+        showSelection();
+    return 0;
+}
+
+void PaneAlbumDetails::showSelection()
+{
+    const std::vector<Album*> albums = selectedAlbums();
+    m_plvwAlbumInfo.setAlbums(albums);
+    m_plvwAlbumTracks.setAlbums(albums);
+    showTrack();
+}
+
+Handled PaneAlbumDetails::onTrackSelected(NMHDR&)
+{
+    if (!commands().isBusy())
+        showTrack();
+    return 0;
+}
+
+// The selected track of the list in view, else the first one of the selected albums.
+void PaneAlbumDetails::showTrack()
+{
+    if (m_below == Below::PlayingNow) {
+        if (HostFilePtr file = m_plvwPlayingNow.selectedFile())
+            return m_trackDetails.setFile(std::move(file));
+    }
+    const Track* const track = m_plvwAlbumTracks.shownTrack();
+    m_trackDetails.setTrack(track, track ? track->album : nullptr);
+}
+
+// The selected rows, else all albums of the node.
+std::vector<Album*> PaneAlbumDetails::selectedAlbums() const
+{
+    if (m_plvwAlbums.selectedCount() > 0)
+        return m_plvwAlbums.selectedAlbums();
+    std::vector<Album*> albums;
+    albums.reserve(m_plvwAlbums.count());
+    for (const std::uint32_t place : m_plvwAlbums.unsorted())
+        albums.push_back(&commands().catalogue().album(place));
+    return albums;
+}
+
+std::string PaneAlbumDetails::statusText() const
+{
+    const auto total = static_cast<long>(m_summary.albums());
+    const long rows = m_plvwAlbums.selectedCount();
+    const long selected = rows > 0 ? rows : static_cast<long>(m_plvwAlbums.count());
+    if (selected >= 2)
+        return format("Multiple Selection: %ld of %ld", selected, total);
+    if (selected == 1) {
+        const Album& album = m_plvwAlbums.album(rows > 0 ? m_plvwAlbums.selectedItem() : 0);
+        return format("%s - %ld of %ld", album.displayTitle.c_str(), 1L, total);
+    }
+    return total > 0 ? format("Total Albums: %ld", total) : "Nothing Selected";
+}
+
+void PaneAlbumDetails::updateStatus()
+{
+    m_status = m_path + statusText();
+    setStatus(m_status);
+}
+
+// Only where the focus is inside the plug-in already, and this pane in front.
+void PaneAlbumDetails::focusList()
+{
+    const HWND focus = GetFocus();
+    if (IsWindowVisible(handle()) && focus && IsChild(GetParent(handle()), focus) && m_summary.albums() > 0)
+        SetFocus(m_plvwAlbums.handle());
+}
+
+void PaneAlbumDetails::onTreeChosen(const Command&)
+{
+    const int chosen = m_pcboView.selection();
+    if (chosen < 0 || commands().isBusy())
+        return m_pcboView.select(static_cast<int>(m_trees.shownIndex()));
+    m_trees.show(static_cast<std::size_t>(chosen));
+    selectNode(m_trees.shown().view().selection());
+}
+
+void PaneAlbumDetails::onBelowChosen(const Command&)
+{
+    m_below = static_cast<Below>(std::max(m_pcboAlbumInfo.selection(), 0));
+    showBelow();
+    if (!commands().isBusy())
+        showTrack();
+}
+
+void PaneAlbumDetails::onDetailsChosen(const Command&)
+{
+    m_trackDetails.choiceMade();
+}
+
+} // namespace tessera
