@@ -114,33 +114,40 @@ void AlbumTrackList::tick()
         redrawAll();
 }
 
-// Null while it cannot be read.
-const TrackLine* AlbumTrackList::lineAt(int row)
+void AlbumTrackList::readRows(int first, int last)
 {
-    if (const auto known = m_lines.find(row); known != m_lines.end())
-        return &known->second;
-    const Track* const track = trackAt(row);
+    if (m_lines.size() >= kMostLines)
+        m_lines.clear();
+    for (int row = first; row < last; ++row) {
+        if (!m_lines.contains(row) && !readRow(row))
+            return;
+    }
+}
+
+// False: the host may not be called now, or it has let other albums in.
+bool AlbumTrackList::readRow(int row)
+{
+    m_missed = m_missed || !commands().mayCallHost();
+    const Track* const track = m_missed ? nullptr : trackAt(row);
     if (!track)
-        return nullptr;
+        return false;
     const HostFilePtr file = track->m_pMJFile;
     const std::string artist = track->album && track->album->artist ? track->album->artist->hostName : "";
     TrackLine line{trackText(row - m_firstRows[albumIndex(row)] + 1, ""), ""};
     const unsigned generation = m_generation;
     const bool asked = !file || readFromHost(commands(), [&](Host&) { line = readTrackLine(*file, artist); });
-    m_missed = m_missed || !asked;
     if (!asked || generation != m_generation)
-        return nullptr;
-    if (m_lines.size() >= kMostLines)
-        m_lines.clear();
-    return &(m_lines[row] = std::move(line));
+        return false;
+    m_lines[row] = std::move(line);
+    return true;
 }
 
 std::string AlbumTrackList::cellText(int row, int column)
 {
-    const TrackLine* const line = lineAt(row);
-    if (!line)
+    const auto line = m_lines.find(row);
+    if (line == m_lines.end())
         return {};
-    return column == 0 ? line->text : line->duration;
+    return column == 0 ? line->second.text : line->second.duration;
 }
 
 void AlbumTrackList::activate(int row)

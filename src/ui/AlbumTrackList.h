@@ -28,6 +28,7 @@ public:
     void tick();
 
 private:
+    void readRows(int first, int last) override;
     std::string cellText(int row, int column) override;
     void activate(int row) override;
 
@@ -36,7 +37,7 @@ private:
     std::size_t albumIndex(int row) const;
     const std::vector<Track*>& tracksOf(std::size_t album) const;
     Track* trackAt(int row) const;
-    const TrackLine* lineAt(int row);
+    bool readRow(int row);
 
     std::vector<Album*> m_albums;
     std::vector<int> m_firstRows; // of each album, and the number of all rows

@@ -19,8 +19,14 @@ constexpr int kLeastWidth = 60; // of the column that takes what is left
 
 std::span<const MapEntry<DetailsList>> DetailsList::messageMap()
 {
-    static constexpr std::array<MapEntry<DetailsList>, 1> kMap{{
+    static constexpr std::array<MapEntry<DetailsList>, 7> kMap{{
         {WM_KEYDOWN, &DetailsList::onKeyDown},
+        {WM_PAINT, &DetailsList::onPaint},
+        {WM_PRINTCLIENT, &DetailsList::onPaint},
+        {LVM_GETITEMA, &DetailsList::onItemWanted},
+        {LVM_GETITEMW, &DetailsList::onItemWanted},
+        {LVM_GETITEMTEXTA, &DetailsList::onTextWanted},
+        {LVM_GETITEMTEXTW, &DetailsList::onTextWanted},
     }};
     return kMap;
 }
@@ -95,6 +101,8 @@ void DetailsList::resetRows(int rows)
 void DetailsList::redrawRow(int row) const
 {
     RECT bounds{LVIR_BOUNDS, 0, 0, 0};
+    if (row < 0 || row >= m_lvw.count())
+        return; // some systems do not bear the question
     if (m_lvw.send(LVM_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&bounds)))
         InvalidateRect(m_lvw.handle(), &bounds, FALSE);
 }
@@ -134,11 +142,6 @@ Handled DetailsList::answer(NMHDR& header)
     case LVN_GETDISPINFOA:
         answerInfo(notificationAs<NMLVDISPINFOA>(header).item);
         return 0;
-    case LVN_ODCACHEHINT: {
-        const auto& hint = notificationAs<NMLVCACHEHINT>(header);
-        expectRows(std::max(hint.iFrom, 0), std::min(hint.iTo + 1, m_lvw.count()));
-        return 0;
-    }
     case NM_CUSTOMDRAW:
         return onCustomDraw(notificationAs<NMLVCUSTOMDRAW>(header));
     case LVN_ODFINDITEMA:
@@ -151,6 +154,30 @@ Handled DetailsList::answer(NMHDR& header)
     default:
         return kDefault;
     }
+}
+
+Handled DetailsList::onPaint(const Message&)
+{
+    const auto [first, last] = rowsInView();
+    if (first < last)
+        readRows(first, last);
+    return kDefault;
+}
+
+Handled DetailsList::onItemWanted(const Message& message)
+{
+    const auto* const item = reinterpret_cast<const LVITEMA*>(message.lParam);
+    if (item && (item->mask & LVIF_TEXT) != 0 && item->iItem >= 0 && item->iItem < m_lvw.count())
+        readRows(item->iItem, item->iItem + 1);
+    return kDefault;
+}
+
+Handled DetailsList::onTextWanted(const Message& message)
+{
+    const auto row = static_cast<int>(message.wParam);
+    if (row >= 0 && row < m_lvw.count())
+        readRows(row, row + 1);
+    return kDefault;
 }
 
 Handled DetailsList::onKeyDown(const Message& message)

@@ -40,12 +40,12 @@ protected:
     bool createList(HWND parent, UINT id, std::span<const Column> columns);
     Commands& commands() const { return m_commands; }
 
-    // Asked while the list paints.
+    // Before the control asks for these rows. Here and nowhere else the host may be called: it may run
+    // a message loop, and the control, were it at work meanwhile, does not bear to lose its rows.
+    virtual void readRows(int, int) {}
     virtual std::string cellText(int row, int column) = 0;
     virtual int rowImage(int) const { return -1; }
     virtual bool isMarked(int) const { return false; } // in bold
-    // The rows that are about to be asked for.
-    virtual void expectRows(int, int) {}
     virtual void activate(int) {}
 
     // Selection and scroll place stay; only rows that come or go are painted.
@@ -63,6 +63,9 @@ private:
     void answerInfo(LVITEMA& item);
     Handled onCustomDraw(NMLVCUSTOMDRAW& draw) const;
     Handled onKeyDown(const Message& message);
+    Handled onPaint(const Message& message);
+    Handled onItemWanted(const Message& message);
+    Handled onTextWanted(const Message& message);
 
     Commands& m_commands;
     ListView m_lvw;

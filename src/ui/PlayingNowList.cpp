@@ -11,7 +11,6 @@ namespace tessera {
 
 namespace {
 
-constexpr int kMostExpected = 500;       // rows that are read in one go
 constexpr std::size_t kMostLines = 2000; // that are kept; more have been scrolled past
 
 TrackLine readEntry(HostPlaylist& playlist, int row)
@@ -87,9 +86,8 @@ void PlayingNowList::takePosition(int position)
 }
 
 // All of them through one object of the host's.
-void PlayingNowList::expectRows(int first, int last)
+void PlayingNowList::readRows(int first, int last)
 {
-    last = std::min(last, first + kMostExpected);
     while (first < last && m_lines.contains(first))
         ++first;
     if (first >= last)
@@ -110,7 +108,6 @@ void PlayingNowList::expectRows(int first, int last)
 
 std::string PlayingNowList::cellText(int row, int column)
 {
-    expectRows(row, row + 1);
     const auto line = m_lines.find(row);
     if (line == m_lines.end())
         return {};

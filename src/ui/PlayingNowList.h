@@ -33,10 +33,10 @@ private:
         Lines lines; // of the rows in view
     };
 
+    void readRows(int first, int last) override;
     std::string cellText(int row, int column) override;
     int rowImage(int row) const override;
     bool isMarked(int row) const override { return row == m_playing; }
-    void expectRows(int first, int last) override;
     void activate(int row) override;
 
     void follow();

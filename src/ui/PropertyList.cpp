@@ -32,12 +32,10 @@ void PropertyList::tick()
 }
 
 // The source may let messages through, and one of them another source in.
-bool PropertyList::fetch()
+void PropertyList::readRows(int, int)
 {
-    if (m_rows)
-        return true;
-    if (!m_source || m_fetching)
-        return false;
+    if (m_rows || !m_source || m_fetching)
+        return;
     const Source source = m_source;
     const unsigned generation = m_generation;
     m_fetching = true;
@@ -46,12 +44,11 @@ bool PropertyList::fetch()
     m_missed = !rows || generation != m_generation;
     if (!m_missed)
         m_rows = std::move(rows);
-    return !m_missed;
 }
 
 std::string PropertyList::cellText(int row, int column)
 {
-    if (!fetch() || static_cast<std::size_t>(row) >= m_rows->size())
+    if (!m_rows || static_cast<std::size_t>(row) >= m_rows->size())
         return {};
     const auto& [name, value] = (*m_rows)[static_cast<std::size_t>(row)];
     return column == 0 ? name : value;

@@ -30,8 +30,8 @@ public:
     void tick();
 
 private:
+    void readRows(int first, int last) override;
     std::string cellText(int row, int column) override;
-    bool fetch();
 
     Source m_source;
     std::optional<Rows> m_rows;
