@@ -1,5 +1,6 @@
 #include "ui/RichTextBox.h"
 
+#include "base/Text.h"
 #include "system/Module.h"
 #include "ui/Commands.h"
 #include "windowing/Drawing.h"
@@ -16,8 +17,10 @@ namespace {
 
 constexpr DWORD kStyle =
     WS_CHILD | WS_VSCROLL | WS_TABSTOP | WS_CLIPSIBLINGS | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL;
-constexpr int kMargin = 4;                     // left and right of the text, at 96 dpi
-constexpr LPARAM kMostText = 64 * 1024 * 1024; // bytes
+constexpr int kMargin = 4;                  // left and right of the text, at 96 dpi
+constexpr std::size_t kLongestLine = 2000;  // characters; some systems lay out longer ones for minutes
+constexpr std::size_t kMostShown = 100'000; // characters
+constexpr LPARAM kMostText = 2 * kMostShown;
 
 HWND createBoxWindow(const char* windowClass, HWND parent, UINT id)
 {
@@ -25,19 +28,40 @@ HWND createBoxWindow(const char* windowClass, HWND parent, UINT id)
                            reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), moduleInstance(), nullptr);
 }
 
-std::string withSystemLineEnds(std::string_view text)
+// The bytes of the text that make a line: up to a line's end, or as many as the control lays out in a
+// reasonable time; then the last blank ends it, if there is one.
+std::size_t lineLength(std::string_view text)
+{
+    std::size_t blank = 0;
+    std::size_t end = 0;
+    while (end < text.size() && text[end] != '\n' && text[end] != '\r') {
+        if (end >= kLongestLine)
+            return blank > 0 ? blank : end;
+        const std::size_t size = characterLength(text, end);
+        end += size;
+        blank = text[end - size] == ' ' ? end : blank;
+    }
+    return end;
+}
+
+std::size_t lineEndLength(std::string_view text)
+{
+    return text.starts_with("\r\n") ? 2 : text.starts_with('\r') || text.starts_with('\n') ? 1 : 0;
+}
+
+// As the control gets it.
+std::string asShown(std::string_view text)
 {
     std::string result;
-    result.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] != '\n' && text[i] != '\r') {
-            result += text[i] == '\0' ? ' ' : text[i];
-            continue;
-        }
-        result += "\r\n";
-        if (text.substr(i, 2) == "\r\n")
-            ++i;
+    for (std::size_t at = 0; at < text.size() && result.size() < kMostShown;) {
+        const std::size_t length = lineLength(text.substr(at));
+        result.append(text.substr(at, length));
+        at += length;
+        result.append(at < text.size() ? "\r\n" : "");
+        at += lineEndLength(text.substr(at));
+        result.append(result.size() < kMostShown ? "" : "...");
     }
+    std::ranges::replace(result, '\0', ' ');
     return result;
 }
 
@@ -114,7 +138,7 @@ void RichTextBox::setText(const std::string& text)
     if (text == m_text)
         return;
     m_text = text;
-    const std::string lines = withSystemLineEnds(text);
+    const std::string lines = asShown(text);
     if (m_rich) {
         std::string_view left = lines;
         EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&left), 0, streamText};

@@ -4,6 +4,7 @@
 #include "base/Text.h"
 #include "ports/Host.h"
 
+#include <functional>
 #include <map>
 #include <vector>
 
@@ -22,10 +23,13 @@ struct HostTrack {
     std::int32_t duration = 60;
     std::string imageFile; // answers to the image query
     std::string embeddedImage;
+    std::map<FileText, std::u16string> more; // the other texts
+    std::int32_t playCount = 0;
+    std::int32_t rating = 0;
 };
 
-// A host whose library is a list in memory. Any call, also of the objects it hands out, can be
-// made to fail or, where it answers an object, to answer null.
+// A host whose library is a list in memory, and its playlist one of places in it. Any call, also of the
+// objects it hands out, can be made to fail or, where it answers an object, to answer null.
 class FakeHost : public Host {
 public:
     std::vector<HostTrack> tracks;
@@ -36,18 +40,39 @@ public:
     int failingCall = 0; // from 1; 0: none
     int nullCall = 0;
     int propertyReads = 0;
+    std::map<FileText, int> textReads;
+    bool refusing = false; // every call fails
+    bool hasPlaylist = false;
+    std::vector<std::size_t> entries; // of the playlist
+    std::int32_t position = -1;
+    int entryReads = 0;
+    int playbackState = 0;
+    std::vector<std::string> orders;  // "clear", "add NAME", "position N", "start", "playNow"
+    std::function<void()> insideCall; // as the host's own message loop may do anything
 
     // Every call comes by here; false: answer null.
     bool enter()
     {
         ++calls;
-        if (calls == failingCall)
+        if (calls == failingCall || refusing)
             throw HostError(kErrorPointer);
+        if (insideCall)
+            insideCall();
         return calls != nullCall;
     }
 
-    std::unique_ptr<HostPlayback> playback() override { return nullptr; }
-    std::unique_ptr<HostPlaylist> playlist() override { return nullptr; }
+    std::unique_ptr<HostPlayback> playback() override
+    {
+        if (!hasPlaylist || !enter())
+            return nullptr;
+        return std::make_unique<Playback>(*this);
+    }
+    std::unique_ptr<HostPlaylist> playlist() override
+    {
+        if (!hasPlaylist || !enter())
+            return nullptr;
+        return std::make_unique<Playlist>(*this);
+    }
     std::unique_ptr<HostFiles> search(const std::string& criteria) override
     {
         searches.push_back(criteria);
@@ -78,6 +103,7 @@ private:
         std::u16string wideText(FileText field) override
         {
             const HostTrack& track = read();
+            ++m_host.textReads[field];
             switch (field) {
             case FileText::Filename:
                 return track.fileName;
@@ -89,8 +115,10 @@ private:
                 return track.genre;
             case FileText::Type:
                 return track.type;
-            default:
-                return {};
+            default: {
+                const auto text = track.more.find(field);
+                return text == track.more.end() ? std::u16string() : text->second;
+            }
             }
         }
         std::int32_t number(FileNumber field) override
@@ -105,8 +133,10 @@ private:
                 return track.bitrate;
             case FileNumber::Track:
                 return track.number;
+            case FileNumber::PlayCount:
+                return track.playCount;
             default:
-                return 0;
+                return track.rating;
             }
         }
         std::string image(ImageKind kind) override
@@ -146,6 +176,77 @@ private:
         }
 
     private:
+        FakeHost& m_host;
+    };
+
+    class Playlist : public HostPlaylist {
+    public:
+        explicit Playlist(FakeHost& host) : m_host(host) {}
+        std::int32_t position() override
+        {
+            m_host.enter();
+            return m_host.position;
+        }
+        void setPosition(std::int32_t index) override
+        {
+            order("position " + std::to_string(index));
+            m_host.position = index;
+        }
+        std::int32_t count() override
+        {
+            m_host.enter();
+            return static_cast<std::int32_t>(m_host.entries.size());
+        }
+        HostFilePtr file(std::int32_t index) override
+        {
+            ++m_host.entryReads;
+            const auto place = static_cast<std::size_t>(index);
+            if (!m_host.enter() || place >= m_host.entries.size())
+                return nullptr;
+            return std::make_shared<File>(m_host, m_host.entries[place]);
+        }
+        void clear() override
+        {
+            order("clear");
+            m_host.entries.clear();
+        }
+        bool add(const std::string& fileName, std::int32_t) override
+        {
+            order("add " + fileName);
+            for (std::size_t i = 0; i < m_host.tracks.size(); ++i) {
+                if (toCodePage(m_host.tracks[i].fileName) == fileName)
+                    m_host.entries.push_back(i);
+            }
+            return true;
+        }
+
+    private:
+        void order(const std::string& text)
+        {
+            m_host.enter();
+            m_host.orders.push_back(text);
+        }
+        FakeHost& m_host;
+    };
+
+    class Playback : public HostPlayback {
+    public:
+        explicit Playback(FakeHost& host) : m_host(host) {}
+        std::int32_t state() override
+        {
+            m_host.enter();
+            return m_host.playbackState;
+        }
+        void playNow() override { order("playNow"); }
+        void start() override { order("start"); }
+
+    private:
+        void order(const char* text)
+        {
+            m_host.enter();
+            m_host.orders.emplace_back(text);
+            m_host.playbackState = 1;
+        }
         FakeHost& m_host;
     };
 };
