@@ -114,9 +114,10 @@ public:
 private:
     // JobViews
     void emptyLibrary() override;
-    void fillViews(Log& log) override;
+    void beginFill(Log& log) override;
+    bool stepFill() override;
     void jobStarts(bool creating) override;
-    void jobEnded(bool loaded, int rememberedPane) override;
+    void jobEnded(bool loaded, bool created, int rememberedPane) override;
 
     void startSteps(IDispatch* host);
     ArtworkParts artworkParts();
@@ -133,6 +134,8 @@ private:
 
     bool maySelect() const;
     bool mayOpenDialog() const;
+    bool mayReplaceLibrary();
+    void offerPreviousMarks();
     PlayRequest requestFor(const Album& album) const;
     void showPane(int id);
     void refreshAfterChange(bool reload);
