@@ -127,8 +127,9 @@ void AlbumTrackList::readRows(int first, int last)
 // False: the host may not be called now, or it has let other albums in.
 bool AlbumTrackList::readRow(int row)
 {
-    m_missed = m_missed || !commands().mayCallHost();
-    const Track* const track = m_missed ? nullptr : trackAt(row);
+    const bool now = commands().mayCallHost();
+    m_missed = m_missed || !now;
+    const Track* const track = now ? trackAt(row) : nullptr;
     if (!track)
         return false;
     const HostFilePtr file = track->m_pMJFile;

@@ -3,6 +3,8 @@
 #include "ui/AlbumTrackList.h"
 #include "ui/PlayingNowList.h"
 
+#include <thread>
+
 namespace tessera {
 namespace {
 
@@ -221,6 +223,7 @@ TEST_F(AlbumTracksTest, RowsThatCouldNotBeReadAreReadLater)
     paint(list.view().handle());
     EXPECT_EQ(list.view().text(0, 0), "");
     commands.busy = false;
+    EXPECT_EQ(list.view().text(1, 0), "Track 2: Another") << "whoever asks gets an answer";
     PaintCounter counter;
     counter.attach(list.view().handle());
     list.tick();
@@ -386,6 +389,25 @@ TEST_F(PlayingNowTest, HiddenOrBusyItLeavesTheHostAlone)
     commands.busy = false;
     list.tick();
     EXPECT_EQ(list.count(), 5);
+}
+
+TEST_F(PlayingNowTest, HostIsReadUnderItsLock)
+{
+    int held = 0;
+    int calls = 0;
+    commands.fakeHost.insideCall = [&] {
+        ++calls;
+        std::thread([&] {
+            if (commands.hostLock().try_lock())
+                commands.hostLock().unlock();
+            else
+                ++held;
+        }).join();
+    };
+    open();
+    list.tick();
+    EXPECT_GT(calls, 0);
+    EXPECT_EQ(held, calls);
 }
 
 TEST_F(PlayingNowTest, HostThatFailsChangesNothing)
