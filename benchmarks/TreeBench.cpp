@@ -1,5 +1,5 @@
-// Figures of the album details' trees, in a window of their own. bench_trees [PART]: all, or small
-// (8,400 albums) or large (100,000).
+// Figures of the album details' trees, in a window of their own. bench_trees [PART]: all, or one of
+// marks, gap, select, small and large (rebuilds of 8,400 and 100,000 albums).
 
 #include "GeneratedLibrary.h"
 #include "Report.h"
@@ -266,8 +266,12 @@ void selectRow(std::int32_t albums, int runs)
     require(list.initAlbumList(rig.parent.handle(), 7001, ListStyle::Details), "no list");
     list.move({300, 0, 800, 600});
     ListView bare;
-    require(bare.create(rig.parent.handle(), 7002, {300, 0, 800, 600}, LVS_REPORT | LVS_OWNERDATA, 0),
+    require(bare.create(rig.parent.handle(), 7002, {300, 0, 800, 600},
+                        ListView::kReport | LVS_OWNERDATA | LVS_SHAREIMAGELISTS | LVS_AUTOARRANGE, 0),
             "no bare list");
+    bare.setExtendedStyle(LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER);
+    for (int column = 0; column < list.view().columnCount(); ++column)
+        bare.addColumn("Column", list.view().columnWidth(column));
     ShowWindow(rig.frame, SW_SHOWNOACTIVATE);
     const AlbumTree& tree = rig.trees.tree(0);
     AlbumPlaces sequence;
@@ -342,17 +346,20 @@ void marksRows(std::int32_t favourites, int runs)
 int main(int count, char** arguments)
 {
     initCommonControls();
+    const struct {
+        std::string_view name;
+        void (*rows)();
+    } parts[] = {
+        {"marks", [] { marksRows(8400, 3); }},
+        {"gap", [] { gapRow(8400); }},
+        {"select", [] { return selectRow(8400, 8), selectRow(100000, 5); }},
+        {"small", [] { rebuildRows(8400, 3); }},
+        {"large", [] { rebuildRows(100000, 1); }},
+    };
     const std::string_view only = count > 1 ? arguments[1] : "";
-    if (only != "large") {
-        marksRows(8400, 3);
-        gapRow(8400);
-        selectRow(8400, 8);
-        rebuildRows(8400, 3);
+    for (const auto& part : parts) {
+        if (only.empty() || only == part.name)
+            part.rows();
     }
-    if (only != "small") {
-        selectRow(100000, 3);
-        rebuildRows(100000, 1);
-    }
-    std::fflush(stdout);
     ExitProcess(0); // without the large trees' end, which takes long
 }
