@@ -58,6 +58,7 @@ bool AlbumTree::create(HWND parent)
 void AlbumTree::begin(const AlbumCatalogue& catalogue, const AlbumTreeNames& names, AlbumPlaces places,
                       bool sameLibrary)
 {
+    abandon();
     m_filled = false;
     m_tvw.select(nullptr);
     m_catalogue = &catalogue;
@@ -72,9 +73,25 @@ void AlbumTree::begin(const AlbumCatalogue& catalogue, const AlbumTreeNames& nam
 
 void AlbumTree::release()
 {
+    abandon();
     m_filled = false;
-    m_stage = Stage::Done;
     m_tvw.select(nullptr);
+}
+
+// A change that is half done leaves nodes of both libraries: all go.
+void AlbumTree::abandon()
+{
+    const bool begun = m_stage != Stage::Done && (m_stage != Stage::Groups || m_grouping > 0);
+    m_stage = Stage::Done;
+    if (!begun)
+        return;
+    const TreeUpdate update(m_tvw);
+    for (const HTREEITEM root : m_roots) {
+        while (const HTREEITEM group = m_tvw.child(root))
+            m_tvw.remove(group);
+    }
+    m_contents = {};
+    m_next = {};
 }
 
 // One list of groups or the albums of one group at a time. All groups come before the albums: some

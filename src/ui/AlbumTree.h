@@ -73,6 +73,7 @@ private:
     // Whether to go on to what is below.
     using Visit = std::function<bool(const std::string& path, HTREEITEM item)>;
 
+    void abandon();
     void advance();
     std::vector<Node>& deepest(std::array<Contents, kGroupings>& contents) const;
     Level level(bool inner) const;

@@ -361,14 +361,14 @@ TEST_F(AlbumTreeTest, ChangesEndInTheSameTreeWhateverCameBefore)
         album(format("Album %d", i).c_str(), *m_commands.records.artists[1 + static_cast<int>(random() % 12)],
               i % 3 == 0 ? "Rock" : "Jazz");
     rebuild();
-    for (int round = 0; round < 40; ++round) {
+    for (int round = 0; round < 16; ++round) {
         for (const auto& [id, each] : m_commands.records.albums) {
             if (random() % 4 == 0)
                 each->set(kAlbumFavourite, random() % 2 == 0);
             if (random() % 4 == 0)
                 each->rank = static_cast<std::int32_t>(random() % 12) - 1;
         }
-        if (round % 8 == 7) {
+        if (round % 4 == 3) {
             for (const auto& [id, each] : m_commands.records.artists)
                 each->displayName =
                     format("%c %s", static_cast<char>('A' + random() % 26), each->displayName.c_str());
@@ -378,7 +378,7 @@ TEST_F(AlbumTreeTest, ChangesEndInTheSameTreeWhateverCameBefore)
             const HTREEITEM group = view(kFavourites).child(root(grouping, kFavourites));
             view(kFavourites).expand(group);
         }
-        rebuild(round % 8 == 7 ? TreeRebuild::Full : TreeRebuild::Marks);
+        rebuild(round % 4 == 3 ? TreeRebuild::Full : TreeRebuild::Marks);
         auto fresh = std::make_unique<AlbumTrees>(m_commands);
         ASSERT_TRUE(fresh->create(m_parent.handle()));
         fresh->rebuild(TreeRebuild::Full, m_log);
@@ -494,12 +494,29 @@ TEST_F(AlbumTreeTest, TurnsLeaveTheTreesWhole)
         }
     }
     EXPECT_EQ(titles(root(Grouping::Artist)).size(), 300U);
-    m_trees->begin(TreeRebuild::Full, m_log);
-    m_trees->step(std::chrono::milliseconds(0));
-    m_trees->release(); // in the middle of it
-    EXPECT_FALSE(m_trees->step(std::chrono::milliseconds(0)));
+}
+
+TEST_F(AlbumTreeTest, ARebuildMayBeLeftOrBegunAgainAtAnyTurn)
+{
+    for (int i = 0; i < 30; ++i)
+        album("Album", artist(format("Artist %d", i).c_str()), i % 2 == 0 ? "Rock" : "Jazz", i % 4);
     rebuild();
-    EXPECT_EQ(titles(root(Grouping::Rank)).size(), 300U);
+    const std::string whole = outline(root(Grouping::Rank)) + outline(root(Grouping::Genre));
+    for (const int turns : {1, 3, 10, 40, 60, 90}) {
+        for (const bool release : {true, false}) {
+            m_trees->begin(TreeRebuild::Full, m_log);
+            for (int i = 0; i < turns; ++i)
+                m_trees->step(std::chrono::milliseconds(0));
+            if (release) {
+                m_trees->release();
+                EXPECT_FALSE(m_trees->step(std::chrono::milliseconds(0)));
+            }
+            rebuild();
+            EXPECT_EQ(outline(root(Grouping::Rank)) + outline(root(Grouping::Genre)), whole) << turns;
+            EXPECT_EQ(view().count(), 3 + 60 + 2 + 60 + 4 + 60) << turns;
+            EXPECT_EQ(titles(root(Grouping::Rank)).size(), 30U) << turns;
+        }
+    }
 }
 
 // A tree that has gone, say because its window was destroyed meanwhile, refuses everything.
