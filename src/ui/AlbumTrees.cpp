@@ -2,6 +2,7 @@
 
 #include "ui/Commands.h"
 #include "ui/ids.h"
+#include "windowing/Drawing.h"
 
 #include <algorithm>
 
@@ -13,6 +14,7 @@ namespace {
 constexpr std::uint32_t kFlags[AlbumTrees::kCount] = {0, kAlbumNew, kAlbumFavourite, kAlbumHasImage};
 
 constexpr std::chrono::hours kNoHurry(24);
+constexpr int kRowSpace = 2; // pixels at 96 dpi; icons as high as their rows reach into the next ones
 
 // A call that the trees' notifications may come back from.
 class ChangeScope {
@@ -53,6 +55,7 @@ void AlbumTrees::settingsChanged()
     for (const AlbumTree& tree : m_trees) {
         tree.view().setFont(m_commands.comboFont());
         tree.view().setImageList(m_commands.smallIcons());
+        tree.view().setRowSpace(scaled(kRowSpace, tree.view().handle()));
         tree.view().setColours(m_commands.treeBackground(), m_commands.treeText());
     }
 }

@@ -2,9 +2,12 @@
 
 #include "base/Text.h"
 #include "ui/Commands.h"
+#include "ui/HostReading.h"
 #include "ui/PaneAlbumDetails.h"
 #include "ui/ids.h"
 #include "windowing/Drawing.h"
+
+#include <algorithm>
 
 namespace tessera {
 
@@ -21,6 +24,19 @@ public:
     void line(const std::string&) override {}
     void progress(std::uint32_t, std::uint32_t) override {}
 };
+
+// Null for a file that is not in the library.
+const Track* findTrack(Commands& commands, const HostFilePtr& file)
+{
+    std::string name;
+    readFromHost(commands, [&](Host&) { name = file->text(FileText::Filename); });
+    if (name.empty() || commands.isBusy())
+        return nullptr;
+    const Tracks& tracks = commands.library().tracks;
+    const auto found =
+        std::ranges::find_if(tracks, [&](const auto& entry) { return entry.second->fileName == name; });
+    return found == tracks.end() ? nullptr : found->second.get();
+}
 
 } // namespace
 
@@ -160,8 +176,11 @@ Handled PaneAlbumDetails::onTrackSelected(NMHDR&)
 void PaneAlbumDetails::showTrack()
 {
     if (m_below == Below::PlayingNow) {
-        if (HostFilePtr file = m_plvwPlayingNow.selectedFile())
+        if (HostFilePtr file = m_plvwPlayingNow.selectedFile()) {
+            if (const Track* const track = findTrack(commands(), file))
+                return m_trackDetails.setTrack(track, track->album);
             return m_trackDetails.setFile(std::move(file));
+        }
     }
     const Track* const track = m_plvwAlbumTracks.shownTrack();
     m_trackDetails.setTrack(track, track ? track->album : nullptr);

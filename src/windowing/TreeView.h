@@ -49,6 +49,12 @@ public:
         return static_cast<UINT>(
             send(TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(item), TVIS_EXPANDED | TVIS_EXPANDEDONCE));
     }
+    // Rows as high as text and icons need, and so many pixels more.
+    void setRowSpace(int pixels) const
+    {
+        send(TVM_SETITEMHEIGHT, static_cast<WPARAM>(-1));
+        send(TVM_SETITEMHEIGHT, static_cast<WPARAM>(send(TVM_GETITEMHEIGHT) + pixels));
+    }
     bool expanded(HTREEITEM item) const { return (state(item) & TVIS_EXPANDED) != 0; }
     void expand(HTREEITEM item, UINT action = TVE_EXPAND) const
     {
