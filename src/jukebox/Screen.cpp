@@ -196,20 +196,29 @@ std::vector<std::wstring> labelsOf(HWND dialog)
     return labels;
 }
 
+std::optional<std::string> cellOf(HWND list, int row, int column)
+{
+    AnswerBuffer<ItemAnswer> buffer;
+    buffer->item.iSubItem = column;
+    buffer->item.pszText = buffer->text.data();
+    buffer->item.cchTextMax = static_cast<int>(buffer->text.size());
+    if (!ask(list, LVM_GETITEMTEXTA, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&buffer->item))) {
+        buffer.abandon();
+        return std::nullopt;
+    }
+    // A virtual list may point elsewhere instead of copying.
+    return buffer->item.pszText ? buffer->item.pszText : "";
+}
+
 std::optional<std::vector<std::string>> rowOf(HWND list, int row, int columns)
 {
     std::vector<std::string> texts;
     for (int column = 0; column < columns; ++column) {
-        AnswerBuffer<ItemAnswer> buffer;
-        buffer->item.iSubItem = column;
-        buffer->item.pszText = buffer->text.data();
-        buffer->item.cchTextMax = static_cast<int>(buffer->text.size());
-        if (!ask(list, LVM_GETITEMTEXTA, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&buffer->item))) {
-            buffer.abandon();
+        std::optional<std::string> text = cellOf(list, row, column);
+        if (!text) {
             return std::nullopt;
         }
-        // A virtual list may point elsewhere instead of copying.
-        texts.emplace_back(buffer->item.pszText ? buffer->item.pszText : "");
+        texts.push_back(std::move(*text));
     }
     return texts;
 }
@@ -258,6 +267,29 @@ void selectRows(HWND list, std::span<const int> rows)
             (void)ask(list, LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
         }
     }
+}
+
+std::optional<POINT> middleOfRow(HWND list, int row, int part)
+{
+    AnswerBuffer<RECT> place;
+    place->left = part;
+    if (!ask(list, LVM_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&*place))) {
+        place.abandon(); // the answer may still come
+        return std::nullopt;
+    }
+    return POINT{(place->left + place->right) / 2, (place->top + place->bottom) / 2};
+}
+
+void clickRow(HWND list, int row)
+{
+    (void)ask(list, LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
+    const auto middle = middleOfRow(list, row, LVIR_LABEL);
+    if (row >= rowCount(list) || !middle || !IsWindowVisible(list)) {
+        return;
+    }
+    const LPARAM place = MAKELPARAM(middle->x, middle->y);
+    PostMessageA(list, WM_LBUTTONDOWN, MK_LBUTTON, place);
+    PostMessageA(list, WM_LBUTTONUP, 0, place);
 }
 
 std::vector<HTREEITEM> nodesBelow(HWND tree, HTREEITEM node, std::size_t most)

@@ -34,12 +34,18 @@ std::vector<std::wstring> labelsOf(HWND dialog);
 // One row of a list view: the texts of its first columns, in the code page. None when the list
 // did not answer.
 std::optional<std::vector<std::string>> rowOf(HWND list, int row, int columns);
+std::optional<std::string> cellOf(HWND list, int row, int column);
 int rowCount(HWND list); // -1 when the list did not answer
 int columnCount(HWND list);
 std::vector<std::string> columnTitles(HWND list); // in the code page; empty when it did not answer
 // Selects these rows and no other, the first of them has the focus and comes into view. Rows that
 // are none are left out.
 void selectRows(HWND list, std::span<const int> rows);
+
+// Selects a row alone by a click on its text, which takes the focus there as well.
+void clickRow(HWND list, int row);
+// The middle of a part (LVIR_*) of a row, in the list's coordinates; none when the list did not answer.
+std::optional<POINT> middleOfRow(HWND list, int row, int part);
 
 // Nodes of a tree below a node, at most so many; its roots when the node is null.
 std::vector<HTREEITEM> nodesBelow(HWND tree, HTREEITEM node, std::size_t most);

@@ -68,9 +68,9 @@ private:
     void openCopyForMarks();
     void rankAlbums(const std::vector<int>& rows);
     void markTogether(const std::vector<int>& rows, UINT command, std::string MarkedAlbum::*mark);
-    MarkedAlbum albumAt(int row) const;
-    std::vector<MarkedAlbum> albumsAt(const std::vector<int>& rows) const;
-    MarkedAlbum findAgain(const MarkedAlbum& album) const;
+    MarkedAlbum albumAt(int row);
+    std::vector<MarkedAlbum> albumsAt(const std::vector<int>& rows);
+    MarkedAlbum findAgain(const MarkedAlbum& album);
     void checkWritten(const std::string& before, bool marksDiffer) const;
     void waitForLastDatabase();
     void compareMarks(const MarksFile& marks);
@@ -99,6 +99,7 @@ private:
     unsigned m_lastChange = 0; // when the log changed last
     unsigned m_messagesBefore = 0;
     std::string m_lastSeen;
+    std::vector<std::string> m_albumColumns; // titles in the album list
 };
 
 } // namespace tessera::jukebox

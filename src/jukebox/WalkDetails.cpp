@@ -52,11 +52,6 @@ void expand(HWND tree, HTREEITEM node)
     (void)ask(tree, TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(node));
 }
 
-void selectFirstRow(HWND list)
-{
-    selectRows(list, std::array{0});
-}
-
 } // namespace
 
 HWND Walk::inDetailsPane(int id) const
@@ -92,6 +87,8 @@ void Walk::selectNode(HWND tree, HTREEITEM node)
         return;
     }
     (void)ask(tree, TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(node));
+    (void)ask(tree, WM_VSCROLL, SB_TOP);
+    (void)ask(tree, TVM_ENSUREVISIBLE, 0, reinterpret_cast<LPARAM>(node));
     m_report.step("Selected '" + toUtf8(fromCodePage(nodeText(tree, node))) + "', " +
                   std::to_string(rowCount(inDetailsPane(kAlbums))) + " albums");
 }
@@ -127,10 +124,10 @@ void Walk::selectArtist(HWND tree, std::size_t fewestAlbums)
 // With its tracks, when they are shown.
 void Walk::selectAlbum(int row)
 {
-    selectRows(inDetailsPane(kAlbums), std::array{row});
+    clickRow(inDetailsPane(kAlbums), row);
     const HWND tracks = inDetailsPane(kAlbumTracks);
     if (IsWindowVisible(tracks) && hasRows(tracks, kListMs)) {
-        selectFirstRow(tracks);
+        selectRows(tracks, std::array{0});
     }
     waitForCovers();
 }
@@ -198,7 +195,7 @@ void Walk::takePlayingNowPicture()
     const HWND list = inDetailsPane(kPlayingNow);
     if (hasRows(list, kListMs)) {
         m_report.step("Playing " + std::to_string(rowCount(list)) + " tracks");
-        selectFirstRow(list);
+        selectRows(list, std::array{0});
         Sleep(kPaintMs);
     } else {
         m_report.step("Nothing plays");

@@ -105,22 +105,27 @@ void Walk::openCopyForMarks()
     watchJob();
 }
 
-MarkedAlbum Walk::albumAt(int row) const
+// The columns are found by their titles.
+MarkedAlbum Walk::albumAt(int row)
 {
     const HWND list = inDetailsPane(kAlbums);
-    const std::vector<std::string> titles = columnTitles(list);
-    const auto texts = rowOf(list, row, static_cast<int>(titles.size()));
+    if (m_albumColumns.empty()) {
+        m_albumColumns = columnTitles(list);
+    }
     const auto text = [&](const char* title) {
-        const auto column = std::find(titles.begin(), titles.end(), title);
-        if (!texts || column == titles.end()) {
+        const auto column = std::find(m_albumColumns.begin(), m_albumColumns.end(), title);
+        const auto cell = column == m_albumColumns.end()
+                              ? std::nullopt
+                              : cellOf(list, row, static_cast<int>(column - m_albumColumns.begin()));
+        if (!cell) {
             throw StepFailed{std::string("the album list has no column '") + title + "' to read"};
         }
-        return toUtf8(fromCodePage(texts->at(static_cast<std::size_t>(column - titles.begin()))));
+        return toUtf8(fromCodePage(*cell));
     };
     return {row, text("Album"), text("Artist"), text("Path"), text("Rank"), text("Favourite"), text("New")};
 }
 
-std::vector<MarkedAlbum> Walk::albumsAt(const std::vector<int>& rows) const
+std::vector<MarkedAlbum> Walk::albumsAt(const std::vector<int>& rows)
 {
     std::vector<MarkedAlbum> albums;
     std::transform(rows.begin(), rows.end(), std::back_inserter(albums),
@@ -218,7 +223,7 @@ void Walk::compareMarks(const MarksFile& marks)
 }
 
 // Where it stood, or elsewhere when the list is sorted otherwise now.
-MarkedAlbum Walk::findAgain(const MarkedAlbum& album) const
+MarkedAlbum Walk::findAgain(const MarkedAlbum& album)
 {
     const int count = rowCount(inDetailsPane(kAlbums));
     if (album.row < count) {

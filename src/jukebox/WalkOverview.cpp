@@ -4,8 +4,6 @@
 #include "jukebox/WideText.h"
 
 #include <algorithm>
-#include <commctrl.h>
-#include <memory>
 
 // The part of the walk that looks at the album list.
 namespace tessera::jukebox {
@@ -28,20 +26,6 @@ constexpr unsigned kSearchMs = 600;
 constexpr unsigned kBalloonMs = 3000; // two ticks of the plug-in and its delay of 2 s
 constexpr int kRests = 2;
 constexpr unsigned kPollMs = 50;
-
-// The middle of an item in screen coordinates; none when the list did not answer.
-std::optional<POINT> middleOf(HWND list, int item)
-{
-    auto place = std::make_unique<RECT>();
-    place->left = LVIR_BOUNDS;
-    if (!ask(list, LVM_GETITEMRECT, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(place.get()))) {
-        (void)place.release(); // the answer may still come
-        return std::nullopt;
-    }
-    POINT middle{(place->left + place->right) / 2, (place->top + place->bottom) / 2};
-    ClientToScreen(list, &middle);
-    return middle;
-}
 
 bool isBalloonShown()
 {
@@ -114,11 +98,12 @@ void Walk::restOnAlbum(HWND list)
 {
     SetForegroundWindow(m_mainWindow);
     for (int attempt = 0; attempt < kRests; ++attempt) {
-        const auto middle = middleOf(list, std::min(rowCount(list) - 1, kRestingItem));
+        auto middle = middleOfRow(list, std::min(rowCount(list) - 1, kRestingItem), LVIR_BOUNDS);
         if (!middle) {
             m_report.step("There is no album to rest on");
             return;
         }
+        ClientToScreen(list, &*middle);
         SetCursorPos(middle->x, middle->y);
         const unsigned start = m_report.elapsedMs();
         while (!isBalloonShown() && m_report.elapsedMs() - start < kBalloonMs) {

@@ -1,11 +1,15 @@
 #include "jukebox/ActivityLog.h"
+#include "jukebox/MarkedAlbums.h"
 #include "jukebox/MessageWatch.h"
 #include "jukebox/Options.h"
 #include "jukebox/Screen.h"
+#include "windowing/ComboBoxEx.h"
 #include "windowing/ListView.h"
 #include "windowing/MessageLoop.h"
+#include "windowing/TreeView.h"
 #include "windowing/Window.h"
 
+#include <array>
 #include <gtest/gtest.h>
 #include <thread>
 
@@ -106,6 +110,84 @@ TEST_F(WalkScreenTest, AWindowThatDoesNotAnswerIsGivenUp)
         EXPECT_EQ(descendantWithId(m_window.handle(), 3001, "syslistview32"), m_list.handle());
         EXPECT_EQ(childWithId(m_window.handle(), 3000), nullptr);
     });
+}
+
+TEST_F(WalkScreenTest, RowsAreReadAndSelected)
+{
+    for (const char* name : {"one", "two", "three"}) {
+        m_list.addRow({name, "", name});
+    }
+    elsewhere([&] {
+        EXPECT_EQ(columnTitles(m_list.handle()),
+                  (std::vector<std::string>{"Time", "Progress", "Description"}));
+        EXPECT_EQ(cellOf(m_list.handle(), 1, 2), "two");
+        selectRows(m_list.handle(), std::array{0});
+        selectRows(m_list.handle(), std::array{2, 1, 7, -1});
+    });
+    EXPECT_EQ(ListView_GetItemState(m_list.handle(), 0, LVIS_SELECTED), 0u);
+    EXPECT_EQ(ListView_GetSelectedCount(m_list.handle()), 2u);
+    EXPECT_EQ(ListView_GetNextItem(m_list.handle(), -1, LVNI_FOCUSED), 2);
+    elsewhere([&] { clickRow(m_list.handle(), 1); });
+    EXPECT_TRUE(pumpUntil([&] { return ListView_GetSelectedCount(m_list.handle()) == 1; }, 2000));
+    EXPECT_EQ(ListView_GetNextItem(m_list.handle(), -1, LVNI_SELECTED), 1);
+    EXPECT_EQ(GetFocus(), m_list.handle());
+}
+
+TEST_F(WalkScreenTest, NodesAreFoundBelowTheirParents)
+{
+    TreeView tree;
+    ASSERT_TRUE(tree.create(m_window.handle(), 2005, {0, 0, 100, 100}));
+    const HTREEITEM first = tree.add(nullptr, "first");
+    const HTREEITEM second = tree.add(nullptr, "second");
+    const HTREEITEM below = tree.add(first, "below");
+    elsewhere([&] {
+        EXPECT_EQ(nodesBelow(tree.handle(), nullptr, 9), (std::vector{first, second}));
+        EXPECT_EQ(nodesBelow(tree.handle(), nullptr, 1), std::vector{first});
+        EXPECT_EQ(nodesBelow(tree.handle(), first, 9), std::vector{below});
+        EXPECT_TRUE(nodesBelow(tree.handle(), second, 9).empty());
+        EXPECT_EQ(nodeText(tree.handle(), below), "below");
+    });
+}
+
+TEST_F(WalkScreenTest, EntriesAreChosenInBoxesThatAreSeen)
+{
+    ComboBoxEx combo;
+    ASSERT_TRUE(combo.create(m_window.handle(), 2009, {0, 0, 100, 100}));
+    combo.add("a", -1);
+    combo.add("b", -1);
+    combo.show(false);
+    elsewhere([&] { chooseEntry(combo.handle(), 1); });
+    EXPECT_EQ(combo.selection(), -1);
+    combo.show(true);
+    elsewhere([&] { chooseEntry(combo.handle(), 1); });
+    EXPECT_EQ(combo.selection(), 1);
+}
+
+TEST(WalkMarks, AlbumsAreWrittenAndReadAgain)
+{
+    const MarkedAlbum ranked{3, "Título", "Artist", "Z:\\Music", "7", "", ""};
+    const MarkedAlbum odd{12, "tab\there", "line\nhere", "", "", "Yes", "Tuesday, November 24, 2026"};
+    const auto marks = parseMarks(textOfMarks({"Z:\\out\\library.ts2", {ranked, odd}}));
+    ASSERT_TRUE(marks && marks->albums.size() == 2);
+    EXPECT_EQ(marks->database, "Z:\\out\\library.ts2");
+    EXPECT_EQ(marks->albums[0].row, 3);
+    EXPECT_TRUE(marks->albums[0].isSameAlbum(ranked));
+    EXPECT_TRUE(marks->albums[0].hasSameMarks(ranked));
+    EXPECT_TRUE(marks->albums[1].isSameAlbum(odd));
+    EXPECT_FALSE(marks->albums[1].isSameAlbum(ranked));
+    EXPECT_FALSE(marks->albums[1].hasSameMarks(ranked));
+    EXPECT_EQ(marksText(marks->albums[0]), "rank 7");
+    EXPECT_EQ(marksText(marks->albums[1]), "favourite, new Tuesday, November 24, 2026");
+    EXPECT_EQ(marksText({}), "no marks");
+    EXPECT_TRUE(parseMarks(textOfMarks({"x", {}}))->albums.empty());
+}
+
+TEST(WalkMarks, WhatIsNoListOfMarksIsRefused)
+{
+    for (const char* text : {"", "database\tx", "other\tx\n", "database\tx\n1\ta\tb\tc\t7\t\n",
+                             "database\tx\none\ta\tb\tc\t7\t\t\n", "database\tx\n1\ta\tb\tc\t7\t\t"}) {
+        EXPECT_FALSE(parseMarks(text)) << text;
+    }
 }
 
 TEST(WalkMessages, BoxesArePrintedAndAnswered)
