@@ -61,6 +61,8 @@ void ContentPane::settingsChanged()
 
 void ContentPane::setStatus(const std::string& status)
 {
+    if (status == m_caption.status)
+        return;
     m_caption.status = status;
     const RECT bar = captionRect();
     InvalidateRect(handle(), &bar, FALSE);
