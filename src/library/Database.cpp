@@ -36,7 +36,6 @@ std::string previousName(const std::string& fileName, JobContext& context)
 bool Database::write(const std::string& fileName, JobContext& context)
 {
     context.log.line("Writing Database");
-    context.log.indent();
     const LogSection section(context.log);
     NewFile file(context.files, fileName);
     if (!file.isOpen()) {

@@ -47,11 +47,11 @@ public:
     // previous file is then as it was. Cancelled and std::bad_alloc pass through, likewise.
     bool write(const std::string& fileName, JobContext& context);
 
-    // Whole database from a file. The library must be empty; the caller has indented the log, and
-    // the read ends that level. `afterLinks` runs once the records are linked and the file's bytes
-    // are let go: it reloads the first names, writes the line "Loading treeview" itself, and fills
-    // the views. False when a message or an assertion has said why not; records read so far stay
-    // for the caller to clear. HostError, Cancelled and std::bad_alloc pass through, the log tidy.
+    // Whole database from a file. The library must be empty. `afterLinks` runs once the records are
+    // linked and the file's bytes are let go: it reloads the first names, writes the line "Loading
+    // treeview" itself, and fills the views. False when a message or an assertion has said why not;
+    // records read so far stay for the caller to clear. HostError, Cancelled and std::bad_alloc pass
+    // through, the log tidy.
     bool read(const std::string& fileName, Host& host, JobContext& context,
               const std::function<void()>& afterLinks);
 

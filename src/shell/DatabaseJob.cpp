@@ -3,6 +3,7 @@
 #include "artwork/Decoder.h"
 #include "artwork/Locator.h"
 #include "base/Errors.h"
+#include "library/LogSection.h"
 #include "system/Border.h"
 #include "system/ComPtr.h"
 
@@ -24,22 +25,12 @@ bool DatabaseJob::run() noexcept
         }
     });
     if (!loaded) {
-        leaveLog();
         quietBorder(0, [&] {
             emptyLibrary();
             return 0;
         });
     }
     return loaded;
-}
-
-// Back at the left edge, however deep the failed step was.
-void DatabaseJob::leaveLog()
-{
-    constexpr int kDeepest = 4;
-    for (int level = 0; level < kDeepest; ++level) {
-        m_log->outdent();
-    }
 }
 
 bool DatabaseJob::perform()
@@ -59,13 +50,12 @@ bool DatabaseJob::createFile(JobContext& context)
 {
     context.log.startTimer();
     context.log.line("Creating Database");
-    context.log.indent();
+    const LogLevel level(context.log);
     const auto artwork = [this](Library& library, JobContext& job) { return locateArtwork(library, job); };
     if (!m_parts.database.build(m_parts.host, m_settings, artwork, context)) {
         return false;
     }
     context.log.line("Finished");
-    context.log.outdent();
     return true;
 }
 
@@ -73,12 +63,10 @@ bool DatabaseJob::loadFile(JobContext& context)
 {
     context.log.startTimer();
     context.log.line("Loading Database");
-    context.log.indent();
     if (!m_parts.database.read(m_settings.lastUsed, m_parts.host, context, [this] { fillViews(); })) {
         return false;
     }
     context.log.line("Finished");
-    context.log.outdent();
     return true;
 }
 

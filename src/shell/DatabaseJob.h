@@ -48,7 +48,6 @@ public:
 
 private:
     bool perform();
-    void leaveLog();
     bool createFile(JobContext& context);
     bool loadFile(JobContext& context);
     std::int32_t locateArtwork(Library& library, JobContext& context) const;
