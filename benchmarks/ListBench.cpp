@@ -1,5 +1,6 @@
 // Figures of the album list and the overview's search, in windows of their own.
 
+#include "ListGaps.h"
 #include "ListRig.h"
 #include "Report.h"
 
@@ -309,7 +310,7 @@ void logRow()
 
 } // namespace
 
-// bench_lists [PART]: all parts, or one of log, keys, sort, tiles and layout.
+// bench_lists [PART]: all parts, or one of log, keys, sort, tiles, layout and gaps.
 int main(int count, char** arguments)
 {
     initCommonControls();
@@ -328,5 +329,7 @@ int main(int count, char** arguments)
         if (wanted("layout"))
             layoutRows(albums, runs);
     }
+    if (wanted("gaps"))
+        gapRows();
     return 0;
 }

@@ -47,6 +47,7 @@ void bringToFront(HWND window)
     SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
     pumpMessages(10);
     RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    pumpMessages(10); // what was painted goes to the screen now, not in the middle of what is measured
 }
 
 ListRig::ListRig(FakeCommands& all, ListStyle style) : commands(all)
