@@ -12,6 +12,7 @@
 #include <functional>
 #include <span>
 #include <string>
+#include <utility>
 
 namespace tessera {
 
@@ -41,6 +42,8 @@ public:
     // Bit 0: the file has an image section. Outlives a read, as the next write's flags.
     std::uint32_t flags() const { return m_flags; }
     void clear() { m_library.clear(); }
+    // Leaves an empty library; the caller frees the records.
+    Library takeLibrary() { return std::exchange(m_library, {}); }
 
     // Whole database to a file of this name, by way of a temporary file beside it; the previous
     // file stays as NAME.bak when it was a sound one. False when a message has said why not; the

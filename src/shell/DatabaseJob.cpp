@@ -30,12 +30,14 @@ bool DatabaseJob::run() noexcept
             return 0;
         });
     }
+    m_old.clear(); // where it could not be emptied in order
     return loaded;
 }
 
 bool DatabaseJob::perform()
 {
     const ComInit com;
+    freeOld();
     JobContext context{systemFiles(), *m_log, m_parts.prompt, m_parts.terminating};
     if (m_creating) {
         if (!createFile(context)) {
@@ -85,9 +87,21 @@ void DatabaseJob::fillViews()
 
 void DatabaseJob::emptyLibrary()
 {
-    if (!m_parts.queue.ask([job = shared_from_this()] { job->m_parts.views.emptyLibrary(); })) {
+    if (!m_parts.queue.ask([job = shared_from_this()] { job->m_old = job->m_parts.views.emptyLibrary(); })) {
         throw Cancelled();
     }
+    freeOld();
+}
+
+// On this thread, so that the user interface does not wait for it; the file objects that came with
+// the records are the other thread's to release.
+void DatabaseJob::freeOld()
+{
+    if (m_old.empty()) {
+        return;
+    }
+    m_old.clear();
+    m_parts.queue.post([job = shared_from_this()] { job->m_parts.views.releaseFiles(); });
 }
 
 void DatabaseJob::report() noexcept
