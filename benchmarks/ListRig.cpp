@@ -82,6 +82,35 @@ void ListRig::command(int id) const
     SendMessageA(pane->window(), WM_COMMAND, static_cast<WPARAM>(id), 0);
 }
 
+std::span<const MapEntry<AloneList>> AloneList::messageMap()
+{
+    static constexpr MapEntry<AloneList> kMap[] = {{WM_NOTIFY, &AloneList::onNotify}};
+    return kMap;
+}
+
+AloneList::AloneList(FakeCommands& commands, ListStyle style) : m_list(commands, m_catalogue)
+{
+    create(m_top, 77, {0, 0, kWide, kTall});
+    m_catalogue.fill(commands.records);
+    require(m_list.initAlbumList(handle(), 78, style), "no list");
+    m_list.resetAlbums();
+    m_list.move({0, kStrip, kWide, kTall});
+    ShowWindow(handle(), SW_SHOWNA);
+    m_list.view().show(true);
+    bringToFront(m_top);
+}
+
+AloneList::~AloneList()
+{
+    destroy();
+    DestroyWindow(m_top);
+}
+
+Handled AloneList::onNotify(const Message& message)
+{
+    return m_list.answer(*reinterpret_cast<NMHDR*>(message.lParam));
+}
+
 std::span<const MapEntry<BareParent>> BareParent::messageMap()
 {
     static constexpr MapEntry<BareParent> kMap[] = {{WM_NOTIFY, &BareParent::onNotify}};

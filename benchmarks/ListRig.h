@@ -39,6 +39,25 @@ struct ListRig {
     void command(int id) const;
 };
 
+// The album list alone, in a window of its own.
+class AloneList : public Mapped<AloneList> {
+public:
+    static std::span<const MapEntry<AloneList>> messageMap();
+
+    AloneList(FakeCommands& commands, ListStyle style);
+    ~AloneList() override;
+
+    HWND top() const { return m_top; }
+    AlbumList& list() { return m_list; }
+
+private:
+    Handled onNotify(const Message& message);
+
+    HWND m_top = makeParentWindow(kWide, kTall);
+    AlbumCatalogue m_catalogue;
+    AlbumList m_list;
+};
+
 // Answers as a virtual list's parent must, and nothing more.
 class BareParent : public Mapped<BareParent> {
 public:

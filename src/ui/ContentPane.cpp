@@ -55,6 +55,7 @@ bool ContentPane::createWindow(HWND parent)
 
 void ContentPane::settingsChanged()
 {
+    m_captionHeight = 0;
     layoutContent(contentRect());
     InvalidateRect(handle(), nullptr, FALSE);
 }
@@ -70,8 +71,10 @@ void ContentPane::setStatus(const std::string& status)
 
 RECT ContentPane::captionRect() const
 {
+    if (m_captionHeight == 0)
+        m_captionHeight = m_caption.height(m_commands);
     RECT bar = clientRect();
-    bar.bottom = std::min(bar.bottom, static_cast<LONG>(m_caption.height(m_commands)));
+    bar.bottom = std::min(bar.bottom, m_captionHeight);
     return bar;
 }
 

@@ -52,6 +52,7 @@ private:
     const char* m_pszUnit;
     Commands& m_commands;
     PaneCaption m_caption;
+    mutable LONG m_captionHeight = 0; // 0: to be measured
 };
 
 } // namespace tessera
