@@ -170,7 +170,7 @@ void memoryRows()
         const std::string side = std::to_string(covers.artwork().largeSize().cx);
         report({"memory of the image lists, 8,400 albums at " + side + " x " + side + ", " +
                     std::to_string(covers.artwork().slots()) + " slots",
-                after && before ? std::max(*after - *before, lists) : lists, "MB", 512.0, 1.0});
+                after && before ? std::max(*after - *before, lists) : lists, "MB", std::nullopt, 512.0});
     }
 }
 
