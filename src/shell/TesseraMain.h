@@ -113,7 +113,8 @@ public:
 
 private:
     // JobViews
-    void emptyLibrary() override;
+    Library emptyLibrary() override;
+    void releaseFiles() override { m_host.releaseDropped(); }
     void fillViews(Log& log) override;
     void jobStarts(bool creating) override;
     void jobEnded(bool loaded, int rememberedPane) override;

@@ -255,12 +255,13 @@ void TesseraMain::playFiles(const PlayRequest& request)
     }
 }
 
-void TesseraMain::emptyLibrary()
+Library TesseraMain::emptyLibrary()
 {
     m_artwork.stopBackgroundLoading();
     m_panes.forEach([](Pane& pane) { pane.clearRecords(); });
     m_catalogue.clear();
-    freeLibrary();
+    m_artwork.closeLibrary();
+    return m_database.takeLibrary();
 }
 
 void TesseraMain::fillViews(Log& log)

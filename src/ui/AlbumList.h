@@ -144,7 +144,8 @@ private:
     AlbumCatalogue& m_catalogue;
     AlbumCaptions m_captions;
     ListView m_lvw;
-    ImageList m_imlCells; // gives the cells of the picture views their size
+    HWND m_hHeader = nullptr; // kept: each question to the list goes through its subclasses
+    ImageList m_imlCells;     // gives the cells of the picture views their size
     AlbumPlaces m_given;
     AlbumPlaces m_places; // item i shows album m_places[i] of the catalogue
     ListStyle m_style = ListStyle::Details;

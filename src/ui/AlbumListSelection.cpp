@@ -18,9 +18,12 @@ constexpr int kFew = 16;
 
 std::vector<std::uint32_t> AlbumList::selectedPlaces() const
 {
-    std::vector<std::uint32_t> places;
-    if (selectedCount() == static_cast<int>(m_places.size()))
+    const int selected = selectedCount();
+    if (selected == static_cast<int>(m_places.size()))
         return m_places;
+    std::vector<std::uint32_t> places;
+    if (selected == 0)
+        return places; // the list would look at every item
     for (int item = m_lvw.nextSelected(); item >= 0; item = m_lvw.nextSelected(item))
         places.push_back(m_places[static_cast<std::size_t>(item)]);
     return places;
