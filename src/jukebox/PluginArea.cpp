@@ -112,8 +112,7 @@ Handled PluginArea::onPaint(const Message& message)
     SetTextColor(paint.dc(), m_colours.faceText);
     RECT place = clientRect();
     InflateRect(&place, -scaled(24, message.window), -scaled(24, message.window));
-    const std::string text = problem();
-    DrawTextA(paint.dc(), text.c_str(), -1, &place, DT_LEFT | DT_WORDBREAK | DT_NOPREFIX);
+    drawFormatted(paint.dc(), problem(), place, DT_LEFT | DT_WORDBREAK | DT_NOPREFIX);
     return 0;
 }
 

@@ -1,6 +1,5 @@
 #include "ui/AlbumCaptions.h"
 
-#include "base/Text.h"
 #include "tokens/TokenParser.h"
 #include "windowing/Drawing.h"
 
@@ -10,7 +9,7 @@ namespace tessera {
 
 namespace {
 
-constexpr const char* kEllipsis = "...";
+constexpr const wchar_t* kEllipsis = L"...";
 
 // Takes the first line off the text, its line break too.
 std::string_view takeLine(std::string_view& text)
@@ -23,33 +22,38 @@ std::string_view takeLine(std::string_view& text)
     return line;
 }
 
-std::size_t fittingBytes(std::string_view text, HDC dc, int width)
+int widthOf(std::wstring_view text, HDC dc)
 {
-    int fits = 0;
     SIZE size{};
-    GetTextExtentExPointA(dc, text.data(), static_cast<int>(text.size()), std::max(width, 0), &fits, nullptr,
-                          &size);
-    return static_cast<std::size_t>(fits);
+    GetTextExtentPoint32W(dc, text.data(), static_cast<int>(text.size()), &size);
+    return static_cast<int>(size.cx);
 }
 
 // Whole characters only, and no blank before the ellipsis.
-std::string_view wholeCharacters(std::string_view text, std::size_t bytes)
+std::wstring_view fittingPart(std::wstring_view text, HDC dc, int width)
 {
-    std::size_t end = 0;
-    while (end < bytes && end + characterLength(text, end) <= bytes)
-        end += characterLength(text, end);
-    return trimRight(text.substr(0, end));
+    int fits = 0;
+    SIZE size{};
+    GetTextExtentExPointW(dc, text.data(), static_cast<int>(text.size()), std::max(width, 0), &fits, nullptr,
+                          &size);
+    std::wstring_view part = text.substr(0, static_cast<std::size_t>(fits));
+    if (!part.empty() && IS_HIGH_SURROGATE(part.back()))
+        part.remove_suffix(1);
+    while (part.ends_with(L' '))
+        part.remove_suffix(1);
+    return part;
 }
 
 AlbumCaptions::Line fitted(std::string_view text, HDC dc, int width)
 {
-    const int whole = textSize(dc, std::string(text)).cx;
-    if (whole <= width)
-        return {std::string(text), whole};
-    const int rest = width - textSize(dc, kEllipsis).cx;
-    std::string cut(wholeCharacters(text, fittingBytes(text, dc, rest)));
+    const WideText wide(text);
+    const std::wstring_view whole(wide.data(), static_cast<std::size_t>(wide.size()));
+    if (const int wholeWidth = widthOf(whole, dc); wholeWidth <= width)
+        return {std::wstring(whole), wholeWidth};
+    std::wstring cut(fittingPart(whole, dc, width - widthOf(kEllipsis, dc)));
     cut += kEllipsis;
-    return {cut, static_cast<int>(textSize(dc, cut).cx)};
+    const int cutWidth = widthOf(cut, dc);
+    return {std::move(cut), cutWidth};
 }
 
 } // namespace

@@ -15,8 +15,8 @@ class TokenParser;
 class AlbumCaptions {
 public:
     struct Line {
-        std::string text;
-        int width; // pixels
+        std::wstring text; // ready to be drawn
+        int width;         // pixels
     };
     using Lines = std::vector<Line>;
 

@@ -184,7 +184,7 @@ void AlbumList::drawCaption(HDC dc, int item, const RECT& place, bool centred, b
         y += (place.bottom - place.top - static_cast<LONG>(lines.size()) * m_lineHeight) / 2;
     for (const AlbumCaptions::Line& line : lines) {
         const LONG x = centred ? (place.left + place.right - line.width) / 2 : place.left;
-        ExtTextOutA(dc, x, y, ETO_CLIPPED, &place, line.text.data(), static_cast<UINT>(line.text.size()),
+        ExtTextOutW(dc, x, y, ETO_CLIPPED, &place, line.text.data(), static_cast<UINT>(line.text.size()),
                     nullptr);
         y += m_lineHeight;
     }

@@ -58,8 +58,7 @@ int widthOf(HDC dc, HFONT font, const Lines& lines)
     int width = 0;
     for (const std::string& line : lines) {
         RECT extent{};
-        DrawTextA(dc, line.data(), static_cast<int>(line.size()), &extent,
-                  (kLineFlags & ~static_cast<UINT>(DT_END_ELLIPSIS)) | DT_CALCRECT);
+        drawFormatted(dc, line, extent, (kLineFlags & ~static_cast<UINT>(DT_END_ELLIPSIS)) | DT_CALCRECT);
         width = std::max(width, static_cast<int>(extent.right));
     }
     return width;
@@ -74,7 +73,7 @@ LONG drawLines(HDC dc, HFONT font, const Lines& lines, RECT place)
         if (place.top + height > place.bottom)
             break;
         RECT area{place.left, place.top, place.right, place.top + height};
-        DrawTextA(dc, line.data(), static_cast<int>(line.size()), &area, kLineFlags);
+        drawFormatted(dc, line, area, kLineFlags);
         place.top += height;
     }
     return place.top;

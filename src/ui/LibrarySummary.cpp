@@ -35,8 +35,7 @@ Lines linesFor(std::size_t albums, std::size_t artists)
 int drawCentred(HDC dc, HFONT font, const std::string& text, RECT place)
 {
     const SelectScope selected(dc, font);
-    return DrawTextA(dc, text.c_str(), static_cast<int>(text.size()), &place,
-                     DT_CENTER | DT_WORDBREAK | DT_NOPREFIX);
+    return drawFormatted(dc, text, place, DT_CENTER | DT_WORDBREAK | DT_NOPREFIX);
 }
 
 } // namespace

@@ -1,5 +1,9 @@
 #include "windowing/Drawing.h"
 
+#include "base/Text.h"
+
+#include <iterator>
+
 namespace tessera {
 
 DoubleBuffer::DoubleBuffer(HDC target, const RECT& area)
@@ -71,17 +75,38 @@ int scaled(int pixels, HWND window)
     return scaled(pixels, WindowDc(window).dc());
 }
 
-void drawLine(HDC dc, const std::string& text, const RECT& place, UINT flags)
+// No code page has more units than bytes.
+WideText::WideText(std::string_view text)
 {
-    RECT area = place;
-    DrawTextA(dc, text.data(), static_cast<int>(text.size()), &area,
-              flags | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
+    if (text.empty())
+        return;
+    if (text.size() <= std::size(m_short)) {
+        m_size = MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), m_short,
+                                     static_cast<int>(std::size(m_short)));
+        return;
+    }
+    const std::u16string wide = toWide(text);
+    m_long.assign(wide.begin(), wide.end());
+    m_size = static_cast<int>(m_long.size());
 }
 
-SIZE textSize(HDC dc, const std::string& text)
+void drawLine(HDC dc, std::string_view text, const RECT& place, UINT flags)
 {
+    RECT area = place;
+    drawFormatted(dc, text, area, flags | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
+}
+
+int drawFormatted(HDC dc, std::string_view text, RECT& place, UINT flags)
+{
+    const WideText wide(text);
+    return DrawTextW(dc, wide.data(), wide.size(), &place, flags);
+}
+
+SIZE textSize(HDC dc, std::string_view text)
+{
+    const WideText wide(text);
     SIZE size{};
-    GetTextExtentPoint32A(dc, text.data(), static_cast<int>(text.size()), &size);
+    GetTextExtentPoint32W(dc, wide.data(), wide.size(), &size);
     return size;
 }
 

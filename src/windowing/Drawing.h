@@ -3,6 +3,7 @@
 #include "system/Handle.h"
 
 #include <string>
+#include <string_view>
 #include <windows.h>
 
 namespace tessera {
@@ -116,9 +117,25 @@ FontHandle makeFont(const LOGFONTA& description);
 int scaled(int pixels, HDC dc);
 int scaled(int pixels, HWND window);
 
+// Text of the system code page as drawing needs it: the system's 8-bit functions take text for the
+// font's charset instead. A short text stays on the stack.
+class WideText {
+public:
+    explicit WideText(std::string_view text);
+    const wchar_t* data() const { return m_long.empty() ? m_short : m_long.data(); }
+    int size() const { return m_size; } // in units
+
+private:
+    int m_size = 0;
+    std::wstring m_long;
+    wchar_t m_short[128];
+};
+
 // One line, cut with an ellipsis where it does not fit; '&' is an ordinary character.
-void drawLine(HDC dc, const std::string& text, const RECT& place, UINT flags = DT_LEFT | DT_VCENTER);
-SIZE textSize(HDC dc, const std::string& text);
+void drawLine(HDC dc, std::string_view text, const RECT& place, UINT flags = DT_LEFT | DT_VCENTER);
+// With the DT_ flags alone; answers the height, DT_CALCRECT puts the extent into `place`.
+int drawFormatted(HDC dc, std::string_view text, RECT& place, UINT flags);
+SIZE textSize(HDC dc, std::string_view text);
 // Fills with a colour; no brush is made.
 void fillRect(HDC dc, const RECT& place, COLORREF colour);
 
