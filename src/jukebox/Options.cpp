@@ -3,6 +3,7 @@
 #include "jukebox/WideText.h"
 
 #include <algorithm>
+#include <array>
 
 namespace tessera::jukebox {
 
@@ -13,11 +14,13 @@ std::string inconsistency(const Options& options)
     if (options.library.empty()) {
         return "--library is missing";
     }
-    if (!options.walk && (!options.database.empty() || !options.open.empty())) {
-        return "--database and --open belong to --walk";
+    const std::array given{!options.database.empty(), !options.open.empty(), !options.checkMarks.empty()};
+    const auto count = std::count(given.begin(), given.end(), true);
+    if (!options.walk && count > 0) {
+        return "--database, --open and --check-marks belong to --walk";
     }
-    if (!options.database.empty() && !options.open.empty()) {
-        return "--database and --open exclude each other";
+    if (count > 1) {
+        return "--database, --open and --check-marks exclude each other";
     }
     return {};
 }
@@ -34,7 +37,8 @@ std::optional<Options> parseOptions(const std::vector<std::wstring>& arguments, 
     } values[] = {{L"--library", &options.library},
                   {L"--walk", &walk},
                   {L"--database", &options.database},
-                  {L"--open", &options.open}};
+                  {L"--open", &options.open},
+                  {L"--check-marks", &options.checkMarks}};
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const auto known = std::find_if(std::begin(values), std::end(values),
                                         [&](const auto& value) { return value.name == arguments[i]; });

@@ -5,8 +5,8 @@
 
 #include <algorithm>
 #include <array>
-#include <commctrl.h>
 #include <memory>
+#include <utility>
 
 namespace tessera::jukebox {
 
@@ -37,10 +37,42 @@ struct ItemAnswer {
     std::array<char, kTextUnits> text{};
 };
 
+struct TitleAnswer {
+    HDITEMA item{};
+    std::array<char, kTextUnits> text{};
+};
+
+struct NodeAnswer {
+    TVITEMA item{};
+    std::array<char, kTextUnits> text{};
+};
+
 BOOL CALLBACK collect(HWND window, LPARAM list) noexcept
 {
     reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
     return TRUE;
+}
+
+HWND headerOf(HWND list)
+{
+    return reinterpret_cast<HWND>(static_cast<LONG_PTR>(ask(list, LVM_GETHEADER).value_or(0)));
+}
+
+// Row -1 is all of them.
+void setRowState(HWND list, int row, UINT state)
+{
+    AnswerBuffer<LVITEMA> buffer;
+    buffer->state = state;
+    buffer->stateMask = LVIS_SELECTED | (row >= 0 ? LVIS_FOCUSED : 0u);
+    if (!ask(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&*buffer))) {
+        buffer.abandon();
+    }
+}
+
+HTREEITEM nextNode(HWND tree, UINT relation, HTREEITEM node)
+{
+    const auto next = ask(tree, TVM_GETNEXTITEM, relation, reinterpret_cast<LPARAM>(node));
+    return reinterpret_cast<HTREEITEM>(static_cast<LONG_PTR>(next.value_or(0)));
 }
 
 bool isOurs(HWND window)
@@ -189,11 +221,78 @@ int rowCount(HWND list)
 
 int columnCount(HWND list)
 {
-    const auto header = ask(list, LVM_GETHEADER);
-    return header ? static_cast<int>(
-                        ask(reinterpret_cast<HWND>(static_cast<LONG_PTR>(*header)), HDM_GETITEMCOUNT)
-                            .value_or(0))
-                  : 0;
+    const HWND header = headerOf(list);
+    return header ? static_cast<int>(ask(header, HDM_GETITEMCOUNT).value_or(0)) : 0;
+}
+
+std::vector<std::string> columnTitles(HWND list)
+{
+    std::vector<std::string> titles;
+    const HWND header = headerOf(list);
+    for (int column = 0; column < columnCount(list); ++column) {
+        AnswerBuffer<TitleAnswer> buffer;
+        buffer->item.mask = HDI_TEXT;
+        buffer->item.pszText = buffer->text.data();
+        buffer->item.cchTextMax = static_cast<int>(buffer->text.size());
+        if (!ask(header, HDM_GETITEMA, static_cast<WPARAM>(column),
+                 reinterpret_cast<LPARAM>(&buffer->item))) {
+            buffer.abandon();
+            return {};
+        }
+        titles.emplace_back(buffer->text.data());
+    }
+    return titles;
+}
+
+void selectRows(HWND list, std::span<const int> rows)
+{
+    setRowState(list, -1, 0);
+    const int count = rowCount(list);
+    bool first = true;
+    for (const int row : rows) {
+        if (row < 0 || row >= count) {
+            continue;
+        }
+        setRowState(list, row, LVIS_SELECTED | (first ? LVIS_FOCUSED : 0u));
+        if (std::exchange(first, false)) {
+            (void)ask(list, LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
+        }
+    }
+}
+
+std::vector<HTREEITEM> nodesBelow(HWND tree, HTREEITEM node, std::size_t most)
+{
+    std::vector<HTREEITEM> nodes;
+    HTREEITEM next = nextNode(tree, node ? TVGN_CHILD : TVGN_ROOT, node);
+    while (next && nodes.size() < most) {
+        nodes.push_back(next);
+        next = nextNode(tree, TVGN_NEXT, next);
+    }
+    return nodes;
+}
+
+std::string nodeText(HWND tree, HTREEITEM node)
+{
+    AnswerBuffer<NodeAnswer> buffer;
+    buffer->item.mask = TVIF_TEXT;
+    buffer->item.hItem = node;
+    buffer->item.pszText = buffer->text.data();
+    buffer->item.cchTextMax = static_cast<int>(buffer->text.size());
+    if (!ask(tree, TVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&buffer->item))) {
+        buffer.abandon();
+        return {};
+    }
+    return buffer->text.data();
+}
+
+void chooseEntry(HWND combo, int entry)
+{
+    if (!IsWindowVisible(combo)) {
+        return;
+    }
+    (void)ask(combo, CB_SETCURSEL, static_cast<WPARAM>(entry));
+    (void)ask(GetParent(combo), WM_COMMAND, MAKEWPARAM(static_cast<WORD>(GetDlgCtrlID(combo)), CBN_SELCHANGE),
+              reinterpret_cast<LPARAM>(combo));
 }
 
 std::vector<std::string> describeScreen()

@@ -1,9 +1,12 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 #include <windows.h>
+
+#include <commctrl.h>
 
 // Looking at this process's windows from another thread, as a script or a screen reader does.
 // Nothing here waits for a window that does not answer longer than a few seconds.
@@ -33,6 +36,17 @@ std::vector<std::wstring> labelsOf(HWND dialog);
 std::optional<std::vector<std::string>> rowOf(HWND list, int row, int columns);
 int rowCount(HWND list); // -1 when the list did not answer
 int columnCount(HWND list);
+std::vector<std::string> columnTitles(HWND list); // in the code page; empty when it did not answer
+// Selects these rows and no other, the first of them has the focus and comes into view. Rows that
+// are none are left out.
+void selectRows(HWND list, std::span<const int> rows);
+
+// Nodes of a tree below a node, at most so many; its roots when the node is null.
+std::vector<HTREEITEM> nodesBelow(HWND tree, HTREEITEM node, std::size_t most);
+std::string nodeText(HWND tree, HTREEITEM node); // in the code page
+
+// An entry of a combo box, as if it was clicked; one that is not visible is left alone.
+void chooseEntry(HWND combo, int entry);
 
 // What a user would see: a line per visible top-level window with its caption and labels.
 std::vector<std::string> describeScreen();

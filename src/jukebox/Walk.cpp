@@ -12,11 +12,6 @@ namespace tessera::jukebox {
 
 namespace {
 
-// Why the step that is going on cannot go on.
-struct StepFailed {
-    std::string reason;
-};
-
 constexpr int kOverviewPane = 1000;
 constexpr int kDetailsPane = 2000;
 constexpr int kLogPane = 3000;
@@ -66,12 +61,7 @@ Walk::Walk(HWND mainWindow, const Options& options, Report& report, const Messag
 int Walk::run()
 {
     try {
-        findPlugin();
-        waitUntilIdle();
-        m_options.open.empty() ? createDatabase() : openDatabase();
-        watchJob();
-        writeLog();
-        takePictures();
+        m_options.checkMarks.empty() ? tryOut() : readMarksBack();
         step("Done");
         return 0;
     } catch (const StepFailed& failure) {
@@ -80,6 +70,17 @@ int Walk::run()
         tellFailure(caughtMessage());
     }
     return 1;
+}
+
+void Walk::tryOut()
+{
+    findPlugin();
+    waitUntilIdle();
+    m_options.open.empty() ? createDatabase() : openDatabase(m_options.open);
+    watchJob();
+    writeLog();
+    takePictures();
+    markAlbums();
 }
 
 void Walk::step(const std::string& text)
@@ -170,7 +171,7 @@ void Walk::createDatabase()
     waitFor([&] { return (wizard = dialogCaptioned(pageCaption(1))) != nullptr; }, kDialogMs,
             "the wizard did not open");
     for (int page = 1; page < kWizardPages; ++page) {
-        if (page == 2 && !m_options.database.empty()) {
+        if (page == 2) {
             enterDatabase(wizard);
         }
         nextPage(wizard, page);
@@ -187,10 +188,16 @@ void Walk::enterDatabase(HWND wizard)
     HWND edit = nullptr;
     waitFor([&] { return (edit = visibleEdit(wizard)) != nullptr; }, kDialogMs,
             "the page has no field for the database");
+    if (m_options.database.empty()) {
+        m_database = textOf(edit);
+        m_report.step("The wizard proposes the database " + toUtf8(m_database));
+        return;
+    }
     if (!setText(edit, m_options.database) || textOf(edit) != m_options.database) {
         throw StepFailed{"the name of the database could not be entered"};
     }
-    m_report.step("Entered the database " + toUtf8(m_options.database));
+    m_database = m_options.database;
+    m_report.step("Entered the database " + toUtf8(m_database));
 }
 
 void Walk::nextPage(HWND wizard, int page)
@@ -201,7 +208,7 @@ void Walk::nextPage(HWND wizard, int page)
             "the wizard stays at '" + toUtf8(textOf(wizard)) + "'");
 }
 
-void Walk::openDatabase()
+void Walk::openDatabase(const std::wstring& path)
 {
     step("Pressing the open button");
     PostMessageA(m_mainPane, WM_COMMAND, MAKEWPARAM(kOpenDatabase, 0), 0);
@@ -210,10 +217,11 @@ void Walk::openDatabase()
             "the open dialog did not appear");
     Sleep(700); // the dialog fills its own fields after it is shown
     const HWND box = GetDlgItem(dialog, kFileNameBox);
-    if (!box || !setText(box, m_options.open)) {
+    if (!box || !setText(box, path)) {
         throw StepFailed{"the name of the database could not be entered"};
     }
-    step("Opening " + toUtf8(m_options.open));
+    step("Opening " + toUtf8(path));
+    m_database = path;
     m_jobStart = m_report.elapsedMs();
     PostMessageA(dialog, WM_COMMAND, MAKEWPARAM(IDOK, BN_CLICKED), 0);
     waitFor([&] { return !IsWindow(dialog) || !IsWindowVisible(dialog); }, kDialogMs,
@@ -222,7 +230,7 @@ void Walk::openDatabase()
 
 void Walk::watchJob()
 {
-    step(m_options.open.empty() ? "Waiting for the database to be created" : "Waiting for the database");
+    step("Waiting for the database");
     m_lastChange = m_report.elapsedMs();
     waitFor([this] { return isJobDone(); }, kJobMs, "the plug-in did not finish in time");
     const JobTimes times = jobTimes(m_log.lines(), m_firstLine);
@@ -291,18 +299,14 @@ void Walk::writeLog()
 
 void Walk::takePictures()
 {
-    const struct {
-        int index; // in the "Go To" box
-        int paneId;
-        const wchar_t* name;
-    } pictures[] = {
-        {0, kOverviewPane, L"overview"}, {1, kDetailsPane, L"album-details"}, {2, kLogPane, L"activity-log"}};
-    for (const auto& picture : pictures) {
-        selectPane(picture.index, picture.paneId);
-        waitForCovers();
-        takeNamedPicture(picture.name);
-    }
+    selectPane(0, kOverviewPane);
+    waitForCovers();
+    takeNamedPicture(L"overview");
+    selectPane(2, kLogPane);
+    waitForCovers();
+    takeNamedPicture(L"activity-log");
     takeOverviewPictures();
+    takeDetailsPictures();
 }
 
 void Walk::takeNamedPicture(const std::wstring& name)
@@ -319,9 +323,7 @@ void Walk::selectPane(int index, int paneId)
     if (!combo) {
         throw StepFailed{"the main pane has no 'Go To' box"};
     }
-    (void)ask(combo, CB_SETCURSEL, static_cast<WPARAM>(index));
-    PostMessageA(GetParent(combo), WM_COMMAND, MAKEWPARAM(kViewCombo, CBN_SELCHANGE),
-                 reinterpret_cast<LPARAM>(combo));
+    chooseEntry(combo, index);
     waitFor(
         [&] {
             bool only = true;

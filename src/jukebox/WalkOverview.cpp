@@ -1,6 +1,5 @@
 #include "jukebox/Walk.h"
 
-#include "base/Text.h"
 #include "jukebox/Screen.h"
 #include "jukebox/WideText.h"
 
@@ -29,12 +28,6 @@ constexpr unsigned kSearchMs = 600;
 constexpr unsigned kBalloonMs = 3000; // two ticks of the plug-in and its delay of 2 s
 constexpr int kRests = 2;
 constexpr unsigned kPollMs = 50;
-
-std::wstring fromCodePage(const std::string& text)
-{
-    const std::u16string wide = toWide(text);
-    return {wide.begin(), wide.end()};
-}
 
 // The middle of an item in screen coordinates; none when the list did not answer.
 std::optional<POINT> middleOf(HWND list, int item)

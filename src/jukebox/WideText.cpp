@@ -50,6 +50,12 @@ std::string toUtf8(std::wstring_view wide)
     return utf8;
 }
 
+std::wstring fromCodePage(const std::string& text)
+{
+    const std::u16string wide = toWide(text);
+    return {wide.begin(), wide.end()};
+}
+
 std::string codePageText(std::wstring_view wide)
 {
     return toCodePage({reinterpret_cast<const char16_t*>(wide.data()), wide.size()});

@@ -12,6 +12,7 @@ std::optional<std::wstring> fromUtf8(std::string_view utf8);
 std::string toUtf8(std::wstring_view wide);
 // For windows: what has no place in the code page becomes '?'.
 std::string codePageText(std::wstring_view wide);
+std::wstring fromCodePage(const std::string& text);
 bool isUtf8(std::string_view bytes);
 
 // Every unit in lower case, for comparisons that ignore case.

@@ -310,17 +310,30 @@ public:
     void progress(std::uint32_t, std::uint32_t) override {}
 };
 
+class NoPrompt : public Prompt {
+public:
+    void message(Severity, const std::string&) override {}
+    void assertion(const std::string&, const std::string&, unsigned long) override {}
+};
+
 } // namespace
 
-bool isSoundDatabase(ByteView bytes, JobContext& context)
+std::optional<ReadFailure> readQuietly(ByteView bytes, const std::string& fileName,
+                                       const std::atomic<bool>& terminating, RecordSink& sink)
 try {
     NoLog log;
-    JobContext quiet{context.files, log, context.prompt, context.terminating};
+    NoPrompt prompt;
+    JobContext quiet{systemFiles(), log, prompt, terminating};
+    DatabaseReader(bytes, fileName, quiet, sink).read();
+    return std::nullopt;
+} catch (const ReadFailure& failure) {
+    return failure;
+}
+
+bool isSoundDatabase(ByteView bytes, JobContext& context)
+{
     RecordSink nothing;
-    DatabaseReader(bytes, {}, quiet, nothing).read();
-    return true;
-} catch (const ReadFailure&) {
-    return false;
+    return !readQuietly(bytes, {}, context.terminating, nothing);
 }
 
 } // namespace tessera

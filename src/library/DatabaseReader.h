@@ -3,7 +3,9 @@
 #include "base/Bytes.h"
 #include "library/Database.h"
 
+#include <atomic>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -157,6 +159,11 @@ private:
     std::vector<std::int32_t> m_list;         // the id list read last
     std::vector<std::uint32_t> m_indices;     // the same as indices
 };
+
+// The same without log and boxes: why the bytes were refused, none when they were read. Cancelled
+// passes through.
+std::optional<ReadFailure> readQuietly(ByteView bytes, const std::string& fileName,
+                                       const std::atomic<bool>& terminating, RecordSink& sink);
 
 // True when a load would accept the bytes, the host left aside.
 bool isSoundDatabase(ByteView bytes, JobContext& context);

@@ -77,10 +77,19 @@ std::int32_t DatabaseJob::locateArtwork(Library& library, JobContext& context) c
     return locateAllArtwork(library, m_parts.tokens, m_settings.artworkDirectories, isPictureFile, context);
 }
 
-// The request owns the job, and with it the log, for the time that nobody waits for it any more.
+// A request owns the job, and with it the log, for the time that nobody waits for it any more.
+// Between the turns the user's messages and timers are handled.
 void DatabaseJob::fillViews()
 {
-    if (!m_parts.queue.ask([job = shared_from_this()] { job->m_parts.views.fillViews(*job->m_log); })) {
+    const auto more = std::make_shared<bool>(true);
+    bool answered =
+        m_parts.queue.ask([job = shared_from_this()] { job->m_parts.views.beginFill(*job->m_log); });
+    while (answered && *more) {
+        Sleep(1);
+        answered =
+            m_parts.queue.ask([job = shared_from_this(), more] { *more = job->m_parts.views.stepFill(); });
+    }
+    if (!answered) {
         throw Cancelled();
     }
 }

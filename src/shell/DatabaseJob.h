@@ -19,12 +19,14 @@ public:
     virtual Library emptyLibrary() = 0;
     // The host's file objects that other threads have let go of.
     virtual void releaseFiles() = 0;
-    // First names, trees and lists from the records that were read.
-    virtual void fillViews(Log& log) = 0;
+    // First names, then trees and lists from the records that were read, in turns: `stepFill` until
+    // it answers false. The log lives as long.
+    virtual void beginFill(Log& log) = 0;
+    virtual bool stepFill() = 0;
     // The log comes to the front; a creating job disables the control's window.
     virtual void jobStarts(bool creating) = 0;
     // The window is enabled again, and after a load the remembered pane comes back.
-    virtual void jobEnded(bool loaded, int rememberedPane) = 0;
+    virtual void jobEnded(bool loaded, bool created, int rememberedPane) = 0;
 };
 
 // What a job works with; outlives the job's thread.

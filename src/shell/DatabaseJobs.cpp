@@ -10,7 +10,7 @@ void DatabaseJobs::start(const DatabaseSettings& settings, bool creating, int re
     try {
         launch(settings, creating, rememberedPane);
     } catch (...) {
-        finish(false, rememberedPane);
+        finish(false, creating, rememberedPane);
         throw;
     }
 }
@@ -20,17 +20,17 @@ void DatabaseJobs::launch(const DatabaseSettings& settings, bool creating, int r
     m_parts.views.jobStarts(creating);
     const auto job = std::make_shared<DatabaseJob>(m_parts, settings, creating, m_log.newJob());
     job->take(m_parts.views.emptyLibrary());
-    m_thread = Thread("Tessera database", [this, job, rememberedPane] {
+    m_thread = Thread("Tessera database", [this, job, creating, rememberedPane] {
         const bool loaded = job->run();
-        m_parts.queue.post([this, loaded, rememberedPane] { finish(loaded, rememberedPane); });
+        m_parts.queue.post([=, this] { finish(loaded, creating, rememberedPane); });
     });
 }
 
-void DatabaseJobs::finish(bool loaded, int rememberedPane)
+void DatabaseJobs::finish(bool loaded, bool created, int rememberedPane)
 {
     stop();
     m_busy = false;
-    m_parts.views.jobEnded(loaded, rememberedPane);
+    m_parts.views.jobEnded(loaded, created, rememberedPane);
 }
 
 void DatabaseJobs::stop()

@@ -217,6 +217,7 @@ void TesseraMain::terminate()
     m_modal->closeAll();
     m_jobs.stop();
     m_artwork.stopBackgroundLoading();
+    m_database.saveUnsaved(m_settings.database.lastUsed, systemFiles(), m_prompt);
     saveGeneralSettings();
     m_fonts.destroy();
     m_panes.destroyWindows();

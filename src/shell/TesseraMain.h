@@ -115,9 +115,10 @@ private:
     // JobViews
     Library emptyLibrary() override;
     void releaseFiles() override { m_host.releaseDropped(); }
-    void fillViews(Log& log) override;
+    void beginFill(Log& log) override;
+    bool stepFill() override;
     void jobStarts(bool creating) override;
-    void jobEnded(bool loaded, int rememberedPane) override;
+    void jobEnded(bool loaded, bool created, int rememberedPane) override;
 
     void startSteps(IDispatch* host);
     ArtworkParts artworkParts();
@@ -134,6 +135,8 @@ private:
 
     bool maySelect() const;
     bool mayOpenDialog() const;
+    bool mayReplaceLibrary();
+    void offerPreviousMarks();
     PlayRequest requestFor(const Album& album) const;
     void showPane(int id);
     void refreshAfterChange(bool reload);

@@ -6,6 +6,7 @@
 #include "base/Errors.h"
 #include "library/FirstNames.h"
 #include "library/Format.h"
+#include "library/MarksTransfer.h"
 #include "options/NewDatabaseWizard.h"
 #include "system/Border.h"
 #include "ui/ListExport.h"
@@ -25,6 +26,17 @@ bool TesseraMain::maySelect() const
 bool TesseraMain::mayOpenDialog() const
 {
     return maySelect() && !m_modal->running();
+}
+
+// What the user marked is written first, as far as it can be. The box that says what is lost may
+// outlast the plug-in.
+bool TesseraMain::mayReplaceLibrary()
+{
+    if (!maySelect()) {
+        return false;
+    }
+    m_database.saveUnsaved(m_settings.database.lastUsed, systemFiles(), m_prompt);
+    return maySelect();
 }
 
 // Dialogs belong to the host's top-level window, so that it is disabled while they are open.
@@ -74,7 +86,7 @@ void TesseraMain::runNewDatabase()
             return;
         }
     }
-    if (!maySelect()) {
+    if (!mayReplaceLibrary()) {
         return;
     }
     m_settings.database = edited;
@@ -97,7 +109,7 @@ void TesseraMain::runOpenDatabase()
                                         .defaultExtension = "",
                                         .flags = kOpenFlags});
     }
-    if (!path || !maySelect()) {
+    if (!path || !mayReplaceLibrary()) {
         return;
     }
     m_settings.database.lastUsed = *path;
@@ -264,7 +276,7 @@ Library TesseraMain::emptyLibrary()
     return m_database.takeLibrary();
 }
 
-void TesseraMain::fillViews(Log& log)
+void TesseraMain::beginFill(Log& log)
 {
     const std::shared_ptr<TesseraMain> alive = shared_from_this();
     loadArtistFirstNames();
@@ -274,9 +286,18 @@ void TesseraMain::fillViews(Log& log)
     log.line("Loading treeview");
     m_catalogue.fill(library());
     m_paneAlbumDetails->beginRebuild(log);
-    while (m_paneAlbumDetails->stepRebuild()) {
+}
+
+bool TesseraMain::stepFill()
+{
+    if (m_terminating) {
+        return false;
+    }
+    if (m_paneAlbumDetails->stepRebuild()) {
+        return true;
     }
     m_paneOverview->reload();
+    return false;
 }
 
 // The remembered pane stays what is saved while the log is in front.
@@ -288,7 +309,7 @@ void TesseraMain::jobStarts(bool creating)
     }
 }
 
-void TesseraMain::jobEnded(bool loaded, int rememberedPane)
+void TesseraMain::jobEnded(bool loaded, bool created, int rememberedPane)
 {
     m_host.releaseDropped();
     if (loaded) {
@@ -300,7 +321,16 @@ void TesseraMain::jobEnded(bool loaded, int rememberedPane)
         selectPane(rememberedPane);
         startLoadingCovers();
     }
+    if (loaded && created) {
+        offerPreviousMarks();
+    }
     m_paneMain->refreshCommands();
+}
+
+// A build begins without marks; what it replaced may hold some.
+void TesseraMain::offerPreviousMarks()
+{
+    m_paneAlbumDetails->offerMarks(markedAlbums(m_settings.database.lastUsed + ".bak", systemFiles()));
 }
 
 } // namespace tessera

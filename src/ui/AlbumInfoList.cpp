@@ -7,136 +7,158 @@
 #include "ui/ids.h"
 
 #include <algorithm>
-#include <functional>
 #include <limits>
 
 namespace tessera {
 
 namespace {
 
-using Shown = std::span<Album* const>; // at least one
-
 constexpr const char* kVarious = "(Various)";
+constexpr std::int32_t kHighest = std::numeric_limits<std::int32_t>::max();
 
 std::string counted(std::size_t count)
 {
     return format("%lu", static_cast<unsigned long>(count));
 }
 
-// What the albums have in common; they are compared until two differ.
-template <class Get>
-bool allHaveTheSame(Shown albums, Get get)
+// What some albums sum up to and have in common, found in one walk: there may be very many.
+struct Summary {
+    explicit Summary(std::span<Album* const> albums) : first(*albums.front())
+    {
+        for (const Album* const album : albums)
+            add(*album);
+    }
+    void add(const Album& album);
+
+    const Album& first;
+    std::size_t albums = 0;
+    std::size_t tracks = 0;
+    std::uint32_t seconds = 0;
+    std::int32_t lowBitrate = kHighest;
+    std::int32_t highBitrate = 0;
+    std::int32_t firstYear = kHighest; // of those that have one
+    std::int32_t lastYear = 0;
+    bool noYear = true; // none has one
+    std::size_t favourites = 0;
+    std::size_t isNew = 0;
+    std::size_t compilations = 0;
+    std::size_t withImage = 0;
+    bool sameArtist = true;
+    bool sameGenre = true;
+    bool sameType = true;
+    bool sameRank = true;
+    bool samePath = true;
+};
+
+void Summary::add(const Album& album)
 {
-    const Album& first = *albums.front();
-    return std::ranges::all_of(
-        albums, [&](const Album* album) { return std::invoke(get, *album) == std::invoke(get, first); });
+    ++albums;
+    tracks += album.tracks.size();
+    seconds += static_cast<std::uint32_t>(std::max(album.duration, 0));
+    lowBitrate = std::min(lowBitrate, album.minBitrate);
+    highBitrate = std::max(highBitrate, album.maxBitrate);
+    firstYear = album.year > 0 ? std::min(firstYear, album.year) : firstYear;
+    lastYear = std::max(lastYear, album.year);
+    noYear = noYear && album.year == 0;
+    favourites += album.has(kAlbumFavourite) ? 1 : 0;
+    isNew += album.has(kAlbumNew) ? 1 : 0;
+    compilations += album.has(kAlbumCompilation) ? 1 : 0;
+    withImage += album.has(kAlbumHasImage) ? 1 : 0;
+    sameArtist = sameArtist && album.artist == first.artist;
+    sameGenre = sameGenre && album.genre == first.genre;
+    sameType = sameType && album.type == first.type;
+    sameRank = sameRank && album.rank == first.rank;
+    samePath = samePath && album.path == first.path;
 }
 
-template <std::string Album::*text>
-std::string commonText(Shown albums)
+std::string title(const Summary& all)
 {
-    return allHaveTheSame(albums, text) ? orUnassigned(albums.front()->*text) : kVarious;
+    return all.albums == 1 ? all.first.displayTitle : format("(%s albums)", counted(all.albums).c_str());
 }
 
-std::string title(Shown albums)
+std::string artist(const Summary& all)
 {
-    return albums.size() == 1 ? albums.front()->displayTitle
-                              : format("(%s albums)", counted(albums.size()).c_str());
+    const Artist* const artist = all.first.artist;
+    return all.sameArtist ? orUnassigned(artist ? artist->displayName : "") : kVarious;
 }
 
-std::string artist(Shown albums)
+template <bool Summary::*same, std::string Album::*text>
+std::string common(const Summary& all)
 {
-    if (!allHaveTheSame(albums, &Album::artist))
-        return kVarious;
-    return albums.front()->artist ? albums.front()->artist->displayName : orUnassigned("");
+    return all.*same ? orUnassigned(all.first.*text) : kVarious;
 }
 
 // From the first to the last; albums without a year do not count among others.
-std::string years(Shown albums)
+std::string years(const Summary& all)
 {
-    std::int32_t first = std::numeric_limits<std::int32_t>::max();
-    std::int32_t last = 0;
-    for (const Album* const album : albums) {
-        first = album->year > 0 ? std::min(first, album->year) : first;
-        last = std::max(last, album->year);
-    }
-    if (last > 0)
-        return first == last ? yearText(first) : yearText(first) + " - " + yearText(last);
-    const bool none = std::ranges::all_of(albums, [](const Album* album) { return album->year == 0; });
-    return none ? yearText(0) : kVarious;
+    if (all.lastYear <= 0)
+        return all.noYear ? yearText(0) : kVarious;
+    const std::string last = yearText(all.lastYear);
+    return all.firstYear == all.lastYear ? last : yearText(all.firstYear) + " - " + last;
 }
 
-std::string tracks(Shown albums)
+std::string tracks(const Summary& all)
 {
-    std::size_t count = 0;
-    for (const Album* const album : albums)
-        count += album->tracks.size();
-    return counted(count);
+    return counted(all.tracks);
 }
 
-std::string duration(Shown albums)
+std::string duration(const Summary& all)
 {
-    std::uint32_t seconds = 0;
-    for (const Album* const album : albums)
-        seconds += static_cast<std::uint32_t>(std::max(album->duration, 0));
-    return std::string(trimRight(formatDuration(seconds, DurationStyle::Long)));
+    return std::string(trimRight(formatDuration(all.seconds, DurationStyle::Long)));
 }
 
-std::string bitrate(Shown albums)
+std::string bitrate(const Summary& all)
 {
-    const long low = (*std::ranges::min_element(albums, {}, &Album::minBitrate))->minBitrate;
-    const long high = (*std::ranges::max_element(albums, {}, &Album::maxBitrate))->maxBitrate;
+    const long low = all.lowBitrate;
+    const long high = all.highBitrate;
     return low == high ? format("%ld kbps", low) : format("%ld - %ld kbps", low, high);
 }
 
-std::string rank(Shown albums)
+std::string rank(const Summary& all)
 {
-    return allHaveTheSame(albums, &Album::rank) ? rankText(albums.front()->rank, TextStyle::Long) : kVarious;
+    return all.sameRank ? rankText(all.first.rank, TextStyle::Long) : kVarious;
 }
 
 // Of several albums, how many.
-template <AlbumFlag flag>
-std::string mark(Shown albums)
+template <std::size_t Summary::*marked>
+std::string mark(const Summary& all)
 {
-    if (albums.size() == 1)
-        return albums.front()->has(flag) ? "Yes" : "No";
-    const auto with = std::ranges::count_if(albums, [](const Album* album) { return album->has(flag); });
-    return counted(static_cast<std::size_t>(with)) + " of " + counted(albums.size());
+    if (all.albums == 1)
+        return all.*marked > 0 ? "Yes" : "No";
+    return counted(all.*marked) + " of " + counted(all.albums);
 }
 
-std::string newMark(Shown albums)
+std::string newMark(const Summary& all)
 {
-    const std::string date = albums.size() == 1 ? newDateText(albums.front()->newDate) : "";
-    const bool dated = !date.empty() && albums.front()->has(kAlbumNew);
-    return mark<kAlbumNew>(albums) + (dated ? ", since " + date : "");
+    const std::string date = all.albums == 1 && all.isNew > 0 ? newDateText(all.first.newDate) : "";
+    return mark<&Summary::isNew>(all) + (date.empty() ? "" : ", since " + date);
 }
 
-std::string artwork(Shown albums)
+std::string artwork(const Summary& all)
 {
-    const Album& first = *albums.front();
-    if (albums.size() == 1 && first.has(kAlbumInternalImage))
+    if (all.albums == 1 && all.first.has(kAlbumInternalImage))
         return "(Internal Image)";
-    return albums.size() == 1 && !first.thumbnailFile.empty() ? first.thumbnailFile
-                                                              : mark<kAlbumHasImage>(albums);
+    return all.albums == 1 && !all.first.thumbnailFile.empty() ? all.first.thumbnailFile
+                                                               : mark<&Summary::withImage>(all);
 }
 
 constexpr struct {
     const char* name;
-    std::string (*value)(Shown);
+    std::string (*value)(const Summary&);
 } kProperties[] = {{"Title", title},
                    {"Artist", artist},
-                   {"Genre", commonText<&Album::genre>},
+                   {"Genre", common<&Summary::sameGenre, &Album::genre>},
                    {"Year", years},
-                   {"Type", commonText<&Album::type>},
+                   {"Type", common<&Summary::sameType, &Album::type>},
                    {"Tracks", tracks},
                    {"Duration", duration},
                    {"Bitrate", bitrate},
                    {"Rank", rank},
-                   {"Favourite", mark<kAlbumFavourite>},
+                   {"Favourite", mark<&Summary::favourites>},
                    {"New", newMark},
-                   {"Compilation", mark<kAlbumCompilation>},
+                   {"Compilation", mark<&Summary::compilations>},
                    {"Artwork", artwork},
-                   {"Folder", commonText<&Album::path>}};
+                   {"Folder", common<&Summary::samePath, &Album::path>}};
 
 } // namespace
 
@@ -145,7 +167,7 @@ bool AlbumInfoList::createAlbumInfo(HWND parent)
     return createPropertyList(parent, controlId::kAlbumInfo);
 }
 
-void AlbumInfoList::setAlbums(Shown albums)
+void AlbumInfoList::setAlbums(std::span<Album* const> albums)
 {
     m_albums.assign(albums.begin(), albums.end());
     if (m_albums.empty())
@@ -158,9 +180,10 @@ std::optional<PropertyList::Rows> AlbumInfoList::readAlbums() const
 {
     if (commands().isBusy() || m_albums.empty())
         return std::nullopt;
+    const Summary summary(m_albums);
     Rows rows;
     for (const auto& property : kProperties)
-        rows.emplace_back(property.name, property.value(m_albums));
+        rows.emplace_back(property.name, property.value(summary));
     return rows;
 }
 

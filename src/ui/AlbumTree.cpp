@@ -64,43 +64,64 @@ void AlbumTree::begin(const AlbumCatalogue& catalogue, const AlbumTreeNames& nam
     m_names = &names;
     m_given = std::move(places);
     m_sameLibrary = sameLibrary;
+    m_stage = Stage::Groups;
     m_grouping = 0;
-    m_planned = false;
+    m_at = 0;
     m_reported = {};
 }
 
 void AlbumTree::release()
 {
     m_filled = false;
-    m_grouping = kGroupings;
+    m_stage = Stage::Done;
     m_tvw.select(nullptr);
 }
 
-// One list of groups or the albums of one group at a time.
+// One list of groups or the albums of one group at a time. All groups come before the albums: some
+// systems look for an item's parent among all items from the oldest on.
 bool AlbumTree::step()
 {
-    if (m_grouping == kGroupings)
-        return false;
-    if (!m_planned) {
-        plan();
-    } else if (m_outer == m_next.outer.size()) {
-        m_contents[m_grouping] = std::exchange(m_next, {});
-        m_planned = false;
-        ++m_grouping;
-        m_filled = m_grouping == kGroupings;
-    } else if (const Node& outer = m_next.outer[m_outer]; m_next.inner.empty()) {
-        fillLeaves(outer, oldOf(outer, m_contents[m_grouping].outer));
-        ++m_outer;
-    } else if (!m_innerListed) {
-        listInner(outer);
-    } else if (m_inner == outer.lastInner) {
-        m_innerListed = false;
-        ++m_outer;
-    } else {
-        const Node& inner = m_next.inner[m_inner++];
-        fillLeaves(inner, oldOf(inner, m_contents[m_grouping].inner));
+    Contents& next = m_next[m_grouping % kGroupings];
+    switch (m_stage) {
+    case Stage::Groups:
+        listOuter();
+        advance();
+        break;
+    case Stage::InnerGroups:
+        if (m_at < next.outer.size() && m_grouping > 0)
+            listInner(next.outer[m_at++]);
+        else
+            advance();
+        break;
+    case Stage::Albums:
+        if (const std::vector<Node>& nodes = deepest(m_next); m_at < nodes.size())
+            fillLeaves(nodes[m_at++]);
+        else
+            advance();
+        break;
+    case Stage::Done:
+        break;
     }
-    return m_grouping < kGroupings;
+    return m_stage != Stage::Done;
+}
+
+void AlbumTree::advance()
+{
+    m_at = 0;
+    if (++m_grouping < kGroupings)
+        return;
+    m_grouping = 0;
+    m_stage = static_cast<Stage>(static_cast<int>(m_stage) + 1);
+    if (m_stage == Stage::Done) {
+        m_contents = std::exchange(m_next, {});
+        m_filled = true;
+    }
+}
+
+// The groups that hold albums.
+std::vector<AlbumTree::Node>& AlbumTree::deepest(std::array<Contents, kGroupings>& contents) const
+{
+    return m_grouping == 0 ? contents[m_grouping].outer : contents[m_grouping].inner;
 }
 
 AlbumTree::Level AlbumTree::level(bool inner) const
@@ -111,26 +132,24 @@ AlbumTree::Level AlbumTree::level(bool inner) const
     return {grouping, inner, grouping == Grouping::Genre ? m_names->genres : m_names->ranks};
 }
 
-void AlbumTree::plan()
+void AlbumTree::listOuter()
 {
     const Naming artists{m_names->artists, m_names->artistOf};
     const Naming genres{m_names->genres, m_names->genreOf};
     const Naming ranks{m_names->ranks, m_names->rankOf};
     const Naming* const kOuter[kGroupings] = {&artists, &genres, &ranks};
     AlbumGroups groups = groupAlbums(m_given, *kOuter[m_grouping], m_grouping == 0 ? nullptr : &artists);
-    m_next = {};
-    m_next.places = std::move(groups.places);
-    m_next.leaves.resize(m_next.places.size());
+    Contents& next = m_next[m_grouping];
+    next = {};
+    next.places = std::move(groups.places);
+    next.leaves.resize(next.places.size());
     for (const AlbumGroup& group : groups.outer)
-        m_next.outer.push_back({group});
+        next.outer.push_back({group});
     for (const AlbumGroup& group : groups.inner)
-        m_next.inner.push_back({group});
-    describe(m_next.outer, level(false));
-    describe(m_next.inner, level(true));
-    matchNodes(m_roots[m_grouping], m_contents[m_grouping].outer, m_next.outer, level(false));
-    m_planned = true;
-    m_innerListed = false;
-    m_outer = 0;
+        next.inner.push_back({group});
+    describe(next.outer, level(false));
+    describe(next.inner, level(true));
+    matchNodes(m_roots[m_grouping], m_contents[m_grouping].outer, next.outer, level(false));
 }
 
 void AlbumTree::describe(std::span<Node> nodes, const Level& level) const
@@ -140,7 +159,7 @@ void AlbumTree::describe(std::span<Node> nodes, const Level& level) const
         node.image = level.inner ? icon::kPerson : lookOf(level.grouping).outerImage;
         if (level.grouping != Grouping::Artist || m_id == controlId::kTreeCompleted)
             continue;
-        const Artist* const artist = m_catalogue->album(m_next.places[node.first]).artist;
+        const Artist* const artist = m_catalogue->album(m_next[m_grouping].places[node.first]).artist;
         node.image = artist && artist->complete ? icon::kPerson : icon::kPersonIncomplete;
     }
 }
@@ -153,14 +172,12 @@ void AlbumTree::listInner(const Node& outer)
     const std::span<const Node> oldInner =
         old ? std::span(before.inner).subspan(first, old->lastInner - first) : std::span<const Node>();
     const std::span<Node> inner =
-        std::span(m_next.inner).subspan(outer.firstInner, outer.lastInner - outer.firstInner);
+        std::span(m_next[m_grouping].inner).subspan(outer.firstInner, outer.lastInner - outer.firstInner);
     matchNodes(outer.item, oldInner, inner, level(true));
     for (Node& node : inner) {
         if (node.before != kNoGroup)
             node.before += first;
     }
-    m_inner = outer.firstInner;
-    m_innerListed = true;
 }
 
 std::string AlbumTree::textOf(const Node& node, const Level& level)
@@ -252,9 +269,11 @@ HTREEITEM AlbumTree::addGroup(HTREEITEM parent, const Node& node, const Level& l
 
 // Both sequences are in ascending order: of the same library, albums that are in both keep their
 // nodes as they are. Else the nodes are any album's.
-void AlbumTree::fillLeaves(const Node& node, const Node* old)
+void AlbumTree::fillLeaves(const Node& node)
 {
     const Contents& before = m_contents[m_grouping];
+    Contents& next = m_next[m_grouping];
+    const Node* const old = oldOf(node, deepest(m_contents));
     std::uint32_t oldAt = old ? old->first : 0;
     const std::uint32_t oldEnd = old ? old->last : 0;
     HTREEITEM behind = oldAt < oldEnd ? TVI_FIRST : TVI_LAST;
@@ -264,12 +283,12 @@ void AlbumTree::fillLeaves(const Node& node, const Node* old)
         ++oldAt;
     };
     for (std::uint32_t at = node.first; at < node.last; ++at) {
-        const std::uint32_t place = m_next.places[at];
+        const std::uint32_t place = next.places[at];
         while (m_sameLibrary && oldAt < oldEnd && before.places[oldAt] < place)
             dropOld();
         const bool reuse =
             oldAt < oldEnd && before.leaves[oldAt] && (!m_sameLibrary || before.places[oldAt] == place);
-        HTREEITEM& leaf = m_next.leaves[at];
+        HTREEITEM& leaf = next.leaves[at];
         leaf = reuse ? before.leaves[oldAt++] : addLeaf(node.item, place, behind);
         if (reuse && !m_sameLibrary)
             setLeaf(leaf, place);

@@ -70,17 +70,20 @@ private:
         bool inner;
         const NameTable& names;
     };
-    using Visit = std::function<void(const std::string& path, HTREEITEM item)>;
+    // Whether to go on to what is below.
+    using Visit = std::function<bool(const std::string& path, HTREEITEM item)>;
 
+    void advance();
+    std::vector<Node>& deepest(std::array<Contents, kGroupings>& contents) const;
     Level level(bool inner) const;
     static std::string textOf(const Node& node, const Level& level);
-    void plan();
+    void listOuter();
     void listInner(const Node& outer);
     void matchNodes(HTREEITEM parent, std::span<const Node> old, std::span<Node> next, const Level& level);
     void pairNodes(std::span<const Node> old, std::span<Node> next) const;
     void describe(std::span<Node> nodes, const Level& level) const;
     HTREEITEM addGroup(HTREEITEM parent, const Node& node, const Level& level, HTREEITEM behind);
-    void fillLeaves(const Node& node, const Node* old);
+    void fillLeaves(const Node& node);
     HTREEITEM addLeaf(HTREEITEM parent, std::uint32_t place, HTREEITEM behind);
     void setLeaf(HTREEITEM item, std::uint32_t place) const;
     const Node* oldOf(const Node& node, const std::vector<Node>& old) const;
@@ -102,12 +105,10 @@ private:
     const AlbumTreeNames* m_names = nullptr;
     AlbumPlaces m_given;
     bool m_sameLibrary = false;
-    Contents m_next;
-    std::size_t m_grouping = kGroupings; // which is under way
-    bool m_planned = false;
-    bool m_innerListed = false;
-    std::size_t m_outer = 0;
-    std::size_t m_inner = 0;
+    std::array<Contents, kGroupings> m_next;
+    enum class Stage { Groups, InnerGroups, Albums, Done } m_stage = Stage::Done;
+    std::size_t m_grouping = 0;                           // which is under way
+    std::size_t m_at = 0;                                 // the next of its groups
     std::array<const char*, kGroupings + 1> m_reported{}; // failures are told once
 };
 

@@ -89,10 +89,12 @@ void AlbumTree::forEachGroup(const AlbumTreeNames& names, const Visit& visit) co
     const NameTable* const kOuter[kGroupings] = {&names.artists, &names.genres, &names.ranks};
     for (std::size_t i = 0; i < kGroupings; ++i) {
         const Contents& contents = m_contents[i];
-        visit(kRootKeys[i], m_roots[i]);
+        if (!visit(kRootKeys[i], m_roots[i]))
+            continue;
         for (const Node& outer : contents.outer) {
             const std::string path = kRootKeys[i] + (kKeySeparator + (*kOuter[i])[outer.name].key);
-            visit(path, outer.item);
+            if (!visit(path, outer.item))
+                continue;
             for (std::uint32_t at = outer.firstInner; at < outer.lastInner; ++at) {
                 const Node& inner = contents.inner[at];
                 visit(path + kKeySeparator + names.artists[inner.name].key, inner.item);
@@ -113,10 +115,13 @@ TreeState AlbumTree::state(const AlbumTreeNames& names) const
         top = m_tvw.parent(top);
     }
     forEachGroup(names, [&](const std::string& path, HTREEITEM item) {
-        if (item && m_tvw.expanded(item))
+        const UINT opened = m_tvw.state(item) & (TVIS_EXPANDED | TVIS_EXPANDEDONCE);
+        if ((opened & TVIS_EXPANDED) != 0)
             state.open.push_back(path);
         if (item == top)
             state.top = path + ending;
+        // Below other groups nothing is open or in view. There are many of them, and asking takes time.
+        return opened != 0 || std::ranges::find(m_roots, item) != m_roots.end();
     });
     return state;
 }
@@ -135,6 +140,7 @@ void AlbumTree::restore(const TreeState& state, const AlbumTreeNames& names) con
             opening.push_back(item);
         if (path == topGroup)
             top = item;
+        return true;
     });
     // What is inside first: a node that nobody sees opens at no cost.
     for (auto item = opening.rbegin(); item != opening.rend(); ++item)

@@ -100,8 +100,11 @@ bool AlbumTrees::step(std::chrono::milliseconds turn)
     const ChangeScope changing(m_changing);
     const Clock::time_point start = Clock::now();
     const auto isOver = [&] { return Clock::now() - start >= turn; };
-    if (!m_named)
+    if (!m_named) {
         makeNames();
+        if (isOver())
+            return m_current < kCount;
+    }
     do {
         AlbumTree& tree = m_trees[m_current];
         const TreeUpdate update(tree.view());

@@ -20,6 +20,8 @@
 
 namespace tessera {
 
+struct MarksPlan;
+
 // Four trees of albums at the left; at the right the albums of the node that is selected, and below
 // them what is known of the selected ones, their tracks or what the host plays, and one track in
 // detail. Without a database: how to get one.
@@ -35,8 +37,9 @@ public:
     // false. The log lives as long.
     void beginRebuild(Log& log);
     bool stepRebuild();
-    // Says in the caption that another database holds marks of so many albums, and offers to take them.
-    void offerMarks(const std::string& fileName, std::size_t albums);
+    // Says in the caption that the previous database holds marks of so many albums, and offers to
+    // take them; nothing for none.
+    void offerMarks(std::size_t albums);
 
     void settingsChanged() override;
     void storeState() override;
@@ -121,6 +124,7 @@ private:
     void onSort(const Command& command);
     void onGoToDirectory(const Command& command);
     void mark(const std::vector<Album*>& albums, UINT command, std::int32_t date);
+    void takeMarks(const MarksPlan& plan);
     void written(const std::vector<Album*>& albums, bool movesAlbums);
 
     void coversArrived(const std::vector<Album*>& albums) override;
@@ -151,7 +155,6 @@ private:
     std::string m_status;
     ViewState m_view;
     MarkHistory m_history;
-    std::string m_offeredFile;
 };
 
 } // namespace tessera

@@ -8,6 +8,7 @@
 #include "ui/IconSizes.h"
 #include "ui/PaneAlbumDetails.h"
 #include "ui/SortMenu.h"
+#include "ui/TakeMarks.h"
 #include "ui/ids.h"
 
 #include <algorithm>
@@ -152,10 +153,12 @@ Handled PaneAlbumDetails::onNodeActivated(NMHDR&)
     return 1;
 }
 
+// A double click beside the rows is none; Enter needs no row that has the focus.
 Handled PaneAlbumDetails::onRowActivated(NMHDR& header)
 {
-    if (notificationAs<NMITEMACTIVATE>(header).iItem >= 0)
-        play(m_plvwAlbums.selectedAlbums(), header.code == NM_RETURN && GetKeyState(VK_CONTROL) < 0);
+    const bool entered = header.code == NM_RETURN;
+    if (entered || notificationAs<NMITEMACTIVATE>(header).iItem >= 0)
+        play(m_plvwAlbums.selectedAlbums(), entered && GetKeyState(VK_CONTROL) < 0);
     return 0;
 }
 
@@ -267,9 +270,8 @@ Menu PaneAlbumDetails::captionMenu() const
     return menu;
 }
 
-void PaneAlbumDetails::offerMarks(const std::string& fileName, std::size_t albums)
+void PaneAlbumDetails::offerMarks(std::size_t albums)
 {
-    m_offeredFile = albums > 0 ? fileName : std::string();
     const std::string text = format("The previous database holds marks of %ld album%s. Take them...",
                                     static_cast<long>(albums), albums == 1 ? "" : "s");
     setOffer(albums > 0 ? text : std::string(), albumCommand::kTakeMarks);
@@ -279,6 +281,25 @@ void PaneAlbumDetails::onTakeMarks(const Command&)
 {
     if (commands().isBusy() || m_summary.albums() == 0)
         return;
+    commands().postDialog([this](HWND owner) {
+        const std::optional<MarksPlan> plan = askMarks(owner, commands());
+        if (plan && handle() && !commands().isBusy())
+            takeMarks(*plan);
+    });
+}
+
+void PaneAlbumDetails::takeMarks(const MarksPlan& plan)
+{
+    setOffer({}, 0);
+    if (plan.changes.empty())
+        return;
+    std::vector<Album*> albums;
+    for (const MarksPlan::Change& change : plan.changes)
+        albums.push_back(change.album);
+    m_history.remember(albums, true);
+    for (const MarksPlan::Change& change : plan.changes)
+        setMarks(*change.album, change.marks);
+    written(albums, true);
 }
 
 void PaneAlbumDetails::onSort(const Command& command)

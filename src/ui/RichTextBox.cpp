@@ -17,7 +17,7 @@ namespace {
 
 constexpr DWORD kStyle =
     WS_CHILD | WS_VSCROLL | WS_TABSTOP | WS_CLIPSIBLINGS | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL;
-constexpr int kMargin = 4;                  // left and right of the text, at 96 dpi
+constexpr int kMargin = 4;                  // at 96 dpi
 constexpr std::size_t kLongestLine = 2000;  // characters; some systems lay out longer ones for minutes
 constexpr std::size_t kMostShown = 100'000; // characters
 constexpr LPARAM kMostText = 2 * kMostShown;
@@ -119,8 +119,6 @@ bool RichTextBox::createBox(HWND parent, UINT id)
 void RichTextBox::settingsChanged()
 {
     m_box.setFont(m_commands.listFont());
-    const int margin = scaled(kMargin, m_box.handle());
-    m_box.send(EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, MAKELPARAM(margin, margin));
     if (!m_rich)
         return;
     m_box.send(EM_SETBKGNDCOLOR, 0, static_cast<LPARAM>(m_commands.treeBackground()));
@@ -130,6 +128,13 @@ void RichTextBox::settingsChanged()
     colour.crTextColor = m_commands.treeText();
     m_box.send(EM_SETCHARFORMAT, SCF_DEFAULT, reinterpret_cast<LPARAM>(&colour));
     m_box.send(EM_SETCHARFORMAT, SCF_ALL, reinterpret_cast<LPARAM>(&colour));
+}
+
+void RichTextBox::move(const RECT& place) const
+{
+    const int margin = scaled(kMargin, m_box.handle());
+    m_box.move({std::min(place.left + margin, place.right), std::min(place.top + margin, place.bottom),
+                place.right, place.bottom});
 }
 
 // Streamed in: setting a window's text would take one that looks like rich text for it.

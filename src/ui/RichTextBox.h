@@ -24,7 +24,8 @@ public:
     // Scrolled to its begin. "\n", "\r" and "\r\n" all end a line.
     void setText(const std::string& text);
     void settingsChanged();
-    void move(const RECT& place) const { m_box.move(place); }
+    // A strip of the place stays free at the left and on top; its parent paints it.
+    void move(const RECT& place) const;
     void show(bool visible) const { m_box.show(visible); }
     const Control& box() const { return m_box; }
 

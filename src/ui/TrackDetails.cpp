@@ -70,6 +70,11 @@ std::string playCount(TrackDetailsRecord& record)
     return record.file() ? number(record.file()->number(FileNumber::PlayCount)) : "";
 }
 
+std::string duration(TrackDetailsRecord& record)
+{
+    return record.file() ? durationText(*record.file()) : "";
+}
+
 std::string fileName(TrackDetailsRecord& record)
 {
     return record.fileName().empty() ? record.text(FileText::Filename) : record.fileName();
@@ -84,7 +89,7 @@ constexpr struct {
                {"Track Number", fieldNumber<FileNumber::Track>},
                {"Genre", fieldText<FileText::Genre>},
                {"Year", fieldNumber<FileNumber::Year>},
-               {"Duration", fieldText<FileText::DurationText>},
+               {"Duration", duration},
                {"Type", fieldText<FileText::Type>},
                {"Bitrate", bitrate},
                {"File Size", fieldText<FileText::FileSize>},

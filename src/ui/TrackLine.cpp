@@ -7,19 +7,6 @@
 
 namespace tessera {
 
-namespace {
-
-std::string durationText(HostFile& file)
-{
-    std::string text = file.text(FileText::DurationText);
-    if (!text.empty())
-        return text;
-    const std::int32_t seconds = file.number(FileNumber::Duration);
-    return formatDuration(static_cast<std::uint32_t>(std::max(seconds, 0)), DurationStyle::Clock);
-}
-
-} // namespace
-
 std::string orUnassigned(const std::string& text)
 {
     return text.empty() ? "(Unassigned)" : text;
@@ -34,6 +21,15 @@ std::string trackText(std::int32_t number, const std::string& name, const std::s
 {
     return format("Track %ld: %s / %s", static_cast<long>(number), orUnassigned(name).c_str(),
                   orUnassigned(artist).c_str());
+}
+
+std::string durationText(HostFile& file)
+{
+    std::string text = file.text(FileText::DurationText);
+    if (!text.empty())
+        return text;
+    const std::int32_t seconds = file.number(FileNumber::Duration);
+    return formatDuration(static_cast<std::uint32_t>(std::max(seconds, 0)), DurationStyle::Clock);
 }
 
 TrackLine readTrackLine(HostFile& file, const std::optional<std::string>& albumArtist)

@@ -44,10 +44,12 @@ public:
     {
         send(TVM_SELECTITEM, TVGN_FIRSTVISIBLE, reinterpret_cast<LPARAM>(item));
     }
-    bool expanded(HTREEITEM item) const
+    UINT state(HTREEITEM item) const // TVIS_EXPANDED, TVIS_EXPANDEDONCE
     {
-        return (send(TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(item), TVIS_EXPANDED) & TVIS_EXPANDED) != 0;
+        return static_cast<UINT>(
+            send(TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(item), TVIS_EXPANDED | TVIS_EXPANDEDONCE));
     }
+    bool expanded(HTREEITEM item) const { return (state(item) & TVIS_EXPANDED) != 0; }
     void expand(HTREEITEM item, UINT action = TVE_EXPAND) const
     {
         send(TVM_EXPAND, action, reinterpret_cast<LPARAM>(item));

@@ -139,9 +139,14 @@ TEST(CommandLine, ArgumentsAreTakenOrExplained)
         {{}, "--library is missing"},
         {{L"--library"}, "--library needs a value"},
         {{L"--library", L"a", L"--colour"}, "unknown argument: --colour"},
-        {{L"--library", L"a", L"--open", L"x"}, "--database and --open belong to --walk"},
+        {{L"--library", L"a", L"--open", L"x"}, "--database, --open and --check-marks belong to --walk"},
+        {{L"--library", L"a", L"--walk", L"o", L"--check-marks", L"m"}, ""},
+        {{L"--library", L"a", L"--check-marks", L"m"},
+         "--database, --open and --check-marks belong to --walk"},
         {{L"--library", L"a", L"--walk", L"o", L"--open", L"x", L"--database", L"y"},
-         "--database and --open exclude each other"},
+         "--database, --open and --check-marks exclude each other"},
+        {{L"--library", L"a", L"--walk", L"o", L"--open", L"x", L"--check-marks", L"m"},
+         "--database, --open and --check-marks exclude each other"},
     };
     for (const auto& line : cases) {
         std::string problem;

@@ -42,7 +42,7 @@ protected:
         for (const auto& [id, album] : library().albums) {
             text += album->artist->displayName + " - " + album->displayTitle + ":";
             for (const auto& [trackId, track] : album->tracks)
-                text += " " + track->fileName.substr(5);
+                text.append(1, ' ').append(track->fileName, 5);
             text += "\n";
         }
         return text;

@@ -25,6 +25,7 @@ public:
     int calls = 0;                                              // also those of open files
     int failingCall = 0;                                        // from 1; 0: none
     std::size_t room = std::numeric_limits<std::size_t>::max(); // bytes until the disk is full
+    std::size_t torn = 0;                                       // bytes that a failing write leaves behind
     std::map<std::string, std::string> matches;                 // pattern: entry that the system lists first
     std::vector<std::string> searched;                          // patterns, in order
     std::vector<std::string> removed;
@@ -95,14 +96,20 @@ private:
         File(FakeFiles& owner, std::string path) : m_owner(owner), m_path(std::move(path)) {}
         bool write(ByteView bytes) override
         {
-            if (m_owner.fails() || bytes.size() > m_owner.room)
+            if (m_owner.fails() || bytes.size() > m_owner.room) {
+                put(bytes.first(std::min(m_owner.torn, bytes.size())));
                 return false;
+            }
             m_owner.room -= bytes.size();
+            put(bytes);
+            return true;
+        }
+        void put(ByteView bytes)
+        {
             Bytes& content = m_owner.files.at(m_path);
             content.resize(std::max(content.size(), m_position + bytes.size()));
             std::ranges::copy(bytes, content.begin() + static_cast<std::ptrdiff_t>(m_position));
             m_position += bytes.size();
-            return true;
         }
         bool seek(std::uint32_t position) override
         {

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "library/MarksTransfer.h"
+#include "windowing/Dialog.h"
+
+#include <optional>
+
+namespace tessera {
+
+class Commands;
+
+// The dialog in which the user chooses the database to take marks from, and sees what it would bring.
+class TakeMarks : public Mapped<TakeMarks, Dialog> {
+public:
+    static constexpr UINT kFileName = 1101;
+    static constexpr UINT kBrowse = 1102;
+    static constexpr UINT kReport = 1103;
+
+    explicit TakeMarks(Commands& commands) : m_commands(commands) {}
+    static std::span<const MapEntry<TakeMarks>> messageMap();
+
+    // Modal. Begins with the kept generation of the database in use, where there is one. Changes
+    // nothing itself; none when the user cancelled.
+    std::optional<MarksPlan> ask(HWND owner);
+
+protected:
+    bool onInitDialog() override;
+    void onOk() override;
+
+private:
+    std::string suggestedName() const;
+    bool isInUse(const std::string& fileName) const;
+    std::string report() const;
+    void look();
+    void onNameChanged(const Command& command);
+    void onBrowse(const Command& command);
+    Handled onTimer(const Message& message);
+
+    Commands& m_commands;
+    std::string m_fileName; // the one that the plan is for
+    MarksPlan m_plan;
+};
+
+// What the user wants to take over from another database; none when it was cancelled.
+std::optional<MarksPlan> askMarks(HWND owner, Commands& commands);
+
+} // namespace tessera

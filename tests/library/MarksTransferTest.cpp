@@ -1,0 +1,241 @@
+#include "library/MarksTransfer.h"
+
+#include "library/SampleRig.h"
+
+#include <gtest/gtest.h>
+
+namespace tessera::test {
+namespace {
+
+struct AlbumSpec {
+    std::string title;
+    std::string artist;
+    std::string path;
+    std::vector<std::string> files;
+    std::uint32_t marks = 0; // kAlbumNew, kAlbumFavourite
+    std::int32_t rank = 0;
+    std::int32_t newDate = 0;
+};
+
+// A database of these albums, ids from 1; an artist for each, so that their names may be any.
+Bytes databaseOf(const std::vector<AlbumSpec>& albums)
+{
+    Ts2Bytes file;
+    std::int64_t trackCount = 0;
+    for (const AlbumSpec& album : albums)
+        trackCount += static_cast<std::int64_t>(album.files.size());
+    const auto count = static_cast<std::int64_t>(albums.size());
+    file.header(0, trackCount, count, count, 0);
+    std::int64_t id = 0;
+    for (std::int64_t album = 1; album <= count; ++album) {
+        for (const std::string& name : albums[static_cast<std::size_t>(album - 1)].files)
+            file.word(0).word(++id).text(name).word(album);
+    }
+    id = 0;
+    for (std::int64_t i = 1; i <= count; ++i) {
+        const AlbumSpec& album = albums[static_cast<std::size_t>(i - 1)];
+        file.word(1 | album.marks).word(i).text(album.title).text("MP3").word(i).text("Rock");
+        file.words({60, 128, 128, 1999, album.rank, album.newDate});
+        file.word(static_cast<std::int64_t>(album.files.size()));
+        for (std::size_t track = 0; track < album.files.size(); ++track)
+            file.word(++id);
+        file.text(album.path).text("");
+    }
+    for (std::int64_t i = 1; i <= count; ++i)
+        file.word(1).word(i).text(albums[static_cast<std::size_t>(i - 1)].artist).word(0).ids({i});
+    return file.bytes;
+}
+
+constexpr const char* kOther = "C:\\db\\here.ts2.bak";
+
+class Transfer : public testing::Test {
+protected:
+    JobRig rig;
+    FakeHost host;
+    Database database;
+
+    void load(const std::vector<AlbumSpec>& albums)
+    {
+        rig.files.files["C:\\db\\here.ts2"] = databaseOf(albums);
+        for (const AlbumSpec& album : albums) {
+            for (const std::string& name : album.files)
+                host.tracks.emplace_back().fileName = toWide(name);
+        }
+        ASSERT_TRUE(database.read("C:\\db\\here.ts2", host, rig.context, [] {})) << rig.prompt.text();
+    }
+    MarksPlan plan() { return planMarks(kOther, database.library(), rig.files); }
+    MarksPlan planFrom(const std::vector<AlbumSpec>& albums)
+    {
+        rig.files.files[kOther] = databaseOf(albums);
+        return plan();
+    }
+    // "ID:rank RANK", a blank between.
+    static std::string ranks(const MarksPlan& plan)
+    {
+        std::vector<std::string> all;
+        for (const auto& [album, marks] : plan.changes)
+            all.push_back(format("%d:%d", static_cast<int>(album->id), static_cast<int>(marks.rank)));
+        return join(all, " ");
+    }
+};
+
+TEST_F(Transfer, AKindThatIsMarkedThereReplacesTheSameKindHere)
+{
+    load({{"Tides", "Lumen", "D:\\a", {"1"}, kAlbumFavourite | kAlbumNew, 3, 20200101},
+          {"Other", "Lumen", "D:\\b", {"2"}, kAlbumNew, 5, 20200101},
+          {"Same", "Lumen", "D:\\c", {"3"}, kAlbumFavourite, 1}});
+    const MarksPlan plan =
+        planFrom({{"TIDES", "lumen", "d:\\A", {"x"}, 0, 8, 20190101},
+                  {"Other", "Lumen", "D:\\b", {"y"}, kAlbumNew | kAlbumFavourite, 0, 20250303},
+                  {"Same", "Lumen", "D:\\c", {"z"}, kAlbumFavourite, 1},
+                  {"Gone", "Nobody", "D:\\d", {"w"}, kAlbumNew, 77}});
+    EXPECT_EQ(plan.failure, "");
+    ASSERT_EQ(plan.changes.size(), 2U) << "what is the same already is left out";
+    EXPECT_EQ(plan.changes[0].album->id, 1);
+    EXPECT_EQ(plan.changes[0].marks,
+              (Marks{.rank = 8, .newDate = 20200101, .isNew = true, .favourite = true}));
+    EXPECT_EQ(plan.changes[1].marks,
+              (Marks{.rank = 5, .newDate = 20250303, .isNew = true, .favourite = true}));
+    EXPECT_EQ(plan.found.ranks, 2U) << "77 is no rank";
+    EXPECT_EQ(plan.found.favourites, 2U);
+    EXPECT_EQ(plan.found.news, 2U);
+    EXPECT_EQ(plan.matched.ranks, 2U);
+    EXPECT_EQ(plan.matched.favourites, 2U);
+    EXPECT_EQ(plan.matched.news, 1U);
+    EXPECT_EQ(database.library().albums.at(1)->rank, 3) << "a plan changes nothing";
+    EXPECT_EQ(markedAlbums(kOther, rig.files), 4U);
+}
+
+struct MatchCase {
+    const char* name;
+    std::vector<AlbumSpec> here;
+    std::vector<AlbumSpec> there;
+    const char* changes;
+};
+
+TEST_F(Transfer, FindsTheRightPartners)
+{
+    const MatchCase cases[] = {
+        {"a folder was renamed, the files moved along with another album's name",
+         {{"Tides", "Lumen", "D:\\new", {"D:\\new\\1"}}, {"Tides", "Lumen", "D:\\a", {"D:\\a\\1"}}},
+         {{"Tides", "Lumen", "D:\\a", {"D:\\a\\1"}, 0, 2},
+          {"Tides", "Lumen", "D:\\old", {"D:\\old\\1"}, 0, 3}},
+         "2:2"},
+        {"the tags were corrected: the files tell",
+         {{"Tides", "Lumen", "D:\\a", {"D:\\A\\1", "D:\\a\\2"}}},
+         {{"Tidse", "Lumne", "D:\\x", {"d:\\a\\1", "d:\\a\\2"}, 0, 4}},
+         "1:4"},
+        {"two albums became one: the one with more files in it",
+         {{"Both", "Lumen", "D:\\a", {"1", "2", "3", "4", "5"}}},
+         {{"A", "Lumen", "D:\\a", {"1", "2"}, 0, 4}, {"B", "Lumen", "D:\\b", {"3", "4", "5"}, 0, 6}},
+         "1:6"},
+        {"one album became two: only one has its marks",
+         {{"A", "Lumen", "D:\\a", {"1"}}, {"B", "Lumen", "D:\\b", {"2", "3"}}},
+         {{"Both", "Lumen", "D:\\c", {"1", "2", "3"}, 0, 5}},
+         "2:5"},
+        {"as many files: the first of them",
+         {{"A", "Lumen", "D:\\a", {"1", "2"}}},
+         {{"X", "Lumen", "D:\\x", {"2"}, 0, 7}, {"Y", "Lumen", "D:\\y", {"1"}, 0, 8}},
+         "1:7"},
+        {"the name comes before the files",
+         {{"A", "Lumen", "D:\\a", {"1"}}, {"B", "Lumen", "D:\\b", {"2"}}},
+         {{"A", "Lumen", "D:\\a", {"2"}, 0, 1}, {"B", "Lumen", "D:\\b", {"1"}, 0, 2}},
+         "1:1 2:2"},
+        {"albums of one name: files tell them apart, and one without marks keeps its place",
+         {{"A", "Lumen", "D:\\a", {"1.mp3"}}, {"A", "Lumen", "D:\\a", {"2.ogg"}}},
+         {{"A", "Lumen", "D:\\a", {"2.ogg"}, 0, 2}, {"A", "Lumen", "D:\\a", {"1.mp3"}}},
+         "2:2"},
+        {"albums of one name without a common file: in their order",
+         {{"A", "Lumen", "D:\\a", {"1"}}, {"A", "Lumen", "D:\\a", {"2"}}},
+         {{"A", "Lumen", "D:\\a", {"x"}},
+          {"A", "Lumen", "D:\\a", {"y"}, 0, 2},
+          {"A", "Lumen", "D:\\a", {"z"}, 0, 3}},
+         "2:2"},
+        {"an unmarked album of the same name gives way to files of a marked one",
+         {{"A", "Lumen", "D:\\a", {"1", "2"}}},
+         {{"A", "Lumen", "D:\\a", {"1"}}, {"B", "Lumen", "D:\\b", {"2"}, 0, 9}},
+         "1:9"},
+        {"another artist or another album altogether",
+         {{"A", "Lumen", "D:\\a", {"1"}}},
+         {{"A", "Other", "D:\\a", {"2"}, 0, 9}},
+         ""},
+        {"titles and artists that only together are the same text",
+         {{"AB", "C", "D:\\a", {"1"}}},
+         {{"A", "BC", "D:\\a", {"2"}, 0, 9}},
+         ""},
+    };
+    for (const MatchCase& match : cases) {
+        SCOPED_TRACE(match.name);
+        database.clear();
+        host.tracks.clear();
+        load(match.here);
+        EXPECT_EQ(ranks(planFrom(match.there)), match.changes);
+    }
+}
+
+TEST_F(Transfer, NoMarksAndTheSameFileChangeNothing)
+{
+    const std::vector<AlbumSpec> albums = {{"A", "Lumen", "D:\\a", {"1"}, kAlbumFavourite, 4},
+                                           {"B", "Lumen", "D:\\b", {"2"}}};
+    load(albums);
+    const MarksPlan same = planFrom(albums);
+    EXPECT_TRUE(same.changes.empty());
+    EXPECT_EQ(same.matched.ranks, 1U);
+    EXPECT_EQ(same.matched.favourites, 1U);
+
+    const MarksPlan none = planFrom({{"A", "Lumen", "D:\\a", {"1"}, 0, 0, 20200101}});
+    EXPECT_TRUE(none.changes.empty() && !none.found.any() && !none.matched.any() && none.failure.empty());
+    EXPECT_EQ(markedAlbums(kOther, rig.files), 0U);
+    EXPECT_TRUE(planFrom({}).failure.empty());
+}
+
+TEST_F(Transfer, ADamagedFileIsRefusedWhereverItIsCut)
+{
+    load({{"A", "Lumen", "D:\\a", {"1"}}});
+    EXPECT_EQ(plan().failure, "Could not open the database 'C:\\db\\here.ts2.bak'!");
+    EXPECT_EQ(markedAlbums(kOther, rig.files), 0U);
+    const Bytes whole = databaseOf({{"A", "Lumen", "D:\\a", {"1"}, 0, 9}});
+    for (std::size_t length = 0; length < whole.size(); ++length) {
+        rig.files.files[kOther].assign(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length));
+        const MarksPlan refused = plan();
+        ASSERT_EQ(refused.failure, "Invalid database!") << length;
+        ASSERT_TRUE(refused.changes.empty() && !refused.found.any());
+        ASSERT_EQ(markedAlbums(kOther, rig.files), 0U);
+    }
+    Bytes version = whole;
+    version[8] = 3;
+    rig.files.files[kOther] = version;
+    EXPECT_NE(plan().failure.find("found 3!"), std::string::npos);
+    EXPECT_EQ(rig.prompt.text(), "") << "nothing is shown by itself";
+}
+
+// All of one name here, so that nothing but the files tells, and quickly.
+TEST_F(Transfer, ALargeLibraryThatMoved)
+{
+    constexpr int kAlbums = 20000;
+    std::vector<AlbumSpec> there;
+    for (int i = 0; i < kAlbums; ++i)
+        there.push_back({format("T%d", i), "Lumen", "D:\\old", {format("D:\\m\\%d.mp3", i)}, 0, 1 + i % 10});
+    Library library;
+    Artist artist;
+    artist.displayName = "Lumen";
+    for (int i = 0; i < kAlbums; ++i) {
+        auto& track = *library.tracks.emplace(i + 1, std::make_unique<Track>()).first->second;
+        track.id = i + 1;
+        track.fileName = format("d:\\M\\%d.mp3", i);
+        auto& album = *library.albums.emplace(i + 1, std::make_unique<Album>()).first->second;
+        album.id = i + 1;
+        album.hostTitle = "A";
+        album.path = "D:\\new";
+        album.artist = &artist;
+        album.tracks.emplace(track.id, &track);
+    }
+    rig.files.files[kOther] = databaseOf(there);
+    const MarksPlan plan = planMarks(kOther, library, rig.files);
+    ASSERT_EQ(plan.changes.size(), static_cast<std::size_t>(kAlbums));
+    for (const auto& [album, marks] : plan.changes)
+        ASSERT_EQ(marks.rank, 1 + (album->id - 1) % 10);
+}
+
+} // namespace
+} // namespace tessera::test
