@@ -164,9 +164,10 @@ void Artwork::submit(Album& album, CoverLoader::Turn turn)
     }
 }
 
-Handled Artwork::onCovers(const Message&)
+// A posted message comes before input and painting, a timer after them.
+Handled Artwork::onCovers(const Message& message)
 {
-    takeResults();
+    SetTimer(message.window, kTimer, kPause, nullptr);
     return 0;
 }
 
@@ -177,7 +178,7 @@ Handled Artwork::onTimer(const Message& message)
     return 0;
 }
 
-// A short turn; what is left waits for the timer, which comes after input and painting.
+// A short turn; what is left waits for the next one.
 void Artwork::takeResults()
 {
     if (!m_loader) {

@@ -165,6 +165,7 @@ void TesseraMain::selectPane(int id)
 
 void TesseraMain::showPane(int id)
 {
+    m_panes.hideCurrent();
     m_paneMain->showCurrentPane(id);
     m_panes.show(id);
     m_paneMain->refreshCommands();

@@ -139,6 +139,9 @@ private:
     void quietly(bool on) { m_quiet = on; }
     void scrollToTop(int item) const;
     int topItem() const;
+    int startOfView() const; // the first item of which anything is in view
+    int endOfView() const;   // behind the last item in view
+    int firstBelow(LONG top) const;
 
     Commands& m_commands;
     AlbumCatalogue& m_catalogue;

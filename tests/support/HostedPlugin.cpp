@@ -42,9 +42,28 @@ int HostedPlugin::shownPane() const
     return 0;
 }
 
+namespace {
+
+ListView logList(const HostedPlugin& plugin)
+{
+    return ListView(GetDlgItem(plugin.pane(paneId::kLog), controlId::kLogList));
+}
+
+} // namespace
+
+std::string HostedPlugin::logText() const
+{
+    const ListView list = logList(*this);
+    std::string text;
+    for (int row = 0; row < list.count(); ++row) {
+        text += list.text(row, 2) + '\n';
+    }
+    return text;
+}
+
 std::vector<std::string> HostedPlugin::log(int firstRow) const
 {
-    const ListView list(GetDlgItem(pane(paneId::kLog), controlId::kLogList));
+    const ListView list = logList(*this);
     std::vector<std::string> lines;
     for (int row = firstRow; row < list.count(); ++row) {
         const std::string text = list.text(row, 2);
@@ -55,7 +74,7 @@ std::vector<std::string> HostedPlugin::log(int firstRow) const
 
 int HostedPlugin::logCount() const
 {
-    return ListView(GetDlgItem(pane(paneId::kLog), controlId::kLogList)).count();
+    return logList(*this).count();
 }
 
 bool HostedPlugin::logged(const std::string& text) const

@@ -28,7 +28,9 @@ public:
     // The pane below the main pane that shows; 0: none.
     int shownPane() const;
     void command(int id) const { SendMessageA(pane(0), WM_COMMAND, static_cast<WPARAM>(id), 0); }
-    // Descriptions in the log from a row on, without their indentation.
+    // Descriptions in the log, a line each.
+    std::string logText() const;
+    // Those from a row on, without their indentation.
     std::vector<std::string> log(int firstRow = 0) const;
     int logCount() const;
     bool logged(const std::string& text) const;
