@@ -23,7 +23,7 @@ void memoryRow(const std::string& file)
     require(database.read(file, host, context, [] {}), "the load failed");
     const std::optional<double> after = privateMemory();
     if (before && after)
-        report({std::string("memory of 100,000 tracks") + kBits, *after - *before, "MB", 1.0,
+        report({std::string("memory of 100,000 tracks") + kBits, *after - *before, "MB", std::nullopt,
                 kIs32Bit ? std::optional(40.0) : std::nullopt});
 }
 
@@ -62,7 +62,8 @@ void buildRows(const Files&)
 {
     const BuildResult build = benchBuild(GeneratedLibrary(shapeOf(100000)), 3);
     timeRow("build without covers, outside the host", build.time, "ms", 2.0);
-    report({std::string("property reads of a build") + kBits, build.readsPerTrack, "per track", 1.0, 10.0});
+    report({std::string("property reads of a build") + kBits, build.readsPerTrack, "per track", std::nullopt,
+            10.0});
     scaleRow("scale of the build, 300,000 to 10,000", benchBuild(GeneratedLibrary(shapeOf(10000)), 10).time,
              benchBuild(GeneratedLibrary(shapeOf(300000)), 2).time);
 }

@@ -1,8 +1,8 @@
 // Covers: through the loader and the image lists, against decoding and fitting alone.
 
-#include "Report.h"
-
+#include "CoverFile.h"
 #include "GeneratedLibrary.h"
+#include "Report.h"
 
 #include "artwork/Artwork.h"
 #include "artwork/Decoder.h"
@@ -11,42 +11,11 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <wincodec.h>
 
 using namespace tessera;
 using namespace tessera::bench;
 
 namespace {
-
-// A square JPEG with detail everywhere, as a photograph has it.
-void writeJpeg(const std::string& path, UINT side)
-{
-    std::vector<BYTE> pixels(std::size_t{side} * side * 3);
-    for (std::size_t i = 0; i < pixels.size(); ++i) {
-        const std::size_t x = i / 3 % side;
-        const std::size_t y = i / 3 / side;
-        pixels[i] = static_cast<BYTE>((x * 7 + y * 3) / 4 + (x * y * (i % 3 + 1)) % 61);
-    }
-    ComPtr<IWICImagingFactory> factory;
-    checkResult(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER,
-                                 __uuidof(IWICImagingFactory), factory.putVoid()));
-    ComPtr<IWICStream> stream;
-    checkResult(factory->CreateStream(stream.put()));
-    checkResult(stream->InitializeFromFilename(std::filesystem::path(path).wstring().c_str(), GENERIC_WRITE));
-    ComPtr<IWICBitmapEncoder> encoder;
-    checkResult(factory->CreateEncoder(GUID_ContainerFormatJpeg, nullptr, encoder.put()));
-    checkResult(encoder->Initialize(stream.get(), WICBitmapEncoderNoCache));
-    ComPtr<IWICBitmapFrameEncode> frame;
-    checkResult(encoder->CreateNewFrame(frame.put(), nullptr));
-    checkResult(frame->Initialize(nullptr));
-    checkResult(frame->SetSize(side, side));
-    WICPixelFormatGUID format = GUID_WICPixelFormat24bppBGR;
-    checkResult(frame->SetPixelFormat(&format));
-    checkResult(frame->WritePixels(side, side * 3, static_cast<UINT>(pixels.size()), pixels.data()));
-    checkResult(frame->Commit());
-    checkResult(encoder->Commit());
-}
 
 // The covers of a made-up library, and when each of them came.
 class Covers8400 {
@@ -193,7 +162,7 @@ void memoryRows()
 {
     for (int index = 0; index < 6; ++index) {
         const std::optional<double> before = privateMemory();
-        Covers8400 covers(8400, "", index);
+        Covers8400 covers(8400, "never-opened.jpg", index);
         const std::optional<double> after = privateMemory();
         const CoverGrounds grounds = groundsOf(covers.artwork().largeSize());
         const double lists = static_cast<double>(CoverLists::bytesPerSlot(grounds)) *
@@ -201,34 +170,13 @@ void memoryRows()
         const std::string side = std::to_string(covers.artwork().largeSize().cx);
         report({"memory of the image lists, 8,400 albums at " + side + " x " + side + ", " +
                     std::to_string(covers.artwork().slots()) + " slots",
-                after && before ? std::max(*after - *before, lists) : lists, "MB", 512.0, 1.0});
+                after && before ? std::max(*after - *before, lists) : lists, "MB", std::nullopt, 512.0});
     }
-}
-
-// The longest time between two ticks of a 20 ms timer.
-void gapRow(const std::string& name, const std::string& picture, double limit, bool paging)
-{
-    Covers8400 covers(1500, picture, 0);
-    Clock::time_point last = Clock::now();
-    double longest = 0;
-    int seen = 0;
-    const UINT_PTR timer = SetTimer(nullptr, 0, 20, nullptr);
-    const auto look = [&](int) {
-        const double gap = millisecondsSince(last);
-        longest = std::max(longest, gap);
-        last = Clock::now();
-        for (int i = 0; paging && i < 40; ++i) { // what a page of the list asks for
-            covers.artwork().imageIndex(*covers.library().albums[seen++ % 1500 + 1]);
-        }
-    };
-    covers.loadAll(look);
-    KillTimer(nullptr, timer);
-    report({name, longest, "ms", limit, 1.0});
 }
 
 } // namespace
 
-// bench_covers [FOLDER [PART]]: all parts, or one of validation, loader, scale, memory and gap.
+// bench_covers [FOLDER [PART]]: all parts, or one of validation, loader, scale and memory.
 int main(int count, char** arguments)
 {
     const ComInit com;
@@ -251,10 +199,6 @@ int main(int count, char** arguments)
     }
     if (wanted("scale")) {
         scaleRow(small);
-    }
-    if (wanted("gap")) {
-        gapRow("longest gap of a 20 ms timer while covers load", small, 50, false);
-        gapRow("the same while paging through the list", small, 100, true);
     }
     systemFiles().remove(cover);
     systemFiles().remove(small);

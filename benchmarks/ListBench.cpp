@@ -1,117 +1,33 @@
 // Figures of the album list and the overview's search, in windows of their own.
 
-#include "GeneratedLibrary.h"
+#include "ListGaps.h"
+#include "ListRig.h"
 #include "Report.h"
 
 #include "base/Text.h"
-#include "tests/ui/AlbumFixture.h"
-#include "ui/ActivityLog.h"
-#include "ui/PaneOverview.h"
+#include "ui/AlbumColumns.h"
 #include "ui/ids.h"
 
 #include <algorithm>
 #include <numeric>
+#include <string_view>
 
 using namespace tessera;
 using namespace tessera::bench;
 
 namespace {
 
-constexpr int kWide = 1920;
-constexpr int kTall = 1080;
-constexpr int kStrip = 60; // caption and search box; the list has the rest
-
-void fillLibrary(Library& records, std::int32_t albums)
-{
-    const GeneratedLibrary made({albums * 12, albums});
-    for (std::int32_t i = 0; i < made.artists(); ++i)
-        addArtist(records, made.artist(i * 4).c_str());
-    for (std::int32_t i = 0; i < albums; ++i) {
-        Album& album =
-            addAlbum(records, made.title(i).c_str(), *records.artists[i / 4 + 1], 1950 + i * 7 % 70);
-        album.path = made.folder(i);
-        album.genre = i % 3 == 0 ? "Rock" : "Jazz";
-        album.duration = i * 7919 % 5000;
-        album.minBitrate = album.maxBitrate = 128 + i % 5 * 32;
-        album.newDate = 20020101 + i % 28;
-        album.set(kAlbumNew, i % 2 == 0);
-        columnTexts(album);
-    }
-}
-
-// Answers as a virtual list's parent must, and nothing more.
-class BareParent : public Mapped<BareParent> {
-public:
-    static std::span<const MapEntry<BareParent>> messageMap()
-    {
-        static constexpr MapEntry<BareParent> kMap[] = {{WM_NOTIFY, &BareParent::onNotify}};
-        return kMap;
-    }
-
-private:
-    Handled onNotify(const Message& message)
-    {
-        const auto& header = *reinterpret_cast<const NMHDR*>(message.lParam);
-        if (header.code == NM_CUSTOMDRAW) {
-            const auto& draw = *reinterpret_cast<const NMLVCUSTOMDRAW*>(message.lParam);
-            return draw.nmcd.dwDrawStage == CDDS_PREPAINT ? CDRF_NOTIFYITEMDRAW : CDRF_SKIPDEFAULT;
-        }
-        return 0;
-    }
-};
-
-// A list of the same kind beside the pane, with cells of the same size.
-struct BareList {
-    BareParent parent;
-    ListView list;
-    ImageList cells;
-
-    BareList(HWND owner, ListStyle style, int albums)
-    {
-        parent.create(owner, 77, {0, 0, kWide, kTall});
-        const DWORD kind = style == ListStyle::Details ? LVS_REPORT : LVS_ICON;
-        list.create(parent.handle(), 78, {0, 0, kWide, kTall - kStrip},
-                    kind | LVS_OWNERDATA | LVS_SHAREIMAGELISTS | LVS_AUTOARRANGE, 0);
-        list.setExtendedStyle(LVS_EX_DOUBLEBUFFER);
-        if (style != ListStyle::Details) {
-            const bool icons = style == ListStyle::Icons;
-            cells = ImageList(ImageList_Create(icons ? 85 : 364, icons ? 140 : 64, ILC_COLOR, 0, 1));
-            list.setImageList(cells.get(), LVSIL_NORMAL);
-            list.send(LVM_SETICONSPACING, 0, icons ? MAKELPARAM(95, 150) : MAKELPARAM(394, 71));
-        }
-        setCount(albums);
-    }
-    void setCount(int albums) const
-    {
-        const RedrawOff quiet(list.handle());
-        list.send(LVM_SETITEMCOUNT, static_cast<WPARAM>(albums), LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL);
-        list.send(LVM_ARRANGE, LVA_DEFAULT);
-    }
-};
-
 struct Rig {
     FakeCommands commands;
     ColouredCovers covers{commands.fakeCovers};
-    HWND parent = makeParentWindow(kWide, kTall);
-    std::unique_ptr<PaneOverview> pane;
+    std::unique_ptr<ListRig> list;
 
     Rig(std::int32_t albums, ListStyle style)
     {
         fillLibrary(commands.records, albums);
-        commands.overviewSettings.listviewStyle = static_cast<int>(style);
-        pane = std::make_unique<PaneOverview>(commands);
-        require(pane->createPane(parent), "no overview");
-        MoveWindow(pane->window(), 0, 0, kWide, kTall, TRUE);
-        SendMessageA(pane->window(), kActivateMessage, 1, 0);
-        ShowWindow(parent, SW_SHOWNOACTIVATE);
-        pumpMessages(300);
+        list = std::make_unique<ListRig>(commands, style);
     }
-    ~Rig()
-    {
-        pane.reset();
-        DestroyWindow(parent);
-    }
-    HWND list() const { return GetDlgItem(pane->window(), controlId::kOverviewList); }
+    ListRig* operator->() const { return list.get(); }
 };
 
 template <class Work>
@@ -166,21 +82,24 @@ std::string named(const char* what, std::int32_t albums)
 void keyStrokeRow(std::int32_t albums, int runs)
 {
     Rig rig(albums, ListStyle::Details);
-    SendMessageA(rig.pane->window(), WM_COMMAND, albumCommand::kSortFirst + 8, 0);
-    const Edit box(GetDlgItem(rig.pane->window(), controlId::kCriteria));
+    constexpr int kYearColumn = 8;
+    rig->command(albumCommand::kSortFirst + kYearColumn);
+    const Edit box = rig->box();
     const std::vector<Ready> all = readyTexts(rig.commands.records);
-    const BareList bare(rig.parent, ListStyle::Details, albums);
+    const BareList bare(ListStyle::Details, albums);
     // Each finds other albums than the one before it.
     const char* const typed[] = {"r", "jazz", "ro"};
     const Best best = bestOf(
         runs,
         [&] {
+            bringToFront(rig->parent);
             return timed([&] {
                 for (const char* const text : typed)
                     box.setText(text);
             });
         },
         [&] {
+            bringToFront(bare.top());
             return timed([&] {
                 for (const char* const text : typed) {
                     NumberKeys found = scan(all, text);
@@ -191,52 +110,103 @@ void keyStrokeRow(std::int32_t albums, int runs)
         });
     report({named("key stroke in the search box", albums), best.work / 3, "ms", best.bare / 3, 1.5});
     double repaint = 1e9;
+    bringToFront(rig->parent);
     for (int i = 0; i < runs; ++i) {
         box.setText(typed[i % 3]);
-        repaint = std::min(repaint, timed([&] { UpdateWindow(rig.list()); }));
+        repaint = std::min(repaint, timed([&] { UpdateWindow(rig->list()); }));
     }
     report({named("repaint after a key stroke, details", albums), repaint, "ms"});
 }
 
+// The albums as they stand before the sort: by their titles.
+std::vector<Album*> byTitle(Library& records)
+{
+    std::vector<std::pair<std::string, Album*>> titles;
+    for (const auto& [id, album] : records.albums)
+        titles.emplace_back(toLower(album->displayTitle), album.get());
+    sortByKey(titles);
+    std::vector<Album*> albums;
+    for (const auto& each : titles)
+        albums.push_back(each.second);
+    return albums;
+}
+
+template <class Key>
+using Keys = std::vector<std::pair<Key, Album*>>;
+
+// In the order that the work finds, too.
+template <class Key, class MakeKey>
+Keys<Key> readyKeys(const std::vector<Album*>& albums, MakeKey makeKey)
+{
+    Keys<Key> keys;
+    for (Album* const album : albums)
+        keys.emplace_back(makeKey(*album), album);
+    return keys;
+}
+
+// The order alone, and a column's click until the list knows it.
+template <class Key>
+void sortRow(const std::string& column, const Rig& rig, int index, int runs, const Keys<Key>& ready)
+{
+    const auto albums = static_cast<int>(ready.size());
+    AlbumCatalogue catalogue;
+    catalogue.fill(rig.commands.records);
+    AlbumPlaces byTitle;
+    for (const auto& each : ready)
+        byTitle.push_back(catalogue.find(each.second->id));
+    const auto bareSort = [&](auto andThen) {
+        Keys<Key> keys = ready;
+        return timed([&] {
+            sortByKey(keys);
+            andThen();
+        });
+    };
+    Best best = bestOf(
+        runs,
+        [&] {
+            AlbumPlaces places = byTitle;
+            return timed([&] { catalogue.sort(places, index, true); });
+        },
+        [&] { return bareSort([] {}); });
+    report({named(("order by " + column).c_str(), albums), best.work, "ms", best.bare, 1.5});
+
+    const BareList bare(ListStyle::Details, albums);
+    const int other = index == 0 ? 1 : 0;
+    best = bestOf(
+        runs,
+        [&] {
+            rig->command(albumCommand::kSortFirst + other);
+            bringToFront(rig->parent);
+            return timed([&] { rig->command(albumCommand::kSortFirst + index); });
+        },
+        [&] {
+            bare.mark(index, other);
+            bringToFront(bare.top());
+            return bareSort([&] { bare.mark(other, index); });
+        });
+    report({named(("click on " + column).c_str(), albums), best.work, "ms", best.bare, 1.5});
+}
+
 void sortRows(std::int32_t albums, int runs)
 {
+    static constexpr struct {
+        const char* name;
+        int column;
+    } kColumns[] = {{"a text column (artist)", 1},     {"a text column (genre)", 7},
+                    {"a number column (duration)", 3}, {"a number column (bitrate)", 4},
+                    {"a number column (year)", 8},     {"a number column (rank)", 10},
+                    {"a date column (new)", 12},       {"a yes/no column (favourite)", 11},
+                    {"a yes/no column (match)", 6}};
     Rig rig(albums, ListStyle::Details);
-    const std::vector<Ready> all = readyTexts(rig.commands.records);
-    const auto click = [&](int column) {
-        SendMessageA(rig.pane->window(), WM_COMMAND, static_cast<WPARAM>(albumCommand::kSortFirst + column),
-                     0);
-    };
-    const auto textRow = [&](const char* name, int column, std::string Ready::*text) {
-        const Best best = bestOf(
-            runs, [&] { return click(4), timed([&] { click(column); }); },
-            [&] {
-                std::vector<std::pair<std::string_view, Album*>> keys;
-                for (const Ready& each : all)
-                    keys.emplace_back(each.*text, each.album);
-                return timed([&] { sortByKey(keys); });
-            });
-        report({named(name, albums), best.work, "ms", best.bare, 1.5});
-    };
-    const auto numberRow = [&](const char* name, int column, std::int32_t Album::*number) {
-        const Best best = bestOf(
-            runs, [&] { return click(0), timed([&] { click(column); }); },
-            [&] {
-                std::vector<std::pair<std::string_view, Album*>> before;
-                for (const Ready& each : all)
-                    before.emplace_back(each.title, each.album);
-                sortByKey(before);
-                NumberKeys keys;
-                for (const auto& each : before)
-                    keys.emplace_back(each.second->*number, each.second);
-                return timed([&] { sortByKey(keys); });
-            });
-        report({named(name, albums), best.work, "ms", best.bare, 1.5});
-    };
-    textRow("sort by a text column (artist)", 1, &Ready::artist);
-    textRow("sort by a text column (album)", 0, &Ready::title);
-    numberRow("sort by a number column (duration)", 3, &Album::duration);
-    numberRow("sort by a date column (new)", 12, &Album::newDate);
-    numberRow("sort by a number column (year)", 8, &Album::year);
+    const std::vector<Album*> before = byTitle(rig.commands.records);
+    for (const auto& [name, index] : kColumns) {
+        const auto column = static_cast<std::size_t>(index);
+        const auto text = [&](Album& album) { return toLower(columnTexts(album)[column]); };
+        if (const auto number = albumColumns()[column].number)
+            sortRow(name, rig, index, runs, readyKeys<std::int32_t>(before, number));
+        else
+            sortRow(name, rig, index, runs, readyKeys<std::string>(before, text));
+    }
 }
 
 void drawBare(HDC target, const std::vector<std::vector<std::string>>& captions, HIMAGELIST covers,
@@ -272,11 +242,11 @@ void tileRow(std::int32_t albums, int runs)
     const Best best = bestOf(
         runs,
         [&] {
-            InvalidateRect(rig.list(), nullptr, TRUE);
-            return timed([&] { UpdateWindow(rig.list()); });
+            InvalidateRect(rig->list(), nullptr, TRUE);
+            return timed([&] { UpdateWindow(rig->list()); });
         },
         [&] {
-            const WindowDc dc(rig.list());
+            const WindowDc dc(rig->list());
             return timed([&] {
                 drawBare(dc.dc(), captions, rig.commands.fakeCovers.medium(), rig.commands.listFont(),
                          columns, 13);
@@ -287,70 +257,84 @@ void tileRow(std::int32_t albums, int runs)
 
 void layoutRows(std::int32_t albums, int runs)
 {
-    Rig rig(albums, ListStyle::Icons);
-    const BareList bare(rig.parent, ListStyle::Icons, albums);
-    ShowWindow(bare.parent.handle(), SW_SHOWNA);
-    const Edit box(GetDlgItem(rig.pane->window(), controlId::kCriteria));
-    const auto paint = [](HWND list) { UpdateWindow(list); };
+    FakeCommands commands;
+    const ColouredCovers covers{commands.fakeCovers};
+    fillLibrary(commands.records, albums);
+    AloneList alone(commands, ListStyle::Icons);
+    const BareList bare(ListStyle::Icons, albums);
+    AlbumPlaces all(static_cast<std::size_t>(albums));
+    std::iota(all.begin(), all.end(), 0U);
     Best best = bestOf(
         runs,
         [&] {
-            box.setText("no such album at all");
-            paint(rig.list());
-            return timed([&] { box.setText(""); });
+            alone.list().setAlbums({});
+            bringToFront(alone.top());
+            return timed([&] { alone.list().setAlbums(all); });
         },
         [&] {
             bare.setCount(0);
-            paint(bare.list.handle());
+            bringToFront(bare.top());
             return timed([&] { bare.setCount(albums); });
         });
     report({named("first layout of icons", albums), best.work, "ms", best.bare, 1.5});
+
+    const auto another = [](int& width) { return width = width == kWide ? kWide - 200 : kWide; };
     int width = kWide;
-    const auto nextWidth = [&] { return width = width == kWide ? kWide - 200 : kWide; };
+    int bareWidth = kWide;
     best = bestOf(
         runs,
         [&] {
-            const int wide = nextWidth();
-            paint(rig.list());
-            return timed([&] { MoveWindow(rig.pane->window(), 0, 0, wide, kTall, TRUE); });
+            const int wide = another(width);
+            bringToFront(alone.top());
+            return timed([&] { alone.list().move({0, kStrip, wide, kTall}); });
         },
         [&] {
-            const int wide = nextWidth();
-            paint(bare.list.handle());
+            const int wide = another(bareWidth);
+            bringToFront(bare.top());
             return timed([&] {
-                const RedrawOff quiet(bare.list.handle());
-                bare.list.move({0, 0, wide, kTall - kStrip});
-                bare.list.send(LVM_ARRANGE, LVA_DEFAULT);
+                const RedrawOff quiet(bare.list().handle());
+                bare.list().move({0, kStrip, wide, kTall});
+                bare.list().send(LVM_ARRANGE, LVA_DEFAULT);
             });
         });
     report({named("resize of icons", albums), best.work, "ms", best.bare, 1.5});
 }
 
-// What a job's progress costs it, whoever watches the log: a build of as many tracks is a row elsewhere.
-void logRow()
+void paneRow(std::int32_t albums, int runs)
 {
-    constexpr std::uint32_t kReports = 100000;
-    ActivityLog log;
-    const auto job = log.newJob();
-    job->line("Linking tracks to MJ");
-    const Clock::time_point start = Clock::now();
-    for (std::uint32_t i = 1; i <= kReports; ++i)
-        job->progress(i, kReports);
-    report({"100,000 progress reports to the log", millisecondsSince(start), "ms"});
+    Rig rig(albums, ListStyle::Icons);
+    double best = 1e9;
+    for (int i = 0; i < runs; ++i) {
+        bringToFront(rig->parent);
+        best = std::min(best, timed([&] {
+                            MoveWindow(rig->pane->window(), 0, 0, kWide - 200 * (i % 2 + 1), kTall, TRUE);
+                        }));
+    }
+    report({named("resize of the whole overview with icons", albums), best, "ms"});
 }
 
 } // namespace
 
-int main()
+// bench_lists [PART]: all parts, or one of keys, sort, tiles, layout and gaps.
+int main(int count, char** arguments)
 {
     initCommonControls();
-    logRow();
+    const std::string_view only = count > 1 ? arguments[1] : "";
+    const auto wanted = [&](std::string_view part) { return only.empty() || only == part; };
     for (const std::int32_t albums : {8400, 100000}) {
         const int runs = albums > 10000 ? 3 : 8;
-        keyStrokeRow(albums, runs);
-        sortRows(albums, runs);
-        tileRow(albums, runs);
-        layoutRows(albums, runs);
+        if (wanted("keys"))
+            keyStrokeRow(albums, runs);
+        if (wanted("sort"))
+            sortRows(albums, runs);
+        if (wanted("tiles"))
+            tileRow(albums, runs);
+        if (wanted("layout")) {
+            layoutRows(albums, runs);
+            paneRow(albums, runs);
+        }
     }
+    if (wanted("gaps"))
+        gapRows();
     return 0;
 }

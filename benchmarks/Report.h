@@ -12,7 +12,7 @@ struct Figure {
     double value = 0;
     std::string unit;
     std::optional<double> reference = std::nullopt; // what the bare work costs in the same run
-    std::optional<double> goal = std::nullopt;      // for value / reference
+    std::optional<double> goal = std::nullopt;      // for value / reference, else for the value
 };
 
 // One line: name, value, unit, reference, ratio, goal; tabs between, nothing where there is none.

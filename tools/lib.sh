@@ -78,9 +78,11 @@ use_prefix() {
 make_prefix() {
     use_prefix "$1"
     export WINEARCH=win32
-    local stamp="$WINEPREFIX/.tessera" version
-    version=$(wine --version)
-    [ "$(cat "$stamp" 2>/dev/null)" = "$version" ] && return
+    # Without a window manager Wine waits two seconds for each managed window that goes; these open many.
+    local programs="test_options test_shell test_ui test_windowing test_jukebox_room"
+    local stamp="$WINEPREFIX/.tessera" recipe program
+    recipe="$(wine --version); unmanaged: $programs"
+    [ "$(cat "$stamp" 2>/dev/null)" = "$recipe" ] && return
     say "Making a Wine prefix in ${WINEPREFIX#"$TOP"/}"
     rm -rf "$WINEPREFIX"
     mkdir -p "$WINEPREFIX"
@@ -89,14 +91,12 @@ make_prefix() {
         fail "Wine could not make its prefix"
     }
     timeout 20 wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null 2>&1 9>&-
-    # Without a window manager Wine waits two seconds for each managed window that goes; these tests open many.
-    local program
-    for program in test_options test_shell; do
+    for program in $programs; do
         timeout 20 wine reg add "HKCU\\Software\\Wine\\AppDefaults\\$program.exe\\X11 Driver" /v Managed /d N /f >/dev/null 2>&1 9>&-
     done
     timeout 60 wineserver -w
     cp /usr/share/wine/fonts/*.ttf "$WINEPREFIX/drive_c/windows/Fonts/"
-    printf '%s\n' "$version" >"$stamp"
+    printf '%s\n' "$recipe" >"$stamp"
 }
 
 # Wine's helpers are started by the first program and keep its output open; whoever reads a program's

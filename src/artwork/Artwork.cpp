@@ -85,13 +85,22 @@ void Artwork::createLists()
     m_lists.destroy();
     m_slots = SlotTable();
     m_grounds = std::make_shared<const CoverGrounds>(makeGrounds());
-    const std::size_t albums = m_library ? m_library->albums.size() : 0;
-    if (!m_lists.create(*m_grounds, static_cast<int>(albums + 1))) {
+    if (!m_lists.create(*m_grounds, 1 + picturedAlbums())) {
         assertionFailed("m_imlArtworkLarge.GetSafeHandle()", kUnit, __LINE__);
         return;
     }
     m_slots = SlotTable(m_lists.slots());
     loadDefaultImage();
+}
+
+// The others show the default cover.
+int Artwork::picturedAlbums() const
+{
+    if (!m_library) {
+        return 0;
+    }
+    return static_cast<int>(std::ranges::count_if(
+        m_library->albums, [this](const auto& entry) { return hasPicture(*entry.second, m_thumbnails); }));
 }
 
 CoverGrounds Artwork::makeGrounds() const

@@ -42,7 +42,7 @@ public:
     // indices are -1, and the listeners are told.
     void resetImageLists(bool rebuild);
     void updateArtworkSize();
-    // A slot for every album, as far as memory goes. `thumbnails`: the pictures are in the records.
+    // A slot for every album with a picture, as far as memory goes. `thumbnails`: the pictures are in the records.
     void openLibrary(Library& library, bool thumbnails);
     // Before the records go.
     void closeLibrary();
@@ -72,6 +72,7 @@ private:
     Handled onTimer(const Message& message);
 
     void createLists();
+    int picturedAlbums() const;
     CoverGrounds makeGrounds() const;
     std::optional<SIZE> balloonSize() const;
     void loadDefaultImage();

@@ -40,14 +40,6 @@ private:
     LARGE_INTEGER m_start{};
 };
 
-bool hasPicture(const Album& album, bool thumbnails)
-{
-    if (thumbnails) {
-        return static_cast<bool>(album.m_hGlobalThumbnail);
-    }
-    return album.has(kAlbumInternalImage) || !album.thumbnailFile.empty();
-}
-
 } // namespace
 
 std::span<const MapEntry<Artwork>> Artwork::messageMap()
@@ -172,9 +164,10 @@ void Artwork::submit(Album& album, CoverLoader::Turn turn)
     }
 }
 
-Handled Artwork::onCovers(const Message&)
+// A posted message comes before input and painting, a timer after them.
+Handled Artwork::onCovers(const Message& message)
 {
-    takeResults();
+    SetTimer(message.window, kTimer, kPause, nullptr);
     return 0;
 }
 
@@ -185,7 +178,7 @@ Handled Artwork::onTimer(const Message& message)
     return 0;
 }
 
-// A short turn; what is left waits for the timer, which comes after input and painting.
+// A short turn; what is left waits for the next one.
 void Artwork::takeResults()
 {
     if (!m_loader) {
@@ -263,17 +256,21 @@ Album* Artwork::nextWanted()
 // the other covers come when they are seen.
 Album* Artwork::nextInOrder()
 {
-    for (; m_next != m_library->albums.end() && !m_slots.full(); ++m_next) {
-        ++m_walked;
+    for (; m_next != m_library->albums.end(); ++m_next) {
         Album& album = *m_next->second;
-        if (album.imageIndex >= 0 || m_underWay.contains(&album)) {
-            continue;
+        const bool wanted = album.imageIndex < 0 && !m_underWay.contains(&album);
+        const bool pictured = wanted && hasPicture(album, m_thumbnails);
+        if (pictured && m_slots.full()) {
+            return nullptr;
         }
-        if (hasPicture(album, m_thumbnails)) {
+        ++m_walked;
+        if (pictured) {
             ++m_next;
             return &album;
         }
-        album.imageIndex = kDefaultIndex;
+        if (wanted) {
+            album.imageIndex = kDefaultIndex;
+        }
     }
     return nullptr;
 }

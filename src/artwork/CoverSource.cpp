@@ -57,6 +57,14 @@ std::vector<std::uint8_t> readEmbedded(HostFile& file)
 
 } // namespace
 
+bool hasPicture(const Album& album, bool thumbnails)
+{
+    if (thumbnails) {
+        return static_cast<bool>(album.m_hGlobalThumbnail);
+    }
+    return album.has(kAlbumInternalImage) || !album.thumbnailFile.empty();
+}
+
 CoverSource coverSource(const Album& album, bool thumbnails)
 {
     if (thumbnails) {

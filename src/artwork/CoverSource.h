@@ -19,6 +19,8 @@ struct CoverSource {
     bool empty() const { return encoded.empty() && !embedded && path.empty(); }
 };
 
+// Whether there is anything to load.
+bool hasPicture(const Album& album, bool thumbnails);
 // Empty when the album has no picture. With thumbnails in the database no file is opened.
 CoverSource coverSource(const Album& album, bool thumbnails);
 

@@ -1,13 +1,13 @@
-#include "base/Files.h"
+#include "base/PlacedFile.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <dirent.h>
-#include <exception>
 #include <fcntl.h>
 #include <fnmatch.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace tessera {
 
@@ -24,16 +24,15 @@ public:
     Descriptor(const std::string& path, int flags) : m_descriptor(::open(toNative(path).c_str(), flags, 0644))
     {
     }
+    Descriptor(Descriptor&& other) noexcept : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
     ~Descriptor()
     {
         if (*this)
             ::close(m_descriptor);
     }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
+    Descriptor& operator=(Descriptor&&) = delete;
 
     explicit operator bool() const { return m_descriptor >= 0; }
-    int get() const { return m_descriptor; }
     std::optional<std::uint64_t> size() const
     {
         struct stat status {};
@@ -41,47 +40,26 @@ public:
             return std::nullopt;
         return static_cast<std::uint64_t>(status.st_size);
     }
-
-private:
-    int m_descriptor;
-};
-
-class NativeFile : public OutputFile {
-public:
-    NativeFile(const std::string& path, int flags) : m_file(path, flags) {}
-    bool isOpen() const { return static_cast<bool>(m_file); }
-
-    bool write(ByteView bytes) override
+    std::optional<std::size_t> readAt(std::uint32_t position, std::span<std::uint8_t> bytes) const
+    {
+        const ssize_t count = ::pread(m_descriptor, bytes.data(), bytes.size(), position);
+        return count < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(count));
+    }
+    bool writeAt(std::uint32_t position, ByteView bytes)
     {
         while (!bytes.empty()) {
-            const ssize_t written = ::pwrite(m_file.get(), bytes.data(), bytes.size(), m_position);
+            const ssize_t written = ::pwrite(m_descriptor, bytes.data(), bytes.size(), position);
             if (written <= 0)
                 return false;
-            m_position += static_cast<std::uint32_t>(written);
+            position += static_cast<std::uint32_t>(written);
             bytes = bytes.subspan(static_cast<std::size_t>(written));
         }
         return true;
     }
-
-    bool seek(std::uint32_t position) override
-    {
-        m_position = position;
-        return true;
-    }
-
-    bool readAt(std::uint32_t position, std::span<std::uint8_t> buffer) override
-    {
-        return ::pread(m_file.get(), buffer.data(), buffer.size(), position) ==
-               static_cast<ssize_t>(buffer.size());
-    }
-
-    std::optional<std::uint64_t> size() override { return m_file.size(); }
-
-    bool flush() override { return ::fsync(m_file.get()) == 0; }
+    bool flush() { return ::fsync(m_descriptor) == 0; }
 
 private:
-    Descriptor m_file;
-    std::uint32_t m_position = 0;
+    int m_descriptor;
 };
 
 class NativeFileSystem : public FileSystem {
@@ -97,27 +75,19 @@ public:
     }
 
     std::optional<std::vector<std::uint8_t>> readAll(const std::string& path) override
-    try {
-        const Descriptor file(path, O_RDONLY);
-        const std::optional<std::uint64_t> size = file ? file.size() : std::nullopt;
-        if (!size || *size > UINT32_MAX)
-            return std::nullopt;
-        std::vector<std::uint8_t> bytes(static_cast<std::size_t>(*size));
-        const ssize_t count = ::pread(file.get(), bytes.data(), bytes.size(), 0);
-        if (count < 0)
-            return std::nullopt;
-        bytes.resize(static_cast<std::size_t>(count));
-        return bytes;
-    } catch (const std::exception&) {
-        return std::nullopt; // more than the memory that there is
+    {
+        return contentOf(Descriptor(path, O_RDONLY));
     }
 
     std::unique_ptr<OutputFile> create(const std::string& path) override
     {
-        return open(path, O_RDWR | O_CREAT | O_TRUNC);
+        return PlacedFile<Descriptor>::of({path, O_RDWR | O_CREAT | O_TRUNC});
     }
 
-    std::unique_ptr<OutputFile> openForUpdate(const std::string& path) override { return open(path, O_RDWR); }
+    std::unique_ptr<OutputFile> openForUpdate(const std::string& path) override
+    {
+        return PlacedFile<Descriptor>::of({path, O_RDWR});
+    }
 
     bool rename(const std::string& from, const std::string& to) override
     {
@@ -144,15 +114,6 @@ public:
                 first = name;
         }
         return first;
-    }
-
-private:
-    static std::unique_ptr<OutputFile> open(const std::string& path, int flags)
-    {
-        auto file = std::make_unique<NativeFile>(path, flags);
-        if (!file->isOpen())
-            return nullptr;
-        return file;
     }
 };
 

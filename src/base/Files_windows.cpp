@@ -1,40 +1,11 @@
-#include "base/Files.h"
+#include "base/PlacedFile.h"
 
-#include <exception>
+#include <utility>
 #include <windows.h>
 
 namespace tessera {
 
 namespace {
-
-class FileHandle {
-public:
-    FileHandle(const std::string& path, DWORD access, DWORD share, DWORD creation)
-        : m_handle(
-              CreateFileA(path.c_str(), access, share, nullptr, creation, FILE_ATTRIBUTE_NORMAL, nullptr))
-    {
-    }
-    ~FileHandle()
-    {
-        if (*this)
-            CloseHandle(m_handle);
-    }
-    FileHandle(const FileHandle&) = delete;
-    FileHandle& operator=(const FileHandle&) = delete;
-
-    explicit operator bool() const { return m_handle != INVALID_HANDLE_VALUE; }
-    HANDLE get() const { return m_handle; }
-    std::optional<std::uint64_t> size() const
-    {
-        LARGE_INTEGER size;
-        if (!GetFileSizeEx(m_handle, &size))
-            return std::nullopt;
-        return static_cast<std::uint64_t>(size.QuadPart);
-    }
-
-private:
-    HANDLE m_handle;
-};
 
 OVERLAPPED at(std::uint32_t position)
 {
@@ -43,47 +14,51 @@ OVERLAPPED at(std::uint32_t position)
     return place;
 }
 
-// Every access names its place, so that a read leaves the write position alone.
-class WindowsFile : public OutputFile {
+class FileHandle {
 public:
-    WindowsFile(const std::string& path, DWORD access, DWORD creation)
-        : m_file(path, access, FILE_SHARE_READ, creation)
+    FileHandle(const std::string& path, DWORD access, DWORD share, DWORD creation)
+        : m_handle(
+              CreateFileA(path.c_str(), access, share, nullptr, creation, FILE_ATTRIBUTE_NORMAL, nullptr))
     {
     }
-    bool isOpen() const { return static_cast<bool>(m_file); }
-
-    bool write(ByteView bytes) override
+    FileHandle(FileHandle&& other) noexcept : m_handle(std::exchange(other.m_handle, INVALID_HANDLE_VALUE)) {}
+    ~FileHandle()
     {
-        OVERLAPPED place = at(m_position);
-        DWORD written = 0;
-        const auto length = static_cast<DWORD>(bytes.size());
-        if (!WriteFile(m_file.get(), bytes.data(), length, &written, &place) || written != length)
-            return false;
-        m_position += written;
-        return true;
+        if (*this)
+            CloseHandle(m_handle);
     }
+    FileHandle& operator=(FileHandle&&) = delete;
 
-    bool seek(std::uint32_t position) override
+    explicit operator bool() const { return m_handle != INVALID_HANDLE_VALUE; }
+    std::optional<std::uint64_t> size() const
     {
-        m_position = position;
-        return true;
+        LARGE_INTEGER size;
+        if (!GetFileSizeEx(m_handle, &size))
+            return std::nullopt;
+        return static_cast<std::uint64_t>(size.QuadPart);
     }
-
-    bool readAt(std::uint32_t position, std::span<std::uint8_t> buffer) override
+    // What is behind the end reads as nothing.
+    std::optional<std::size_t> readAt(std::uint32_t position, std::span<std::uint8_t> bytes) const
     {
         OVERLAPPED place = at(position);
         DWORD read = 0;
-        const auto length = static_cast<DWORD>(buffer.size());
-        return ReadFile(m_file.get(), buffer.data(), length, &read, &place) && read == length;
+        if (!bytes.empty() &&
+            !ReadFile(m_handle, bytes.data(), static_cast<DWORD>(bytes.size()), &read, &place) &&
+            GetLastError() != ERROR_HANDLE_EOF)
+            return std::nullopt;
+        return read;
     }
-
-    std::optional<std::uint64_t> size() override { return m_file.size(); }
-
-    bool flush() override { return FlushFileBuffers(m_file.get()) != FALSE; }
+    bool writeAt(std::uint32_t position, ByteView bytes)
+    {
+        OVERLAPPED place = at(position);
+        DWORD written = 0;
+        const auto length = static_cast<DWORD>(bytes.size());
+        return WriteFile(m_handle, bytes.data(), length, &written, &place) && written == length;
+    }
+    bool flush() { return FlushFileBuffers(m_handle) != FALSE; }
 
 private:
-    FileHandle m_file;
-    std::uint32_t m_position = 0;
+    HANDLE m_handle;
 };
 
 bool isDots(const char* name)
@@ -107,28 +82,19 @@ public:
     }
 
     std::optional<std::vector<std::uint8_t>> readAll(const std::string& path) override
-    try {
-        const FileHandle file(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                              OPEN_EXISTING);
-        const std::optional<std::uint64_t> size = file ? file.size() : std::nullopt;
-        if (!size || *size > MAXDWORD)
-            return std::nullopt;
-        std::vector<std::uint8_t> bytes(static_cast<std::size_t>(*size));
-        DWORD read = 0;
-        if (!bytes.empty() &&
-            !ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr))
-            return std::nullopt;
-        bytes.resize(read);
-        return bytes;
-    } catch (const std::exception&) {
-        return std::nullopt; // more than the memory that there is
+    {
+        return contentOf(FileHandle(path, GENERIC_READ,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING));
     }
 
-    std::unique_ptr<OutputFile> create(const std::string& path) override { return open(path, CREATE_ALWAYS); }
+    std::unique_ptr<OutputFile> create(const std::string& path) override
+    {
+        return openForWriting(path, CREATE_ALWAYS);
+    }
 
     std::unique_ptr<OutputFile> openForUpdate(const std::string& path) override
     {
-        return open(path, OPEN_EXISTING);
+        return openForWriting(path, OPEN_EXISTING);
     }
 
     bool rename(const std::string& from, const std::string& to) override
@@ -157,12 +123,9 @@ public:
     }
 
 private:
-    static std::unique_ptr<OutputFile> open(const std::string& path, DWORD creation)
+    static std::unique_ptr<OutputFile> openForWriting(const std::string& path, DWORD creation)
     {
-        auto file = std::make_unique<WindowsFile>(path, GENERIC_READ | GENERIC_WRITE, creation);
-        if (!file->isOpen())
-            return nullptr;
-        return file;
+        return PlacedFile<FileHandle>::of({path, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, creation});
     }
 };
 

@@ -39,10 +39,15 @@ void Database::clear()
     m_library.clear();
 }
 
+Library Database::takeLibrary()
+{
+    m_unsaved.clear();
+    return std::exchange(m_library, {});
+}
+
 bool Database::write(const std::string& fileName, JobContext& context)
 {
     context.log.line("Writing Database");
-    context.log.indent();
     const LogSection section(context.log);
     NewFile file(context.files, fileName);
     if (!file.isOpen()) {

@@ -12,6 +12,7 @@
 #include <functional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tessera {
@@ -42,17 +43,19 @@ public:
     // Bit 0: the file has an image section. Outlives a read, as the next write's flags.
     std::uint32_t flags() const { return m_flags; }
     void clear();
+    // Leaves an empty library; the caller frees the records.
+    Library takeLibrary();
 
     // Whole database to a file of this name, by way of a temporary file beside it; the previous
     // file stays as NAME.bak when it was a sound one. False when a message has said why not; the
     // previous file is then as it was. Cancelled and std::bad_alloc pass through, likewise.
     bool write(const std::string& fileName, JobContext& context);
 
-    // Whole database from a file. The library must be empty; the caller has indented the log, and
-    // the read ends that level. `afterLinks` runs once the records are linked and the file's bytes
-    // are let go: it reloads the first names, writes the line "Loading treeview" itself, and fills
-    // the views. False when a message or an assertion has said why not; records read so far stay
-    // for the caller to clear. HostError, Cancelled and std::bad_alloc pass through, the log tidy.
+    // Whole database from a file. The library must be empty. `afterLinks` runs once the records are
+    // linked and the file's bytes are let go: it reloads the first names, writes the line "Loading
+    // treeview" itself, and fills the views. False when a message or an assertion has said why not;
+    // records read so far stay for the caller to clear. HostError, Cancelled and std::bad_alloc pass
+    // through, the log tidy.
     bool read(const std::string& fileName, Host& host, JobContext& context,
               const std::function<void()>& afterLinks);
 

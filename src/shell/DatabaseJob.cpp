@@ -3,6 +3,7 @@
 #include "artwork/Decoder.h"
 #include "artwork/Locator.h"
 #include "base/Errors.h"
+#include "library/LogSection.h"
 #include "system/Border.h"
 #include "system/ComPtr.h"
 
@@ -24,27 +25,19 @@ bool DatabaseJob::run() noexcept
         }
     });
     if (!loaded) {
-        leaveLog();
         quietBorder(0, [&] {
             emptyLibrary();
             return 0;
         });
     }
+    m_old.clear(); // where it could not be emptied in order
     return loaded;
-}
-
-// Back at the left edge, however deep the failed step was.
-void DatabaseJob::leaveLog()
-{
-    constexpr int kDeepest = 4;
-    for (int level = 0; level < kDeepest; ++level) {
-        m_log->outdent();
-    }
 }
 
 bool DatabaseJob::perform()
 {
     const ComInit com;
+    freeOld();
     JobContext context{systemFiles(), *m_log, m_parts.prompt, m_parts.terminating};
     if (m_creating) {
         if (!createFile(context)) {
@@ -59,13 +52,12 @@ bool DatabaseJob::createFile(JobContext& context)
 {
     context.log.startTimer();
     context.log.line("Creating Database");
-    context.log.indent();
+    const LogLevel level(context.log);
     const auto artwork = [this](Library& library, JobContext& job) { return locateArtwork(library, job); };
     if (!m_parts.database.build(m_parts.host, m_settings, artwork, context)) {
         return false;
     }
     context.log.line("Finished");
-    context.log.outdent();
     return true;
 }
 
@@ -73,12 +65,10 @@ bool DatabaseJob::loadFile(JobContext& context)
 {
     context.log.startTimer();
     context.log.line("Loading Database");
-    context.log.indent();
     if (!m_parts.database.read(m_settings.lastUsed, m_parts.host, context, [this] { fillViews(); })) {
         return false;
     }
     context.log.line("Finished");
-    context.log.outdent();
     return true;
 }
 
@@ -106,9 +96,21 @@ void DatabaseJob::fillViews()
 
 void DatabaseJob::emptyLibrary()
 {
-    if (!m_parts.queue.ask([job = shared_from_this()] { job->m_parts.views.emptyLibrary(); })) {
+    if (!m_parts.queue.ask([job = shared_from_this()] { job->m_old = job->m_parts.views.emptyLibrary(); })) {
         throw Cancelled();
     }
+    freeOld();
+}
+
+// On this thread, so that the user interface does not wait for it; the file objects that came with
+// the records are the other thread's to release.
+void DatabaseJob::freeOld()
+{
+    if (m_old.empty()) {
+        return;
+    }
+    m_old.clear();
+    m_parts.queue.post([job = shared_from_this()] { job->m_parts.views.releaseFiles(); });
 }
 
 void DatabaseJob::report() noexcept

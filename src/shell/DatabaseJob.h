@@ -15,8 +15,10 @@ namespace tessera {
 class JobViews {
 public:
     virtual ~JobViews() = default;
-    // Panes first, then the records.
-    virtual void emptyLibrary() = 0;
+    // Panes first, then the records, which are left to the caller: freeing many takes a while.
+    virtual Library emptyLibrary() = 0;
+    // The host's file objects that other threads have let go of.
+    virtual void releaseFiles() = 0;
     // First names, then trees and lists from the records that were read, in turns: `stepFill` until
     // it answers false. The log lives as long.
     virtual void beginFill(Log& log) = 0;
@@ -44,24 +46,27 @@ public:
     DatabaseJob(JobParts parts, DatabaseSettings settings, bool creating, std::unique_ptr<Log> log);
 
     bool creating() const { return m_creating; }
+    // Records that nobody uses any more; the job frees them before anything else.
+    void take(Library old) { m_old = std::move(old); }
     // The whole job; answers whether a database is loaded. Says itself what went wrong and leaves
     // no records behind then. Throws nothing.
     bool run() noexcept;
 
 private:
     bool perform();
-    void leaveLog();
     bool createFile(JobContext& context);
     bool loadFile(JobContext& context);
     std::int32_t locateArtwork(Library& library, JobContext& context) const;
     void fillViews();
     void emptyLibrary();
+    void freeOld();
     void report() noexcept;
 
     JobParts m_parts;
     DatabaseSettings m_settings;
     bool m_creating;
     std::unique_ptr<Log> m_log;
+    Library m_old;
 };
 
 } // namespace tessera

@@ -18,8 +18,8 @@ void DatabaseJobs::start(const DatabaseSettings& settings, bool creating, int re
 void DatabaseJobs::launch(const DatabaseSettings& settings, bool creating, int rememberedPane)
 {
     m_parts.views.jobStarts(creating);
-    m_parts.views.emptyLibrary();
     const auto job = std::make_shared<DatabaseJob>(m_parts, settings, creating, m_log.newJob());
+    job->take(m_parts.views.emptyLibrary());
     m_thread = Thread("Tessera database", [this, job, creating, rememberedPane] {
         const bool loaded = job->run();
         m_parts.queue.post([=, this] { finish(loaded, creating, rememberedPane); });

@@ -23,13 +23,16 @@ int PaneTable::currentId() const
     return m_current ? m_current->id() : paneId::kLog;
 }
 
-// The one that goes is told twice; in between none is current, so that the focus it hands on waits
-// with the control.
-void PaneTable::show(int id)
+// The focus that it hands on waits with the control.
+void PaneTable::hideCurrent()
 {
     if (Pane* const old = std::exchange(m_current, nullptr)) {
         SendMessageA(old->window(), kActivateMessage, 0, 0);
     }
+}
+
+void PaneTable::show(int id)
+{
     for (const auto& [paneId, pane] : m_panes) {
         if (paneId == paneId::kMain) {
             continue;

@@ -20,7 +20,9 @@ public:
     Pane* current() const { return m_current; }
     int currentId() const;
 
-    // Exactly one content pane shows: the one with this id.
+    // None is current until the next `show`.
+    void hideCurrent();
+    // Exactly one content pane shows: the one with this id. The others are told so, too.
     void show(int id);
     // In the client area of the control's window.
     void layout(HWND control, SIZE size, int bandHeight);

@@ -7,6 +7,7 @@
 #include "shell/HostRegistry.h"
 #include "shell/UnwindTimer.h"
 #include "system/Border.h"
+#include "system/MessageBoxes.h"
 #include "ui/PaneAlbumDetails.h"
 #include "ui/PaneLog.h"
 #include "ui/PaneMain.h"
@@ -29,6 +30,14 @@ void showActiveAssertion(const char* expression, const char* unit, unsigned long
 bool isContentPane(int id)
 {
     return id == paneId::kOverview || id == paneId::kAlbumDetails || id == paneId::kLog;
+}
+
+// A host without the expected interface is done without; any other answer is an error.
+void tellRefusal(HWND owner, HRESULT attached)
+{
+    if (FAILED(attached) && attached != E_NOINTERFACE) {
+        showMessage(owner, MB_OK | MB_ICONSTOP, resultMessage(attached));
+    }
 }
 
 // A step that needs the host: one that refuses it goes without.
@@ -117,7 +126,7 @@ void TesseraMain::start(IDispatch* host)
 // The host may end the plug-in inside any call that we make.
 void TesseraMain::startSteps(IDispatch* host)
 {
-    m_host.attach(host);
+    tellRefusal(m_hwndOwner, host ? m_host.attach(host) : E_NOINTERFACE);
     m_tokens.setArtworkFolder(hostArtworkFolder());
     loadGeneralSettings();
     hostStep([this] { querySkin(); });

@@ -113,7 +113,8 @@ public:
 
 private:
     // JobViews
-    void emptyLibrary() override;
+    Library emptyLibrary() override;
+    void releaseFiles() override { m_host.releaseDropped(); }
     void beginFill(Log& log) override;
     bool stepFill() override;
     void jobStarts(bool creating) override;

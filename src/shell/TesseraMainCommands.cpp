@@ -165,6 +165,7 @@ void TesseraMain::selectPane(int id)
 
 void TesseraMain::showPane(int id)
 {
+    m_panes.hideCurrent();
     m_paneMain->showCurrentPane(id);
     m_panes.show(id);
     m_paneMain->refreshCommands();
@@ -267,12 +268,13 @@ void TesseraMain::playFiles(const PlayRequest& request)
     }
 }
 
-void TesseraMain::emptyLibrary()
+Library TesseraMain::emptyLibrary()
 {
     m_artwork.stopBackgroundLoading();
     m_panes.forEach([](Pane& pane) { pane.clearRecords(); });
     m_catalogue.clear();
-    freeLibrary();
+    m_artwork.closeLibrary();
+    return m_database.takeLibrary();
 }
 
 void TesseraMain::beginFill(Log& log)

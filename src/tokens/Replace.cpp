@@ -8,6 +8,9 @@ namespace tessera {
 
 namespace {
 
+// As deep as tokens inside tokens can be in the working buffer of a template.
+constexpr int kDeepestNesting = 4096;
+
 std::size_t findToken(std::string_view text, std::string_view token, std::size_t from)
 {
     // "<" is no trail byte in any code page, so a match can only begin at a character.
@@ -27,6 +30,12 @@ std::size_t countTokens(std::string_view text, std::string_view token)
     return count;
 }
 
+bool fits(std::string_view token, std::string_view value, std::string_view text)
+{
+    const std::uint64_t growth = std::uint64_t{countTokens(text, token)} * value.size();
+    return text.size() + growth <= kLongestExpansion;
+}
+
 } // namespace
 
 bool containsToken(std::string_view text, std::string_view token)
@@ -36,9 +45,12 @@ bool containsToken(std::string_view text, std::string_view token)
 
 void replaceToken(std::string_view token, std::string_view value, std::string& text)
 {
-    const std::uint64_t growth = std::uint64_t{countTokens(text, token)} * value.size();
-    if (text.size() + growth <= kLongestExpansion)
+    const bool holdsItself = containsToken(value, token);
+    for (int pass = 0; pass < kDeepestNesting && fits(token, value, text); ++pass) {
         replaceNoCase(token, value, text);
+        if (holdsItself || !containsToken(text, token))
+            return;
+    }
 }
 
 } // namespace tessera

@@ -25,7 +25,7 @@ public:
     void setPercent(std::size_t line, int percent);
     void attach(HWND window, UINT message);
     void detach();
-    LogChanges takeChanges();
+    LogChanges takeChanges(bool looksAgain);
 
 private:
     void post();
@@ -39,6 +39,7 @@ private:
     HWND m_hWnd = nullptr;
     UINT m_message = 0;
     bool m_posted = false;
+    bool m_looksAgain = false;
 };
 
 void LogQueue::startTimer()
@@ -79,7 +80,8 @@ void LogQueue::setPercent(std::size_t line, int percent)
         m_changes.lines[line - m_changes.firstLine][1] = format("%d%%", percent);
     else
         m_changes.percents[line] = percent;
-    post();
+    if (!m_looksAgain)
+        post();
 }
 
 void LogQueue::attach(HWND window, UINT message)
@@ -88,6 +90,7 @@ void LogQueue::attach(HWND window, UINT message)
     m_hWnd = window;
     m_message = message;
     m_posted = false;
+    m_looksAgain = false;
     if (!m_changes.empty())
         post();
 }
@@ -99,10 +102,11 @@ void LogQueue::detach()
     m_posted = false;
 }
 
-LogChanges LogQueue::takeChanges()
+LogChanges LogQueue::takeChanges(bool looksAgain)
 {
     const ScopedLock guard(m_lock);
     m_posted = false;
+    m_looksAgain = looksAgain && !m_changes.empty();
     LogChanges taken = std::move(m_changes);
     m_changes = LogChanges{taken.firstLine + taken.lines.size(), {}, {}};
     return taken;
@@ -199,9 +203,9 @@ void ActivityLog::detach()
     m_queue->detach();
 }
 
-LogChanges ActivityLog::takeChanges()
+LogChanges ActivityLog::takeChanges(bool looksAgain)
 {
-    return m_queue->takeChanges();
+    return m_queue->takeChanges(looksAgain);
 }
 
 std::string logTimeText(std::uint32_t elapsed)

@@ -46,7 +46,9 @@ public:
     // kPaintNow from its own thread, which may be about to work without looking at its messages.
     void attach(HWND window, UINT message);
     void detach();
-    LogChanges takeChanges();
+    // `looksAgain`: unless there was nothing, the window looks again by itself within a short time;
+    // until then percentages alone send it no message.
+    LogChanges takeChanges(bool looksAgain = false);
 
 private:
     std::shared_ptr<LogQueue> m_queue;

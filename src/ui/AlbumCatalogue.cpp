@@ -39,22 +39,40 @@ constexpr int kDigits = 3;
 constexpr int kDigitBits = 11;
 constexpr std::size_t kDigitValues = std::size_t{1} << kDigitBits;
 
-// One step of a radix sort, least digit first; what has the same digit keeps its order.
-void sortByDigit(std::vector<AlbumCatalogue::KeyedPlace>& items,
-                 std::vector<AlbumCatalogue::KeyedPlace>& spare, int digit)
+std::size_t digitOf(std::uint32_t key, int digit)
 {
-    const auto valueOf = [&](const AlbumCatalogue::KeyedPlace& item) {
-        return item.key >> (digit * kDigitBits) & (kDigitValues - 1);
-    };
-    std::array<std::uint32_t, kDigitValues> starts{};
-    for (const auto& item : items)
-        ++starts[valueOf(item)];
-    if (items.empty() || starts[valueOf(items.front())] == items.size())
+    return key >> (digit * kDigitBits) & (kDigitValues - 1);
+}
+
+// How many keys have each value of each digit.
+using DigitCounts = std::array<std::array<std::uint32_t, kDigitValues>, kDigits>;
+
+DigitCounts countDigits(const std::vector<AlbumCatalogue::KeyedPlace>& items)
+{
+    DigitCounts counts{};
+    for (const auto& item : items) {
+        for (int digit = 0; digit < kDigits; ++digit)
+            ++counts[static_cast<std::size_t>(digit)][digitOf(item.key, digit)];
+    }
+    return counts;
+}
+
+// Least digit first; what has the same digit keeps its order. A digit that all share is left out.
+void radixSort(std::vector<AlbumCatalogue::KeyedPlace>& items, std::vector<AlbumCatalogue::KeyedPlace>& spare)
+{
+    if (items.empty())
         return;
-    std::exclusive_scan(starts.begin(), starts.end(), starts.begin(), 0U);
-    for (const auto& item : items)
-        spare[starts[valueOf(item)]++] = item;
-    items.swap(spare);
+    DigitCounts counts = countDigits(items);
+    spare.resize(items.size());
+    for (int digit = 0; digit < kDigits; ++digit) {
+        auto& starts = counts[static_cast<std::size_t>(digit)];
+        if (starts[digitOf(items.front().key, digit)] == items.size())
+            continue;
+        std::exclusive_scan(starts.begin(), starts.end(), starts.begin(), 0U);
+        for (const auto& item : items)
+            spare[starts[digitOf(item.key, digit)]++] = item;
+        items.swap(spare);
+    }
 }
 
 // Numbers that compare as the signed ones do.
@@ -128,9 +146,7 @@ void AlbumCatalogue::sort(AlbumPlaces& places, int column, bool ascending)
     std::ranges::transform(places, m_order.begin(), [&](std::uint32_t place) {
         return KeyedPlace{columnKeys[place] ^ flip, place};
     });
-    m_spare.resize(places.size());
-    for (int digit = 0; digit < kDigits; ++digit)
-        sortByDigit(m_order, m_spare, digit);
+    radixSort(m_order, m_spare);
     std::ranges::transform(m_order, places.begin(), &KeyedPlace::place);
 }
 

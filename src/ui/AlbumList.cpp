@@ -144,17 +144,18 @@ void AlbumList::marksChanged(std::span<Album* const> changed)
     redrawAlbums(changed);
 }
 
-// Only what is in view.
+// Only what is in view. The list is asked as little as can be: this happens many times a second.
 void AlbumList::redrawAlbums(std::span<Album* const> albums)
 {
-    const RECT client = m_lvw.clientRect();
-    for (int item = std::max(topItem(), 0); item < static_cast<int>(m_places.size()); ++item) {
+    if (!IsWindowVisible(m_lvw.handle()))
+        return;
+    const int end = endOfView();
+    for (int item = startOfView(); item < end; ++item) {
+        if (std::ranges::find(albums, &album(item)) == albums.end())
+            continue;
         RECT cell{LVIR_BOUNDS, 0, 0, 0};
         m_lvw.send(LVM_GETITEMRECT, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(&cell));
-        if (cell.top >= client.bottom)
-            return;
-        if (std::ranges::find(albums, &album(item)) != albums.end())
-            InvalidateRect(m_lvw.handle(), &cell, FALSE);
+        InvalidateRect(m_lvw.handle(), &cell, FALSE);
     }
 }
 

@@ -139,12 +139,16 @@ private:
     void quietly(bool on) { m_quiet = on; }
     void scrollToTop(int item) const;
     int topItem() const;
+    int startOfView() const; // the first item of which anything is in view
+    int endOfView() const;   // behind the last item in view
+    int firstBelow(LONG top) const;
 
     Commands& m_commands;
     AlbumCatalogue& m_catalogue;
     AlbumCaptions m_captions;
     ListView m_lvw;
-    ImageList m_imlCells; // gives the cells of the picture views their size
+    HWND m_hHeader = nullptr; // kept: each question to the list goes through its subclasses
+    ImageList m_imlCells;     // gives the cells of the picture views their size
     AlbumPlaces m_given;
     AlbumPlaces m_places; // item i shows album m_places[i] of the catalogue
     ListStyle m_style = ListStyle::Details;

@@ -14,9 +14,9 @@ constexpr int kTitleRoom = 30; // pixels at 96 dpi
 
 void AlbumList::addColumns()
 {
-    const HWND header = m_lvw.header();
-    const WindowDc dc(header);
-    const SelectScope font(dc.dc(), reinterpret_cast<HFONT>(SendMessageA(header, WM_GETFONT, 0, 0)));
+    m_hHeader = m_lvw.header();
+    const WindowDc dc(m_hHeader);
+    const SelectScope font(dc.dc(), reinterpret_cast<HFONT>(SendMessageA(m_hHeader, WM_GETFONT, 0, 0)));
     for (const AlbumColumn& column : albumColumns()) {
         // The header keeps room on both sides, and the sort arrow wants its own.
         const LONG title = textSize(dc.dc(), column.title).cx + scaled(kTitleRoom, dc.dc());
@@ -32,6 +32,7 @@ void AlbumList::columnClicked(int column)
     markSortColumn();
     if (m_places.size() > 1)
         sortItems();
+    m_lvw.invalidate(false);
 }
 
 void AlbumList::setSort(int column, bool ascending)
@@ -39,19 +40,21 @@ void AlbumList::setSort(int column, bool ascending)
     m_sortColumn = column >= 0 && column < static_cast<int>(kColumnCount) ? column : -1;
     m_ascending = ascending;
     markSortColumn();
+    m_lvw.invalidate(false);
 }
 
 // What is selected and focused moves with its album.
 void AlbumList::sortItems()
 {
-    const std::vector<std::uint32_t> selected = selectedPlaces();
     const int focus = m_lvw.focused();
+    if (focus < 0 && selectedCount() == 0)
+        return m_catalogue.sort(m_places, m_sortColumn, m_ascending);
+    const std::vector<std::uint32_t> selected = selectedPlaces();
     std::optional<std::uint32_t> focused;
     if (focus >= 0)
         focused = m_places[static_cast<std::size_t>(focus)];
     m_catalogue.sort(m_places, m_sortColumn, m_ascending);
     selectPlaces(selected, focused);
-    m_lvw.invalidate(false);
     makeFocusVisible();
 }
 
@@ -61,9 +64,9 @@ void AlbumList::showArrow(int column, int arrow) const
         return;
     HDITEMA item{};
     item.mask = HDI_FORMAT;
-    SendMessageA(m_lvw.header(), HDM_GETITEMA, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&item));
+    SendMessageA(m_hHeader, HDM_GETITEMA, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&item));
     item.fmt = (item.fmt & ~(HDF_SORTUP | HDF_SORTDOWN)) | arrow;
-    SendMessageA(m_lvw.header(), HDM_SETITEMA, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&item));
+    SendMessageA(m_hHeader, HDM_SETITEMA, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&item));
 }
 
 void AlbumList::markSortColumn()
@@ -74,7 +77,6 @@ void AlbumList::markSortColumn()
     if (m_markedColumn != m_sortColumn)
         m_lvw.send(LVM_SETSELECTEDCOLUMN, static_cast<WPARAM>(m_sortColumn));
     m_markedColumn = m_sortColumn;
-    m_lvw.invalidate(false);
 }
 
 } // namespace tessera

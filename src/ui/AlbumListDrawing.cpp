@@ -64,7 +64,7 @@ Handled AlbumList::onPaint(const Message&)
     RECT area = m_lvw.clientRect();
     if (!picturesShown()) {
         RECT header{};
-        GetClientRect(m_lvw.header(), &header);
+        GetClientRect(m_hHeader, &header);
         area.top = header.bottom;
     }
     const DoubleBuffer buffer(paint.dc(), area);

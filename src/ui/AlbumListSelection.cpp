@@ -18,9 +18,12 @@ constexpr int kFew = 16;
 
 std::vector<std::uint32_t> AlbumList::selectedPlaces() const
 {
-    std::vector<std::uint32_t> places;
-    if (selectedCount() == static_cast<int>(m_places.size()))
+    const int selected = selectedCount();
+    if (selected == static_cast<int>(m_places.size()))
         return m_places;
+    std::vector<std::uint32_t> places;
+    if (selected == 0)
+        return places; // the list would look at every item
     for (int item = m_lvw.nextSelected(); item >= 0; item = m_lvw.nextSelected(item))
         places.push_back(m_places[static_cast<std::size_t>(item)]);
     return places;
@@ -95,13 +98,33 @@ int AlbumList::topItem() const
         return -1;
     if (!picturesShown())
         return static_cast<int>(m_lvw.send(LVM_GETTOPINDEX));
+    return std::min(firstBelow(0), static_cast<int>(m_places.size()) - 1);
+}
+
+int AlbumList::startOfView() const
+{
+    return picturesShown() ? firstBelow(-m_cell.cy) : std::max(topItem(), 0);
+}
+
+int AlbumList::endOfView() const
+{
+    if (picturesShown())
+        return firstBelow(m_lvw.clientRect().bottom);
+    const auto end = m_lvw.send(LVM_GETTOPINDEX) + m_lvw.send(LVM_GETCOUNTPERPAGE) + 1; // one cut in half
+    return std::min(static_cast<int>(end), static_cast<int>(m_places.size()));
+}
+
+// In the picture views, where cells are laid out row by row: the first item that begins at or below
+// a height of the client area.
+int AlbumList::firstBelow(LONG top) const
+{
     int first = 0;
-    int last = static_cast<int>(m_places.size()) - 1;
-    while (first < last) { // cells are laid out row by row
+    int last = static_cast<int>(m_places.size());
+    while (first < last) {
         const int middle = (first + last) / 2;
         POINT place{};
         m_lvw.send(LVM_GETITEMPOSITION, static_cast<WPARAM>(middle), reinterpret_cast<LPARAM>(&place));
-        if (place.y < 0)
+        if (place.y < top)
             first = middle + 1;
         else
             last = middle;

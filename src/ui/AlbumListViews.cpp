@@ -138,6 +138,7 @@ void AlbumList::move(const RECT& place)
     const RECT before = m_lvw.rect();
     if (EqualRect(&before, &place))
         return;
+    InvalidateRect(GetParent(m_lvw.handle()), &before, FALSE); // what a smaller list leaves behind
     const RedrawOff quiet(m_lvw.handle());
     m_lvw.move(place);
     if (picturesShown())

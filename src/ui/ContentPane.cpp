@@ -66,6 +66,7 @@ bool ContentPane::createWindow(HWND parent)
 
 void ContentPane::settingsChanged()
 {
+    m_captionHeight = 0;
     layoutContent(contentRect());
     InvalidateRect(handle(), nullptr, FALSE);
 }
@@ -77,6 +78,8 @@ std::string ContentPane::exportText(int item, int column) const
 
 void ContentPane::setStatus(const std::string& status)
 {
+    if (status == m_caption.status)
+        return;
     m_caption.status = status;
     const RECT bar = captionRect();
     InvalidateRect(handle(), &bar, FALSE);
@@ -92,8 +95,10 @@ void ContentPane::setOffer(const std::string& offer, UINT command)
 
 RECT ContentPane::captionRect() const
 {
+    if (m_captionHeight == 0)
+        m_captionHeight = m_caption.height(m_commands);
     RECT bar = clientRect();
-    bar.bottom = std::min(bar.bottom, static_cast<LONG>(m_caption.height(m_commands)));
+    bar.bottom = std::min(bar.bottom, m_captionHeight);
     return bar;
 }
 

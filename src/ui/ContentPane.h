@@ -66,6 +66,7 @@ private:
     Commands& m_commands;
     PaneCaption m_caption;
     UINT m_offered = 0; // command
+    mutable LONG m_captionHeight = 0; // 0: to be measured
 };
 
 } // namespace tessera

@@ -1,3 +1,5 @@
+// The list and its rows: what they show and which keys they answer.
+
 #include "ui/ListBoxEx.h"
 
 #include "system/Module.h"
@@ -5,32 +7,16 @@
 #include "windowing/Drawing.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace tessera {
 
 namespace {
 
 // Pixels at 96 dpi.
-constexpr int kEditInset = 5;
-constexpr int kEditInsetBesideButton = 30;
-constexpr int kEditGrowth = 2;
 constexpr int kTextInset = 8;
 constexpr int kRowPadding = 4;
 
 } // namespace
-
-UINT browseMessage()
-{
-    static const UINT message = RegisterWindowMessageA("BL_MESSAGE_BROWSE");
-    return message;
-}
-
-UINT endEditMessage()
-{
-    static const UINT message = RegisterWindowMessageA("BL_MESSAGE_ENDEDIT");
-    return message;
-}
 
 CListBoxEx::CListBoxEx()
     : m_clrSelection(GetSysColor(COLOR_HIGHLIGHT)), m_clrSelectionText(GetSysColor(COLOR_HIGHLIGHTTEXT))
@@ -129,8 +115,6 @@ void CListBoxEx::tellSelection() const
                  reinterpret_cast<LPARAM>(handle()));
 }
 
-// Rows
-
 RECT CListBoxEx::rowRect(int row) const
 {
     RECT rect{};
@@ -196,193 +180,6 @@ void CListBoxEx::moveCurrentRow(int step)
     moveRow(row, other); // past its neighbour: the two have changed places
     tellSelection();
 }
-
-// Editing
-
-void CListBoxEx::appendAndEdit()
-{
-    acceptEdit();
-    beginEdit(count());
-}
-
-void CListBoxEx::editCurrentRow()
-{
-    const int row = currentRow();
-    if (m_bEditing && row >= 0 && canEdit(row)) {
-        beginEdit(row);
-    }
-}
-
-void CListBoxEx::beginEdit(int row)
-{
-    if (row == -1) {
-        row = currentRow();
-    }
-    if (!m_bEditing || m_nEditedRow >= 0 || m_bEndRow || row < 0) {
-        return;
-    }
-    if (row >= count()) {
-        row = insertRow(count(), "", 0);
-    }
-    if (row < 0) {
-        return;
-    }
-    if (row != currentRow()) {
-        selectRow(row);
-        tellSelection();
-    }
-    m_nEditedRow = row;
-    showInPlace(rowRect(row), rowText(row));
-}
-
-void CListBoxEx::showInPlace(RECT place, const std::string& text) const
-{
-    const int inset = scaled(kEditInset, handle());
-    const int right = place.right - inset;
-    place.left += inset;
-    place.right = wantsBrowse() ? place.right - scaled(kEditInsetBesideButton, handle()) : right;
-    place.top -= scaled(kEditGrowth, handle());
-    place.bottom += scaled(kEditGrowth, handle());
-    if (wantsBrowse()) {
-        m_btnInPlace.show({place.right, place.top, right, place.bottom});
-    }
-    m_edtInPlace.show(place, text);
-}
-
-void CListBoxEx::acceptEdit()
-{
-    if (m_nEditedRow < 0 || m_bEnding) {
-        return;
-    }
-    m_bEnding = true; // the parent may show a box, and then the focus is lost once more
-    const bool keep = endOfEdit(m_nEditedRow, false);
-    m_bEnding = false;
-    endEdit(!keep);
-}
-
-void CListBoxEx::endEdit(bool cancel)
-{
-    const int row = std::exchange(m_nEditedRow, -1);
-    if (row < 0) {
-        return;
-    }
-    const std::string text = m_edtInPlace.text();
-    hideInPlace();
-    if (text.empty()) {
-        removeRow(row);
-        selectNearest(row);
-    } else if (!cancel) {
-        replaceRow(row, text);
-        selectRow(row);
-    }
-    InvalidateRect(handle(), nullptr, TRUE);
-}
-
-// Whoever takes the focus keeps it; else it goes back to the list.
-void CListBoxEx::hideInPlace() const
-{
-    if (ownsFocus()) {
-        SetFocus(handle());
-    }
-    m_edtInPlace.hide();
-    m_btnInPlace.hide();
-}
-
-bool CListBoxEx::ownsFocus() const
-{
-    return isInPlace(GetFocus());
-}
-
-bool CListBoxEx::isInPlace(HWND window) const
-{
-    return window && (window == m_edtInPlace.handle() || window == m_btnInPlace.handle());
-}
-
-void CListBoxEx::setEditText(const std::string& text)
-{
-    if (m_nEditedRow >= 0) {
-        m_edtInPlace.setText(text);
-    }
-}
-
-bool CListBoxEx::canEdit(int)
-{
-    return true;
-}
-
-bool CListBoxEx::endOfEdit(int row, bool cancelled)
-{
-    if (!cancelled) {
-        SendMessageA(m_parent.handle(), endEditMessage(), static_cast<WPARAM>(row),
-                     reinterpret_cast<LPARAM>(m_edtInPlace.text().c_str()));
-    }
-    return true;
-}
-
-bool CListBoxEx::onReport(const InPlaceReport& report)
-{
-    if (m_nEditedRow < 0) {
-        return false;
-    }
-    switch (report.event) {
-    case InPlaceReport::Event::Key:
-        return onInPlaceKey(report);
-    case InPlaceReport::Event::Click:
-        browse();
-        return true;
-    case InPlaceReport::Event::FocusLost:
-        if (!m_bBrowsing && !isInPlace(report.newFocus)) {
-            acceptEdit();
-        }
-        return true;
-    }
-    return false;
-}
-
-bool CListBoxEx::onInPlaceKey(const InPlaceReport& report)
-{
-    switch (report.key) {
-    case VK_RETURN:
-        acceptEdit();
-        return true;
-    case VK_ESCAPE:
-        endOfEdit(m_nEditedRow, true);
-        endEdit(true);
-        return true;
-    case VK_TAB:
-        wantsBrowse() ? passFocus(report.sender) : acceptEdit();
-        return true;
-    default:
-        return false;
-    }
-}
-
-// The Tab key goes round between edit and button, so that the button needs no mouse.
-void CListBoxEx::passFocus(HWND from) const
-{
-    SetFocus(from == m_edtInPlace.handle() ? m_btnInPlace.handle() : m_edtInPlace.handle());
-}
-
-// The owner's dialog takes the focus, but the edit stays open for the answer.
-void CListBoxEx::browse()
-{
-    if (m_bBrowsing) {
-        return;
-    }
-    m_bBrowsing = true;
-    SendMessageA(m_parent.handle(), browseMessage(), static_cast<WPARAM>(m_nEditedRow), 0);
-    m_bBrowsing = false;
-    if (m_nEditedRow >= 0 && !ownsFocus()) {
-        SetFocus(m_edtInPlace.handle());
-    }
-}
-
-bool CListBoxEx::wantsBrowse() const
-{
-    return (GetWindowLongA(handle(), GWL_STYLE) & kBrowseButton) != 0;
-}
-
-// Messages
 
 std::span<const MapEntry<CListBoxEx>> CListBoxEx::messageMap()
 {
@@ -483,8 +280,6 @@ Handled CListBoxEx::onParentMessage(const Message& message)
     return kDefault;
 }
 
-// Drawing
-
 void CListBoxEx::drawRow(const DRAWITEMSTRUCT& item) const
 {
     if (item.itemID == static_cast<UINT>(-1)) {
@@ -503,151 +298,5 @@ void CListBoxEx::drawRow(const DRAWITEMSTRUCT& item) const
         DrawFocusRect(item.hDC, &item.rcItem);
     }
 }
-
-// The mark is drawn by inverting, so a repaint under it would leave half of it.
-Handled CListBoxEx::onPaint(const Message& message)
-{
-    if (m_nMarkRow < 0) {
-        return kDefault;
-    }
-    const RECT mark = markRect();
-    InvalidateRect(handle(), &mark, TRUE);
-    const LRESULT result = defaultProcessing(message);
-    invertMark();
-    return result;
-}
-
-RECT CListBoxEx::markRect() const
-{
-    const RECT row = rowRect(m_nMarkRow);
-    const int inset = scaled(5, handle());
-    const int reach = scaled(4, handle());
-    return {row.left + inset, row.top - reach, row.right - inset, row.top + reach};
-}
-
-void CListBoxEx::invertMark() const
-{
-    static constexpr WORD kHalftone[] = {0x5555, 0xAAAA, 0x5555, 0xAAAA, 0x5555, 0xAAAA, 0x5555, 0xAAAA};
-    const BitmapHandle pattern(CreateBitmap(8, 8, 1, 1, kHalftone));
-    const BrushHandle brush(CreatePatternBrush(pattern.get()));
-    const WindowDc list(handle());
-    const DcScope dc(list.dc());
-    SelectObject(list.dc(), brush.get());
-    SetTextColor(list.dc(), RGB(0, 0, 0));
-    SetBkColor(list.dc(), RGB(255, 255, 255));
-
-    const RECT mark = markRect();
-    const int tick = scaled(3, handle());
-    const int half = scaled(2, handle());
-    const int middle = (mark.top + mark.bottom) / 2;
-    const int width = mark.right - mark.left;
-    PatBlt(list.dc(), mark.left, mark.top, tick, mark.bottom - mark.top, PATINVERT);
-    PatBlt(list.dc(), mark.left + tick, middle - half, width - 2 * tick, 2 * half, PATINVERT);
-    PatBlt(list.dc(), mark.right - tick, mark.top, tick, mark.bottom - mark.top, PATINVERT);
-}
-
-// Takes the mark from where it is and draws it above the row; -1 only takes it away.
-void CListBoxEx::showMark(int row)
-{
-    if (row == m_nMarkRow) {
-        return;
-    }
-    UpdateWindow(handle()); // nothing half painted under an inverted mark
-    if (m_nMarkRow >= 0) {
-        invertMark();
-    }
-    m_nMarkRow = row;
-    if (m_nMarkRow >= 0) {
-        invertMark();
-    }
-}
-
-// Dragging
-
-LRESULT CListBoxEx::onDrag(const DRAGLISTINFO& info)
-{
-    switch (info.uNotification) {
-    case DL_BEGINDRAG:
-        return beginDrag(info.ptCursor);
-    case DL_DRAGGING:
-        if (!m_bEndRow) {
-            return DL_STOPCURSOR;
-        }
-        dragOver(info.ptCursor);
-        return dragFeedback(info.ptCursor);
-    case DL_DROPPED:
-        if (m_bEndRow) {
-            showMark(-1);
-            drop(LBItemFromPt(handle(), info.ptCursor, FALSE), info.ptCursor);
-            finishDrag();
-        }
-        return DL_CURSORSET;
-    case DL_CANCELDRAG:
-        if (m_bEndRow) {
-            showMark(-1);
-            dragCancelled(info.ptCursor);
-            finishDrag();
-        }
-        return 0;
-    default:
-        return 0;
-    }
-}
-
-bool CListBoxEx::beginDrag(POINT point)
-{
-    const int row = LBItemFromPt(handle(), point, FALSE); // the press may not have selected it yet
-    if (!m_bDragging || m_nEditedRow >= 0 || m_bEndRow || row < 0) {
-        return false;
-    }
-    m_bEndRow = insertRow(count(), "", kEndRowMark) >= 0;
-    m_nDraggedRow = row;
-    return m_bEndRow;
-}
-
-void CListBoxEx::dragOver(POINT point)
-{
-    const LRESULT top = send(LB_GETTOPINDEX);
-    const int row = LBItemFromPt(handle(), point, TRUE);
-    if (send(LB_GETTOPINDEX) != top) {
-        m_nMarkRow = -1; // the list has scrolled and the mark with it: paint anew
-        RedrawWindow(handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW);
-    }
-    showMark(row);
-}
-
-void CListBoxEx::finishDrag()
-{
-    removeEndRow();
-    m_bEndRow = false;
-    m_nDraggedRow = -1;
-    tellSelection();
-}
-
-void CListBoxEx::removeEndRow() const
-{
-    for (int row = count() - 1; row >= 0; --row) {
-        if (rowData(row) == kEndRowMark) {
-            removeRow(row);
-            return;
-        }
-    }
-}
-
-int CListBoxEx::dragFeedback(POINT point)
-{
-    return LBItemFromPt(handle(), point, FALSE) >= 0 ? DL_MOVECURSOR : DL_STOPCURSOR;
-}
-
-void CListBoxEx::drop(int targetRow, POINT)
-{
-    const int from = m_nDraggedRow;
-    if (targetRow < 0 || targetRow == from || targetRow == from + 1) {
-        return; // it is there already
-    }
-    moveRow(from, targetRow > from ? targetRow - 1 : targetRow);
-}
-
-void CListBoxEx::dragCancelled(POINT) {}
 
 } // namespace tessera

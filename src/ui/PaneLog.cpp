@@ -14,6 +14,8 @@ namespace tessera {
 namespace {
 
 constexpr UINT kLogChangedMessage = WM_APP + 1;
+constexpr UINT_PTR kLookAgain = 1;
+constexpr UINT kPause = 50; // milliseconds between two looks at the percentages
 constexpr int kDescription = 2;
 constexpr int kLeastDescriptionWidth = 90; // what its header needs
 constexpr struct {
@@ -35,8 +37,9 @@ PaneLog::~PaneLog()
 
 std::span<const MapEntry<PaneLog>> PaneLog::messageMap()
 {
-    static constexpr std::array<MapEntry<PaneLog>, 2> kMap{{
+    static constexpr std::array<MapEntry<PaneLog>, 3> kMap{{
         {kLogChangedMessage, &PaneLog::onLogChanged},
+        {WM_TIMER, &PaneLog::onTimer},
         {WM_DESTROY, &PaneLog::onDestroy},
     }};
     return kMap;
@@ -96,14 +99,32 @@ void PaneLog::fillColumns(int rows)
 
 Handled PaneLog::onLogChanged(const Message& message)
 {
-    const LogChanges changes = m_log.takeChanges();
+    showChanges();
+    if (message.wParam == ActivityLog::kPaintNow)
+        UpdateWindow(m_lvwLog.handle());
+    return 0;
+}
+
+Handled PaneLog::onTimer(const Message&)
+{
+    showChanges();
+    return 0;
+}
+
+// A fast job changes its percentage every millisecond. Messages of as many would keep paint and
+// timers waiting, which come last; a timer waits its turn with them.
+void PaneLog::showChanges()
+{
+    const LogChanges changes = m_log.takeChanges(true);
+    if (changes.empty()) {
+        KillTimer(handle(), kLookAgain);
+        return;
+    }
+    SetTimer(handle(), kLookAgain, kPause, nullptr);
     for (const auto& [row, percent] : changes.percents)
         m_lvwLog.setText(static_cast<int>(row), 1, format("%d%%", percent));
     if (!changes.lines.empty())
         appendRows(changes.lines);
-    if (message.wParam == ActivityLog::kPaintNow)
-        UpdateWindow(m_lvwLog.handle());
-    return 0;
 }
 
 void PaneLog::appendRows(const std::vector<LogLine>& lines)

@@ -23,8 +23,10 @@ public:
 private:
     void layoutContent(const RECT& content) override;
     Handled onLogChanged(const Message& message);
+    Handled onTimer(const Message& message);
     Handled onDestroy(const Message& message);
     void createList();
+    void showChanges();
     void fillColumns(int rows);
     void appendRows(const std::vector<LogLine>& lines);
 

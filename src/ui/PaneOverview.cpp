@@ -278,10 +278,17 @@ void PaneOverview::layoutContent(const RECT& content)
     else
         list.bottom = strip.top;
     m_plvwDetails.move(list);
-    // The Tab key walks the way that the eye goes.
-    SetWindowPos(m_plvwDetails.handle(), onTop ? HWND_BOTTOM : HWND_TOP, 0, 0, 0, 0,
-                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    orderControls(onTop);
     restoreView();
+}
+
+// The Tab key walks the way that the eye goes.
+void PaneOverview::orderControls(bool boxFirst)
+{
+    const HWND list = m_plvwDetails.handle();
+    if (GetWindow(list, boxFirst ? GW_HWNDNEXT : GW_HWNDPREV) != nullptr)
+        SetWindowPos(list, boxFirst ? HWND_BOTTOM : HWND_TOP, 0, 0, 0, 0,
+                     SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
 void PaneOverview::paintContent(HDC dc, const RECT& content)

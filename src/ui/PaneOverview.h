@@ -75,6 +75,7 @@ private:
     void imageListsRebuilt() override;
     void layoutContent(const RECT& content) override;
     void paintContent(HDC dc, const RECT& content) override;
+    void orderControls(bool boxFirst);
     RECT stripRect(const RECT& content) const;
     void showControls();
     void keepView();

@@ -133,9 +133,10 @@ void PaneOverview::applySearch(const std::string& criteria)
 
 void PaneOverview::onCriteriaChanged(const Command&)
 {
-    commands().overview().searchCriteria = m_pedtCriteria.text();
+    std::string& criteria = commands().overview().searchCriteria;
+    criteria = m_pedtCriteria.text();
     if (!commands().isBusy())
-        applySearch(criteria());
+        applySearch(searchShown() ? criteria : std::string());
 }
 
 void PaneOverview::onSwitch(const Command& command)

@@ -29,11 +29,13 @@ DoubleBuffer::~DoubleBuffer()
     SelectObject(m_memory.dc(), m_old);
 }
 
+// Some controls keep their window visible meanwhile, and then each change of a scroll bar paints it.
 RedrawOff::RedrawOff(HWND window, bool erase) : m_erase(erase)
 {
     if ((GetWindowLongA(window, GWL_STYLE) & WS_VISIBLE) != 0) {
         m_window = window;
         SendMessageA(m_window, WM_SETREDRAW, FALSE, 0);
+        DefWindowProcA(m_window, WM_SETREDRAW, FALSE, 0);
     }
 }
 
@@ -43,6 +45,7 @@ RedrawOff::~RedrawOff()
         return;
     }
     SendMessageA(m_window, WM_SETREDRAW, TRUE, 0);
+    DefWindowProcA(m_window, WM_SETREDRAW, TRUE, 0);
     RedrawWindow(m_window, nullptr, nullptr,
                  RDW_INVALIDATE | RDW_FRAME | RDW_ALLCHILDREN | (m_erase ? RDW_ERASE : 0));
 }

@@ -111,7 +111,8 @@ void ListView::setVirtualCount(int rows) const
 {
     const RedrawOff quiet(m_handle);
     send(LVM_SETITEMCOUNT, static_cast<WPARAM>(rows), LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL);
-    send(LVM_ARRANGE, LVA_DEFAULT); // laying out while redrawing is on repaints item by item
+    if ((GetWindowLongA(m_handle, GWL_STYLE) & LVS_TYPEMASK) != LVS_REPORT)
+        send(LVM_ARRANGE, LVA_DEFAULT); // laying out while redrawing is on repaints item by item
 }
 
 int ListView::nextSelected(int after) const

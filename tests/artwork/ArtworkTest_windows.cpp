@@ -205,7 +205,7 @@ TEST_F(ArtworkTest, LoaderFillsTheListsInOrderAndSaysSo)
     Album& gone = add(sample("missing.png"));
     Album& last = add(sample("rgb.png"));
     open();
-    EXPECT_EQ(artwork.slots(), 6);
+    EXPECT_EQ(artwork.slots(), 5);
     ASSERT_TRUE(loadAll());
     EXPECT_EQ(log.lines,
               (std::vector<std::string>{"Beginning background loading of images", "Loading", "Finished"}));
@@ -218,7 +218,7 @@ TEST_F(ArtworkTest, LoaderFillsTheListsInOrderAndSaysSo)
     EXPECT_EQ(last.imageIndex, 2);
     EXPECT_EQ(listener.arrived, (std::vector<Album*>{&first, &last}));
     for (const HIMAGELIST list : {artwork.large(), artwork.medium(), artwork.smallList(), artwork.balloon()})
-        EXPECT_EQ(ImageList_GetImageCount(list), 6);
+        EXPECT_EQ(ImageList_GetImageCount(list), 5);
     expectSample(last.imageIndex);
     EXPECT_EQ(artwork.imageIndex(last), 2);
 }
@@ -319,6 +319,18 @@ TEST_F(ArtworkTest, DefaultImageIsTheUsersOrTheBuiltInOne)
     settings.defaultImage = "";
     artwork.resetImageLists(true);
     EXPECT_EQ(drawn(artwork.large(), 0, 3, 3), corner);
+}
+
+TEST_F(ArtworkTest, AlbumsWithoutAPictureTakeNoSlotAndCountAsLoaded)
+{
+    Album& pictured = add(sample("plain.gif"));
+    Album& none = add("");
+    open();
+    EXPECT_EQ(artwork.slots(), 2);
+    ASSERT_TRUE(loadAll());
+    EXPECT_EQ(pictured.imageIndex, 1);
+    EXPECT_EQ(none.imageIndex, 0);
+    EXPECT_EQ(log.percents[1], 100u);
 }
 
 // With 1024 by 1024 pixels some 120 slots are all that the budget allows.

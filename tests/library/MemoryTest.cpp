@@ -53,12 +53,11 @@ namespace {
 // Takes lines without memory of its own, so that only the job's allocations are counted.
 class LevelLog : public Log {
 public:
-    int level = 1;
-    bool finished = false;
+    int level = 0;
     void startTimer() override {}
     void indent() override { ++level; }
     void outdent() override { --level; }
-    void line(const std::string& text) override { finished = text == "Finished"; }
+    void line(const std::string&) override {}
     void progress(std::uint32_t, std::uint32_t) override {}
 };
 
@@ -97,7 +96,7 @@ TEST(ShortMemory, LoadEndsTidilyAtEveryAllocation)
         JobContext context{rig.files, log, prompt, rig.terminating};
         outcome = runShort(allocations, prompt,
                            [&] { return rig.database.read(SampleRig::kName, rig.host, context, {}); });
-        EXPECT_TRUE(log.level == 0 || !log.finished); // not opened: the caller's indentation stands
+        EXPECT_EQ(log.level, 0);
         rig.database.clear();
     }
     EXPECT_GT(allocations, 40);
@@ -122,7 +121,7 @@ TEST(ShortMemory, BuildEndsTidilyAtEveryAllocation)
             return rig.database.build(
                 rig.host, settings, [](Library&, JobContext&) { return 0; }, context);
         });
-        EXPECT_EQ(log.level, 1);
+        EXPECT_EQ(log.level, 0);
         EXPECT_TRUE(outcome == Outcome::Good || rig.files.files[SampleRig::kName] == old);
         rig.database.clear();
     }

@@ -24,7 +24,6 @@ struct SampleRig : JobRig {
     bool read(const Bytes& bytes)
     {
         files.files[kName] = bytes;
-        log.level = 1;
         return database.read(kName, host, context, [this] { linksDone = true; });
     }
     // What a write of the library gives.

@@ -1,7 +1,7 @@
 // Parts of the controller that can be looked at by themselves, and what the module carries.
 
-#include "Plugin.h"
 #include "RunningPlugin.h"
+#include "support/Plugin.h"
 
 #include "shell/HostRegistry.h"
 #include "system/Module.h"

@@ -85,24 +85,34 @@ TEST_F(JobsTest, NewDatabaseIsBuiltWrittenAndLoaded)
     EXPECT_EQ(plugin.shownPane(), paneId::kOverview);
     expectIdle(plugin);
 
-    const std::vector<std::string> log = plugin.log();
-    const std::vector<std::string> expected{"Creating Database",
-                                            "Entries in MJ database - 30",
-                                            "Writing Database",
-                                            "Writing tracks - 30",
-                                            "Finished",
-                                            "Loading Database",
-                                            "Reading tracks - 30",
-                                            "Loading treeview",
-                                            "Finished",
-                                            "Finished"};
-    auto place = log.begin();
-    for (const std::string& line : expected) {
-        place = std::find(place, log.end(), line);
-        ASSERT_NE(place, log.end()) << line;
-        ++place;
-    }
-    EXPECT_EQ(place, log.end());
+    const std::string expected = "Creating Database\n"
+                                 "    Performing an MJ search - (Selecting Everything)\n"
+                                 "    Entries in MJ database - 30\n"
+                                 "    Linking tracks to MJ\n"
+                                 "    Sorting tracks\n"
+                                 "    Scanning for albums\n"
+                                 "    Applying any additional filters on data\n"
+                                 "    No albums filtered out\n"
+                                 "    Scanning for artwork\n"
+                                 "    Images - 0\n"
+                                 "    Scanning for complete artists/albums\n"
+                                 "    Writing Database\n"
+                                 "        Writing header information\n"
+                                 "        Writing tracks - 30\n"
+                                 "        Writing albums - 6\n"
+                                 "        Writing artists - 3\n"
+                                 "        Finished\n"
+                                 "    Finished\n"
+                                 "Loading Database\n"
+                                 "    Reading header information\n"
+                                 "    Reading tracks - 30\n"
+                                 "    Reading albums - 6\n"
+                                 "    Reading artists - 3\n"
+                                 "    Loading treeview\n"
+                                 "    Sorting\n"
+                                 "    Finished\n"
+                                 "Finished\n";
+    EXPECT_EQ(plugin.logText().substr(0, expected.size()), expected);
     EXPECT_TRUE(plugin.boxes.texts.empty());
 
     plugin.stop();

@@ -148,12 +148,17 @@ TEST_F(LifeTest, SecondControlStaysPlainUntilTheFirstHasEnded)
 // Refuses even the most general of its interfaces.
 class NoHost final : public DispatchServer<NoHost> {
 public:
+    explicit NoHost(HRESULT answer = E_NOINTERFACE) : m_answer(answer) {}
+
     static std::span<const DispatchEntry<NoHost>> members() { return {}; }
     STDMETHODIMP QueryInterface(REFIID, void** object) override
     {
         *object = nullptr;
-        return E_NOINTERFACE;
+        return m_answer;
     }
+
+private:
+    HRESULT m_answer;
 };
 
 TEST_F(LifeTest, HostThatRefusesGetsAPlugInWithoutSkin)
@@ -171,6 +176,15 @@ TEST_F(LifeTest, HostThatRefusesGetsAPlugInWithoutSkin)
             EXPECT_TRUE(plugin.boxes.texts.empty());
         }
     }
+}
+
+TEST_F(LifeTest, HostThatFailsToAnswerForItsInterfaceIsTold)
+{
+    RunningPlugin plugin;
+    EXPECT_EQ(init(plugin.control, makeObject<NoHost>(E_OUTOFMEMORY).get()), S_OK);
+    ASSERT_EQ(plugin.boxes.texts.size(), 1u);
+    EXPECT_NE(plugin.boxes.texts[0].find("0x8007000E"), std::string::npos);
+    EXPECT_EQ(plugin.shownPane(), paneId::kLog);
 }
 
 TEST_F(LifeTest, HostThatFailsAtAnyCallOfTheStartGetsItsPanes)

@@ -1,4 +1,4 @@
-#include "Plugin.h"
+#include "support/Plugin.h"
 
 #include "base/Text.h"
 #include "shell/Identifiers.h"

@@ -1,59 +1,21 @@
 #pragma once
 
-#include "BoxWatcher.h"
 #include "FakeHost.h"
-#include "Plugin.h"
-#include "TestContainer.h"
-
-#include "settings/Settings.h"
+#include "support/HostedPlugin.h"
 
 #include <memory>
-#include <string>
-#include <vector>
 
 namespace tessera {
 
-// A control of the plug-in in a container, with a fake host; ends in the order of a host.
-class RunningPlugin {
+// The plug-in with a fake host.
+class RunningPlugin : public HostedPlugin {
 public:
-    explicit RunningPlugin(std::shared_ptr<HostScript> script = smallLibrary());
-    ~RunningPlugin();
-    RunningPlugin(const RunningPlugin&) = delete;
-    RunningPlugin& operator=(const RunningPlugin&) = delete;
+    explicit RunningPlugin(std::shared_ptr<HostScript> script_ = smallLibrary())
+        : HostedPlugin(makeFakeHost(script_)), script(std::move(script_))
+    {
+    }
 
-    void start();
-    void stop();
-
-    HWND window() const { return container.controlWindow(); }
-    HWND pane(int id) const { return GetDlgItem(window(), id); }
-    // The pane below the main pane that shows; 0: none.
-    int shownPane() const;
-    void command(int id) const { SendMessageA(pane(0), WM_COMMAND, static_cast<WPARAM>(id), 0); }
-    // Descriptions in the log from a row on, without their indentation.
-    std::vector<std::string> log(int firstRow = 0) const;
-    int logCount() const;
-    bool logged(const std::string& text) const;
-    // A job creates or loads: the control shows the wait cursor.
-    bool busy() const;
-    // Pumps until no job runs any more.
-    bool waitForJob();
-    // Presses the new-database button and walks the wizard; answers when the job has begun.
-    bool beginCreating();
-    // The same to the end of the job.
-    bool create() { return beginCreating() && waitForJob(); }
-
-    PluginModule module;
     std::shared_ptr<HostScript> script;
-    ComPtr<IDispatch> host;
-    TestContainer container;
-    BoxWatcher boxes;
-    ComPtr<IDispatch> control;
 };
-
-// Stores a group as the plug-in finds it at its start.
-void store(const GeneralSettings& general);
-void store(const DatabaseSettings& database);
-GeneralSettings storedGeneral();
-DatabaseSettings storedDatabase();
 
 } // namespace tessera

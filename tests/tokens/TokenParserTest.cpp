@@ -218,6 +218,10 @@ TEST_F(Templates, ValuesWithTokensInThem)
 
     file->texts[FileText::Name] = "<Name><Name>";
     EXPECT_EQ(expand("<Name>"), "<Name><Name>");
+
+    album.displayTitle = "album"; // completes its own token with what stands around it
+    artist.displayName = "Genre";
+    EXPECT_EQ(parser.expandAlbum("<<Album>> <<<ALBUM>>>, <<Artist>>", album), "album album, <Album>");
 }
 
 TEST_F(Templates, ExpansionsStayBounded)

@@ -1,5 +1,6 @@
 #include "ui/ActivityLog.h"
 
+#include <functional>
 #include <gtest/gtest.h>
 #include <thread>
 
@@ -162,6 +163,24 @@ TEST_F(ActivityLogTest, WindowHearsOnceUntilItHasTaken)
     std::thread([&] { job->line("z"); }).join();
     EXPECT_EQ(waitingMessages(m_hWnd, kChanged), 0);
     EXPECT_EQ(takeLines().size(), 2u) << "lines wait for the next window";
+}
+
+TEST_F(ActivityLogTest, WindowThatLooksAgainIsNotCalledForPercentages)
+{
+    const auto job = m_log.newJob();
+    job->line("work");
+    m_log.attach(m_hWnd, kChanged);
+    const auto messages = [&](const std::function<void()>& work) {
+        std::thread(work).join();
+        return waitingMessages(m_hWnd, kChanged);
+    };
+    ASSERT_EQ(waitingMessages(m_hWnd, kChanged), 1);
+    m_log.takeChanges(true);
+    EXPECT_EQ(messages([&] { job->progress(1, 4); }), 0);
+    EXPECT_EQ(messages([&] { job->line("next"); }), 1);
+    EXPECT_EQ(m_log.takeChanges(true).percents.size(), 1u) << "the percentage has waited";
+    EXPECT_TRUE(m_log.takeChanges(true).empty());
+    EXPECT_EQ(messages([&] { job->progress(2, 4); }), 1) << "one that found nothing looks no more";
 }
 
 TEST_F(ActivityLogTest, LinesOfSeveralThreadsKeepTheirOrder)

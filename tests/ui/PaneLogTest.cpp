@@ -96,7 +96,7 @@ TEST_F(PaneLogTest, LinesOfThisThreadAppearAtOnce)
     job->line("Sorting");
     EXPECT_EQ(list().count(), 1);
     job->progress(3, 4);
-    pumpMessages(20);
+    pumpMessages(200); // percentages wait for a timer
     EXPECT_EQ(list().text(0, 1), "75%");
 }
 
@@ -118,7 +118,7 @@ TEST_F(PaneLogTest, ThousandsOfLinesFromTwoThreads)
         pumpMessages(10);
     a.join();
     b.join();
-    pumpMessages(50);
+    pumpMessages(200);
     ASSERT_EQ(list().count(), 2 * kEach);
     int next[2] = {0, 0};
     for (int row = 0; row < list().count(); ++row) {

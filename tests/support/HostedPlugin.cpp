@@ -1,4 +1,4 @@
-#include "RunningPlugin.h"
+#include "HostedPlugin.h"
 
 #include "base/Text.h"
 #include "system/Registry.h"
@@ -9,13 +9,12 @@
 
 namespace tessera {
 
-RunningPlugin::RunningPlugin(std::shared_ptr<HostScript> script_)
-    : script(std::move(script_)), host(makeFakeHost(script)), control(module.makeControl())
+HostedPlugin::HostedPlugin(ComPtr<IDispatch> host_) : host(std::move(host_)), control(module.makeControl())
 {
     container.host(control);
 }
 
-RunningPlugin::~RunningPlugin()
+HostedPlugin::~HostedPlugin()
 {
     if (control) {
         stop();
@@ -23,17 +22,17 @@ RunningPlugin::~RunningPlugin()
     container.drop();
 }
 
-void RunningPlugin::start()
+void HostedPlugin::start()
 {
     init(control, host.get());
 }
 
-void RunningPlugin::stop()
+void HostedPlugin::stop()
 {
     terminate(control);
 }
 
-int RunningPlugin::shownPane() const
+int HostedPlugin::shownPane() const
 {
     for (const int id : {paneId::kOverview, paneId::kAlbumDetails, paneId::kLog}) {
         if (IsWindowVisible(pane(id))) {
@@ -43,9 +42,28 @@ int RunningPlugin::shownPane() const
     return 0;
 }
 
-std::vector<std::string> RunningPlugin::log(int firstRow) const
+namespace {
+
+ListView logList(const HostedPlugin& plugin)
 {
-    const ListView list(GetDlgItem(pane(paneId::kLog), controlId::kLogList));
+    return ListView(GetDlgItem(plugin.pane(paneId::kLog), controlId::kLogList));
+}
+
+} // namespace
+
+std::string HostedPlugin::logText() const
+{
+    const ListView list = logList(*this);
+    std::string text;
+    for (int row = 0; row < list.count(); ++row) {
+        text += list.text(row, 2) + '\n';
+    }
+    return text;
+}
+
+std::vector<std::string> HostedPlugin::log(int firstRow) const
+{
+    const ListView list = logList(*this);
     std::vector<std::string> lines;
     for (int row = firstRow; row < list.count(); ++row) {
         const std::string text = list.text(row, 2);
@@ -54,17 +72,17 @@ std::vector<std::string> RunningPlugin::log(int firstRow) const
     return lines;
 }
 
-int RunningPlugin::logCount() const
+int HostedPlugin::logCount() const
 {
-    return ListView(GetDlgItem(pane(paneId::kLog), controlId::kLogList)).count();
+    return logList(*this).count();
 }
 
-bool RunningPlugin::logged(const std::string& text) const
+bool HostedPlugin::logged(const std::string& text) const
 {
     return std::ranges::count(log(), text) > 0;
 }
 
-bool RunningPlugin::busy() const
+bool HostedPlugin::busy() const
 {
     SetCursor(LoadCursorA(nullptr, IDC_ARROW));
     SendMessageA(window(), WM_SETCURSOR, reinterpret_cast<WPARAM>(window()),
@@ -72,12 +90,12 @@ bool RunningPlugin::busy() const
     return GetCursor() == LoadCursorA(nullptr, IDC_WAIT);
 }
 
-bool RunningPlugin::waitForJob()
+bool HostedPlugin::waitForJob(DWORD milliseconds)
 {
-    return container.pump([this] { return !busy(); });
+    return container.pump([this] { return !busy(); }, milliseconds);
 }
 
-bool RunningPlugin::beginCreating()
+bool HostedPlugin::beginCreating()
 {
     boxes.onDialog = walkWizard;
     const int before = logCount();
