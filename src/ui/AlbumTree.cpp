@@ -173,6 +173,7 @@ void AlbumTree::describe(std::span<Node> nodes, const Level& level) const
 {
     for (Node& node : nodes) {
         node.keyHash = level.names[node.name].keyHash;
+        node.textHash = std::hash<std::string>{}(level.names[node.name].text);
         node.image = level.inner ? icon::kPerson : lookOf(level.grouping).outerImage;
         if (level.grouping != Grouping::Artist || m_id == controlId::kTreeCompleted)
             continue;
@@ -212,7 +213,7 @@ const AlbumTree::Node* AlbumTree::oldOf(const Node& node, const std::vector<Node
 void AlbumTree::matchNodes(HTREEITEM parent, std::span<const Node> old, std::span<Node> next,
                            const Level& level)
 {
-    pairNodes(old, next);
+    pairNodes(parent, old, next);
     std::vector<bool> kept(old.size());
     for (const Node& node : next) {
         if (node.before != kNoGroup)
@@ -231,7 +232,8 @@ void AlbumTree::matchNodes(HTREEITEM parent, std::span<const Node> old, std::spa
         } else {
             const Node& was = old[node.before];
             node.item = was.item;
-            const bool same = m_sameLibrary && was.name == node.name && was.image == node.image;
+            const bool same =
+                was.keyHash == node.keyHash && was.textHash == node.textHash && was.image == node.image;
             if (!same)
                 m_tvw.set(node.item, textOf(node, level), node.image, data);
         }
@@ -240,8 +242,9 @@ void AlbumTree::matchNodes(HTREEITEM parent, std::span<const Node> old, std::spa
 }
 
 // By their keys as far as the order allows. What is new between two pairs takes over what is left
-// there, closed nodes only: making a node again costs more than giving it another text.
-void AlbumTree::pairNodes(std::span<const Node> old, std::span<Node> next) const
+// there, closed nodes only. Nodes that may be in view are made again instead: the tree measures each
+// new text of those at once.
+void AlbumTree::pairNodes(HTREEITEM parent, std::span<const Node> old, std::span<Node> next) const
 {
     if (old.empty())
         return;
@@ -258,6 +261,8 @@ void AlbumTree::pairNodes(std::span<const Node> old, std::span<Node> next) const
         node.before = found->second;
         from = node.before + 1;
     }
+    if (m_tvw.expanded(parent))
+        return;
     std::uint32_t spare = 0;
     for (std::size_t i = 0; i < next.size();) {
         std::size_t end = i;
@@ -285,7 +290,7 @@ HTREEITEM AlbumTree::addGroup(HTREEITEM parent, const Node& node, const Level& l
 }
 
 // Both sequences are in ascending order: of the same library, albums that are in both keep their
-// nodes as they are. Else the nodes are any album's.
+// nodes as they are. Else the nodes of a closed group are any album's.
 void AlbumTree::fillLeaves(const Node& node)
 {
     const Contents& before = m_contents[m_grouping];
@@ -293,18 +298,21 @@ void AlbumTree::fillLeaves(const Node& node)
     const Node* const old = oldOf(node, deepest(m_contents));
     std::uint32_t oldAt = old ? old->first : 0;
     const std::uint32_t oldEnd = old ? old->last : 0;
-    HTREEITEM behind = oldAt < oldEnd ? TVI_FIRST : TVI_LAST;
+    const bool takeAny = !m_sameLibrary && oldAt < oldEnd && !m_tvw.expanded(node.item);
     const auto dropOld = [&] {
         if (before.leaves[oldAt])
             m_tvw.remove(before.leaves[oldAt]);
         ++oldAt;
     };
+    while (!m_sameLibrary && !takeAny && oldAt < oldEnd)
+        dropOld();
+    HTREEITEM behind = oldAt < oldEnd ? TVI_FIRST : TVI_LAST;
     for (std::uint32_t at = node.first; at < node.last; ++at) {
         const std::uint32_t place = next.places[at];
         while (m_sameLibrary && oldAt < oldEnd && before.places[oldAt] < place)
             dropOld();
         const bool reuse =
-            oldAt < oldEnd && before.leaves[oldAt] && (!m_sameLibrary || before.places[oldAt] == place);
+            oldAt < oldEnd && before.leaves[oldAt] && (takeAny || before.places[oldAt] == place);
         HTREEITEM& leaf = next.leaves[at];
         leaf = reuse ? before.leaves[oldAt++] : addLeaf(node.item, place, behind);
         if (reuse && !m_sameLibrary)

@@ -55,6 +55,7 @@ private:
     struct Node : AlbumGroup {
         HTREEITEM item = nullptr;
         std::size_t keyHash = 0;
+        std::size_t textHash = 0;
         int image = 0;
         std::uint32_t before = kNoGroup; // whose node it has taken, in the list of the last time
     };
@@ -81,7 +82,7 @@ private:
     void listOuter();
     void listInner(const Node& outer);
     void matchNodes(HTREEITEM parent, std::span<const Node> old, std::span<Node> next, const Level& level);
-    void pairNodes(std::span<const Node> old, std::span<Node> next) const;
+    void pairNodes(HTREEITEM parent, std::span<const Node> old, std::span<Node> next) const;
     void describe(std::span<Node> nodes, const Level& level) const;
     HTREEITEM addGroup(HTREEITEM parent, const Node& node, const Level& level, HTREEITEM behind);
     void fillLeaves(const Node& node);
