@@ -42,7 +42,8 @@ public:
     // indices are -1, and the listeners are told.
     void resetImageLists(bool rebuild);
     void updateArtworkSize();
-    // A slot for every album with a picture, as far as memory goes. `thumbnails`: the pictures are in the records.
+    // A slot for every album with a picture, as far as memory goes. `thumbnails`: the pictures are in
+    // the records.
     void openLibrary(Library& library, bool thumbnails);
     // Before the records go.
     void closeLibrary();

@@ -1,5 +1,7 @@
 #include "base/Files.h"
 
+#include <array>
+
 namespace tessera {
 
 BufferedWriter::BufferedWriter(OutputFile& file, std::size_t capacity)
@@ -7,16 +9,32 @@ BufferedWriter::BufferedWriter(OutputFile& file, std::size_t capacity)
 {
 }
 
-void BufferedWriter::putBlock(ByteView bytes)
+void BufferedWriter::spill(std::uint32_t value)
 {
-    if (!reserve(std::min(bytes.size(), m_buffer.size())))
-        return;
-    if (bytes.size() < m_buffer.size()) {
-        append(bytes);
-        return;
+    std::array<std::uint8_t, sizeof value> bytes{};
+    for (std::uint8_t& byte : bytes) {
+        byte = static_cast<std::uint8_t>(value);
+        value >>= 8;
     }
-    m_good = m_file.write(bytes);
-    m_position += static_cast<std::uint32_t>(bytes.size());
+    spill(bytes);
+}
+
+void BufferedWriter::spill(ByteView bytes)
+{
+    while (m_good && !bytes.empty()) {
+        std::size_t taken = 0;
+        if (m_used == m_buffer.size()) {
+            flush();
+        } else if (m_used == 0 && bytes.size() >= m_buffer.size()) {
+            taken = bytes.size() - bytes.size() % m_buffer.size();
+            m_good = m_file.write(bytes.first(taken));
+            m_position += static_cast<std::uint32_t>(taken);
+        } else {
+            taken = std::min(bytes.size(), m_buffer.size() - m_used);
+            append(bytes.first(taken));
+        }
+        bytes = bytes.subspan(taken);
+    }
 }
 
 bool BufferedWriter::flush()

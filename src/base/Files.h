@@ -57,7 +57,8 @@ public:
 // The real one; lives as long as the process.
 FileSystem& systemFiles();
 
-// Collects small writes in a buffer; blocks of a buffer's size and more go straight through.
+// Collects small writes in a buffer; blocks of a buffer's size and more go straight through. The
+// file sees whole buffers, whatever the pieces: systems are slower where a write ends inside a page.
 // The first refusal sticks: `good` is false from then on and later writes do nothing.
 class BufferedWriter {
 public:
@@ -65,31 +66,36 @@ public:
 
     void put(std::uint32_t value)
     {
-        if (reserve(sizeof value))
+        if (fits(sizeof value))
             append(value);
+        else
+            spill(value);
     }
     void put(std::int32_t value) { put(static_cast<std::uint32_t>(value)); }
     // Length, then the bytes.
     void putText(std::string_view text)
     {
         const ByteView bytes(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
-        if (bytes.size() >= m_buffer.size() - sizeof(std::uint32_t)) {
-            put(static_cast<std::uint32_t>(bytes.size()));
-            putBlock(bytes);
-        } else if (reserve(sizeof(std::uint32_t) + bytes.size())) {
-            append(static_cast<std::uint32_t>(bytes.size()));
-            append(bytes);
-        }
+        put(static_cast<std::uint32_t>(bytes.size()));
+        putBlock(bytes);
     }
-    void putBlock(ByteView bytes);
+    void putBlock(ByteView bytes)
+    {
+        if (fits(bytes.size()))
+            append(bytes);
+        else
+            spill(bytes);
+    }
     bool flush(); // the buffer to the file
     bool good() const { return m_good; }
     // Number of bytes put so far.
     std::uint32_t position() const { return m_position; }
 
 private:
-    // Room in the buffer for a piece that fits into it; false when the file refuses.
-    bool reserve(std::size_t size) { return m_good && (size <= m_buffer.size() - m_used || flush()); }
+    bool fits(std::size_t size) const { return m_good && size <= m_buffer.size() - m_used; }
+    // What does not fit into the rest of the buffer.
+    void spill(std::uint32_t value);
+    void spill(ByteView bytes);
     void append(std::uint32_t value)
     {
         std::uint8_t* const at = m_buffer.data() + m_used;

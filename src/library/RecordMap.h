@@ -23,6 +23,7 @@ public:
 
     const_iterator begin() const { return m_entries.begin(); }
     const_iterator end() const { return m_entries.end(); }
+    const value_type* data() const { return m_entries.data(); }
     std::size_t size() const { return m_entries.size(); }
     bool empty() const { return m_entries.empty(); }
     void clear() { m_entries = std::vector<value_type>(); }

@@ -107,6 +107,7 @@ private:
     // drawing
     Handled onCustomDraw(NMLVCUSTOMDRAW& draw);
     Handled drawItem(NMLVCUSTOMDRAW& draw);
+    bool drawNumber(const NMLVCUSTOMDRAW& draw) const;
     Cell cellOf(int item) const;
     void drawCell(HDC dc, const Cell& cell);
     void drawIcon(HDC dc, const Cell& cell);
@@ -155,7 +156,8 @@ private:
     int m_sortColumn = -1;
     int m_markedColumn = -1; // in the header
     bool m_ascending = true;
-    bool m_quiet = false; // changes of the selection are our own
+    bool m_rowSelected = false; // the row that is being drawn
+    bool m_quiet = false;       // changes of the selection are our own
     int m_captionHeight = 0;
     int m_tileWidth = 0;
     SIZE m_cell{};

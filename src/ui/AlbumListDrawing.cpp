@@ -1,10 +1,13 @@
 // What the list draws itself.
 
 #include "artwork/Covers.h"
+#include "ui/AlbumColumns.h"
 #include "ui/AlbumList.h"
 #include "ui/Colours.h"
 #include "ui/Commands.h"
 #include "windowing/Drawing.h"
+
+#include <algorithm>
 
 namespace tessera {
 
@@ -12,6 +15,7 @@ namespace {
 
 constexpr const char* kNothing = "There are no items to show.";
 constexpr int kTileSide = 64;
+constexpr int kTextMargin = 6; // beside a column's text
 constexpr int kTileMargin = 6;
 constexpr int kIconMargin = 5;  // round the cover
 constexpr int kMarkPercent = 5; // of the text colour in the sorted column
@@ -91,7 +95,7 @@ Handled AlbumList::onCustomDraw(NMLVCUSTOMDRAW& draw)
                          : draw.iSubItem == m_sortColumn ? mixed(back, m_commands.treeText(), kMarkPercent)
                                                          : back;
         draw.clrText = m_commands.treeText();
-        return CDRF_NEWFONT;
+        return drawNumber(draw) ? CDRF_SKIPDEFAULT : CDRF_NEWFONT;
     }
     default:
         return CDRF_DODEFAULT;
@@ -100,12 +104,42 @@ Handled AlbumList::onCustomDraw(NMLVCUSTOMDRAW& draw)
 
 Handled AlbumList::drawItem(NMLVCUSTOMDRAW& draw)
 {
-    if (!picturesShown())
-        return m_sortColumn >= 0 ? CDRF_NOTIFYSUBITEMDRAW : CDRF_DODEFAULT;
     const auto item = static_cast<int>(draw.nmcd.dwItemSpec);
+    if (!picturesShown()) {
+        m_rowSelected = m_lvw.send(LVM_GETITEMSTATE, static_cast<WPARAM>(item), LVIS_SELECTED) != 0;
+        return CDRF_NOTIFYSUBITEMDRAW;
+    }
     if (item >= 0 && static_cast<std::size_t>(item) < m_places.size() && !m_commands.isBusy())
         drawCell(draw.nmcd.hdc, cellOf(item));
     return CDRF_SKIPDEFAULT;
+}
+
+// Right-aligned texts may reach over what they are measured as, and the list would cut their last digit.
+bool AlbumList::drawNumber(const NMLVCUSTOMDRAW& draw) const
+{
+    const auto item = static_cast<int>(draw.nmcd.dwItemSpec);
+    const auto column = static_cast<std::size_t>(std::max(draw.iSubItem, 0));
+    if (column >= kColumnCount || albumColumns()[column].format != LVCFMT_RIGHT || m_commands.isBusy() ||
+        item < 0 || static_cast<std::size_t>(item) >= m_places.size())
+        return false;
+    RECT place = draw.nmcd.rc;
+    if (IsRectEmpty(&place)) {
+        place = {LVIR_BOUNDS, draw.iSubItem, 0, 0};
+        m_lvw.send(LVM_GETSUBITEMRECT, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(&place));
+    }
+    const HDC dc = draw.nmcd.hdc;
+    const DcScope restore(dc);
+    const bool focus = GetFocus() == m_lvw.handle();
+    if (m_rowSelected)
+        fillRect(dc, place, GetSysColor(focus ? COLOR_HIGHLIGHT : COLOR_BTNFACE));
+    else if (draw.clrTextBk != CLR_NONE)
+        fillRect(dc, place, draw.clrTextBk);
+    SelectObject(dc, m_commands.listFont());
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, m_rowSelected ? GetSysColor(focus ? COLOR_HIGHLIGHTTEXT : COLOR_BTNTEXT) : draw.clrText);
+    InflateRect(&place, -kTextMargin, 0);
+    drawLine(dc, columnTexts(album(item))[column], place, DT_RIGHT | DT_VCENTER | DT_NOCLIP);
+    return true;
 }
 
 AlbumList::Cell AlbumList::cellOf(int item) const

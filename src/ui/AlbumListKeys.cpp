@@ -62,7 +62,12 @@ void AlbumList::menuAtItem()
     if (item < 0)
         return;
     m_lvw.makeVisible(item);
-    const RECT place = itemRect(item);
+    RECT client = m_lvw.clientRect();
+    MapWindowPoints(m_lvw.handle(), nullptr, reinterpret_cast<POINT*>(&client), 2);
+    const RECT whole = itemRect(item);
+    RECT place{};
+    if (!IntersectRect(&place, &whole, &client)) // a row may be wider than the list
+        place = whole;
     SetCursorPos(static_cast<int>(place.right) - kPointerInset,
                  static_cast<int>(place.bottom) - kPointerInset);
     notifyParent(NM_RCLICK);

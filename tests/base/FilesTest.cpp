@@ -150,6 +150,21 @@ TEST(BufferedWriter, CollectsSmallWritesAndPassesLargeOnesOn)
     EXPECT_EQ(disk.content, bytes(expected));
 }
 
+TEST(BufferedWriter, FileSeesWholeBuffersWhateverThePieces)
+{
+    FullDisk disk(1000);
+    BufferedWriter writer(disk, 16);
+    for (const std::size_t size : {3u, 10u, 1u, 15u, 16u, 17u, 33u, 0u, 5u}) {
+        writer.putText(std::string(size, static_cast<char>('a' + size % 26)));
+        writer.put(static_cast<std::uint32_t>(size));
+        EXPECT_EQ(disk.content.size() % 16, 0u) << size;
+    }
+    EXPECT_GE(disk.content.size() + 16, writer.position());
+    EXPECT_TRUE(writer.flush());
+    EXPECT_EQ(disk.content.size(), writer.position());
+    EXPECT_EQ(disk.content.size(), 172u);
+}
+
 TEST(BufferedWriter, TheFirstRefusalSticks)
 {
     FullDisk disk(16);

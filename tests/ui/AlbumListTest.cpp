@@ -1,0 +1,198 @@
+// The album list under a real pointer, and what it shows behind its items.
+
+#include "OverviewFixture.h"
+#include "system/ComPtr.h"
+
+#include <shlobj.h>
+#include <thread>
+
+namespace tessera {
+namespace {
+
+class AlbumListTest : public PaneOverviewTest {
+protected:
+    // Middle of an item on the screen.
+    POINT middle(int item) const
+    {
+        const RECT place = m_pane->albumList().itemRect(item);
+        return {place.left + 20, (place.top + place.bottom) / 2};
+    }
+    void addTracks(Album& album, std::initializer_list<const char*> files)
+    {
+        for (const char* const file : files) {
+            const auto id = static_cast<std::int32_t>(m_commands.records.tracks.size()) + 1;
+            auto track = std::make_unique<Track>();
+            track->id = id;
+            track->fileName = file;
+            album.tracks[id] = track.get();
+            m_commands.records.tracks[id] = std::move(track);
+        }
+    }
+};
+
+TEST_F(AlbumListTest, BackgroundPictureIsOffUntilItIsSet)
+{
+    open();
+    AlbumList& albums = const_cast<AlbumList&>(m_pane->albumList());
+    const int x = 500;
+    const int y = 300; // below the last row
+    EXPECT_EQ(pixel(x, y), m_commands.background);
+    BitmapHandle picture;
+    {
+        const WindowDc screen;
+        picture.reset(CreateCompatibleBitmap(screen.dc(), 16, 16));
+        const MemoryDc memory(screen.dc());
+        const SelectScope selected(memory.dc(), picture.get());
+        fillRect(memory.dc(), {0, 0, 16, 16}, RGB(10, 120, 30));
+    }
+    for (const ListStyle style : {ListStyle::Details, ListStyle::Tiles, ListStyle::Icons}) {
+        m_pane->setView(style);
+        albums.setBackgroundPicture(picture.get());
+        EXPECT_EQ(pixel(x, y), RGB(10, 120, 30)) << "behind the items, view " << static_cast<int>(style);
+        albums.setBackgroundPicture(nullptr);
+        EXPECT_EQ(pixel(x, y), m_commands.background) << static_cast<int>(style);
+    }
+    albums.setBackgroundPicture(picture.get());
+    type("no such album");
+    EXPECT_EQ(pixel(5, y), RGB(10, 120, 30)) << "behind the text of an empty list";
+    albums.setBackgroundPicture(nullptr);
+}
+
+// Remembers the files that are dropped on it.
+class DropTarget final : public IDropTarget {
+public:
+    STDMETHODIMP QueryInterface(REFIID id, void** object) override
+    {
+        *object = id == IID_IUnknown || id == IID_IDropTarget ? this : nullptr;
+        return *object ? S_OK : E_NOINTERFACE;
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return 2; }
+    STDMETHODIMP_(ULONG) Release() override { return 1; }
+    STDMETHODIMP DragEnter(IDataObject*, DWORD, POINTL, DWORD* effect) override
+    {
+        *effect = DROPEFFECT_COPY;
+        return S_OK;
+    }
+    STDMETHODIMP DragOver(DWORD, POINTL, DWORD* effect) override
+    {
+        *effect = DROPEFFECT_COPY;
+        return S_OK;
+    }
+    STDMETHODIMP DragLeave() override { return S_OK; }
+    STDMETHODIMP Drop(IDataObject* data, DWORD, POINTL, DWORD* effect) override
+    {
+        FORMATETC format{CF_HDROP, nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL};
+        STGMEDIUM medium{};
+        *effect = DROPEFFECT_COPY;
+        if (data->GetData(&format, &medium) != S_OK)
+            return S_OK;
+        const auto list = static_cast<HDROP>(medium.hGlobal);
+        for (UINT i = 0; i < DragQueryFileA(list, 0xFFFFFFFF, nullptr, 0); ++i) {
+            char name[MAX_PATH] = "";
+            DragQueryFileA(list, i, name, MAX_PATH);
+            files.emplace_back(name);
+        }
+        ReleaseStgMedium(&medium);
+        return S_OK;
+    }
+
+    std::vector<std::string> files;
+};
+
+TEST_F(AlbumListTest, AlbumsAreDraggedOutAsTheirFilesInTrackOrder)
+{
+    m_commands.generalSettings.sortTracksByLocation = true;
+    addTracks(*m_commands.records.albums[1], {"C:\\m\\b.mp3", "C:\\m\\A.mp3"});
+    addTracks(*m_commands.records.albums[2], {"C:\\m\\c.mp3"});
+    const OleInit ole;
+    open();
+    MoveWindow(m_pane->window(), 0, 0, 900, 400, TRUE);
+    const HWND below = CreateWindowExA(0, "LISTBOX", "", WS_CHILD | WS_VISIBLE, 0, 400, 900, 200, m_hParent,
+                                       nullptr, nullptr, nullptr);
+    DropTarget target;
+    ASSERT_EQ(RegisterDragDrop(below, &target), S_OK);
+    pumpMessages(100);
+    selectOnly({0, 1});
+    const POINT from = middle(0);
+    std::thread hand([from] {
+        const auto step = [](POINT place, DWORD button) {
+            SetCursorPos(place.x, place.y);
+            mouse_event(MOUSEEVENTF_MOVE, 1, 0, 0, 0);
+            mouse_event(button, 0, 0, 0, 0);
+            Sleep(60);
+        };
+        step(from, MOUSEEVENTF_LEFTDOWN);
+        for (const int y : {20, 60, 200, 420, 500, 502})
+            step({from.x + y / 4, y < from.y ? from.y + y : y}, MOUSEEVENTF_MOVE);
+        step({from.x + 130, 505}, MOUSEEVENTF_LEFTUP);
+    });
+    pumpMessages(1500);
+    hand.join();
+    EXPECT_EQ(target.files, (Titles{"C:\\m\\A.mp3", "C:\\m\\b.mp3", "C:\\m\\c.mp3"}));
+    RevokeDragDrop(below);
+}
+
+TEST_F(AlbumListTest, ControlAndWheelOfARealMouse)
+{
+    open();
+    m_pane->setView(ListStyle::Icons);
+    m_commands.artworkSettings.imageSizeIndex = 2;
+    pumpMessages(100);
+    const POINT place = middle(0);
+    SetCursorPos(place.x, place.y);
+    SetFocus(list().handle());
+    keybd_event(VK_CONTROL, 0, 0, 0);
+    mouse_event(MOUSEEVENTF_WHEEL, 0, 0, static_cast<DWORD>(-120), 0);
+    pumpMessages(200);
+    keybd_event(VK_CONTROL, 0, KEYEVENTF_KEYUP, 0);
+    mouse_event(MOUSEEVENTF_WHEEL, 0, 0, 120, 0);
+    pumpMessages(200);
+    EXPECT_EQ(m_commands.calls, Titles{"size 1"}) << "without the key the list scrolls";
+}
+
+// Looks at the menu that is open, from a timer of the menu's own loop, and closes it.
+struct OpenMenu {
+    static inline std::vector<std::string> texts;
+    static inline RECT place{};
+
+    static void CALLBACK look(HWND, UINT, UINT_PTR timer, DWORD)
+    {
+        const HWND window = FindWindowA("#32768", nullptr);
+        if (!window || !IsWindowVisible(window))
+            return;
+        KillTimer(nullptr, timer);
+        GetWindowRect(window, &place);
+        constexpr UINT kGetMenu = 0x01E1; // MN_GETHMENU
+        const auto menu = reinterpret_cast<HMENU>(SendMessageA(window, kGetMenu, 0, 0));
+        for (int i = 0; i < GetMenuItemCount(menu); ++i) {
+            char text[128] = "";
+            GetMenuStringA(menu, static_cast<UINT>(i), text, sizeof text, MF_BYPOSITION);
+            texts.emplace_back(text);
+        }
+        EndMenu();
+    }
+};
+
+TEST_F(AlbumListTest, MenuComesUpWhereTheItemIs)
+{
+    open();
+    m_pane->setView(ListStyle::Icons);
+    pumpMessages(100);
+    selectOnly({1});
+    list().setFocused(1);
+    OpenMenu::texts.clear();
+    SetTimer(nullptr, 0, 50, &OpenMenu::look);
+    SendMessageA(list().handle(), WM_KEYDOWN, VK_APPS, 1);
+    EXPECT_EQ(OpenMenu::texts, (Titles{"Play: Yearling", "Append To Playlist: Yearling", "", "Sort By", "",
+                                       "Go To Directory"}));
+    POINT cursor{};
+    GetCursorPos(&cursor);
+    const RECT item = m_pane->albumList().itemRect(1);
+    EXPECT_TRUE(PtInRect(&item, {cursor.x, (item.top + item.bottom) / 2}));
+    EXPECT_LE(std::abs(OpenMenu::place.left - cursor.x), 4);
+    EXPECT_LE(std::abs(OpenMenu::place.top - cursor.y), 4);
+    EXPECT_TRUE(m_commands.calls.empty()) << "a menu that is closed does nothing";
+}
+
+} // namespace
+} // namespace tessera
