@@ -17,8 +17,6 @@ using Identities = std::span<const AlbumIdentity>;
 struct Named {
     std::string name; // title, artist and path
     Index album;
-
-    auto operator<=>(const Named&) const = default;
 };
 
 // By name; albums of the same name in their order.
@@ -31,7 +29,7 @@ std::vector<Named> sortedByName(Identities albums)
         name.append(1, '\0').append(albums[i].artist).append(1, '\0').append(albums[i].path);
         all.push_back({toUpper(name), i});
     }
-    std::ranges::sort(all);
+    std::ranges::sort(all, {}, [](const Named& named) { return std::tie(named.name, named.album); });
     return all;
 }
 
@@ -58,18 +56,21 @@ public:
         }
         std::ranges::sort(m_entries, {},
                           [](const Entry& entry) { return std::tie(entry.hash, entry.album); });
-        const auto repeated = std::ranges::unique(m_entries, [](const Entry& left, const Entry& right) {
+        const auto isRepeated = [](const Entry& left, const Entry& right) {
             return left.hash == right.hash && equalNoCase(left.name, right.name);
-        });
-        m_entries.erase(repeated.begin(), repeated.end());
+        };
+        m_entries.erase(std::unique(m_entries.begin(), m_entries.end(), isRepeated), m_entries.end());
     }
 
     Index find(std::string_view name) const
     {
-        const auto range = std::ranges::equal_range(m_entries, hash(name), {}, &Entry::hash);
-        const auto found =
-            std::ranges::find_if(range, [&](const Entry& entry) { return equalNoCase(entry.name, name); });
-        return found == range.end() ? kNoPartner : found->album;
+        const std::size_t wanted = hash(name);
+        for (auto at = std::ranges::lower_bound(m_entries, wanted, {}, &Entry::hash);
+             at != m_entries.end() && at->hash == wanted; ++at) {
+            if (equalNoCase(at->name, name))
+                return at->album;
+        }
+        return kNoPartner;
     }
 
 private:

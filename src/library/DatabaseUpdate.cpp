@@ -131,8 +131,7 @@ void Database::addUnsaved(std::span<Album* const> changed)
         album->columnTextsValid = false;
     m_unsaved.insert(m_unsaved.end(), changed.begin(), changed.end());
     std::ranges::sort(m_unsaved, lessId);
-    const auto repeated = std::ranges::unique(m_unsaved);
-    m_unsaved.erase(repeated.begin(), repeated.end());
+    m_unsaved.erase(std::unique(m_unsaved.begin(), m_unsaved.end()), m_unsaved.end());
 }
 
 // Answers the pattern of the message that says why not, or null when nothing is left. The file is
