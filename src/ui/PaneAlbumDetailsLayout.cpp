@@ -6,6 +6,7 @@
 #include "windowing/Drawing.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace tessera {
 
@@ -120,8 +121,14 @@ void PaneAlbumDetails::showBelow()
     m_plvwPlayingNow.show(any && m_below == Below::PlayingNow);
 }
 
-Handled PaneAlbumDetails::onBarMoved(NMHDR&)
+// A bar that was dropped in the very middle of the pane is to stay there, too: its window is there
+// already, which it is not when a double click has moved it.
+Handled PaneAlbumDetails::onBarMoved(NMHDR& header)
 {
+    const LONG place = Control(header.hwndFrom).rect().left + SplitterCtrl::kThickness / 2;
+    const bool dropped = place == partOf(clientRect().right, kMiddle);
+    if (header.hwndFrom == m_pSplitTracks.handle() && dropped && m_pSplitTracks.position() == kMiddle)
+        m_pSplitTracks.setPosition(std::nextafter(kMiddle, 100.0));
     layoutContent(contentRect());
     InvalidateRect(handle(), nullptr, FALSE);
     return 0;

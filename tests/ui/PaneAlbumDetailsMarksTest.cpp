@@ -148,6 +148,28 @@ TEST_F(PaneAlbumDetailsTest, ARightClickSelectsTheNodeAndTheMenuIsForItsAlbums)
     EXPECT_EQ(takeCalls(), Texts{});
 }
 
+TEST_F(PaneAlbumDetailsTest, TheMenuKeyOpensTheMenuAtTheNode)
+{
+    open();
+    choose({"Genre", "Jazz"});
+    SetCursorPos(5, 5);
+    const auto pressKey = [&] {
+        SendMessageA(pane->window(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(tree().handle()), -1);
+    };
+    {
+        const Meanwhile user([] { return openMenu() && EndMenu(); });
+        pressKey();
+    }
+    POINT cursor{};
+    GetCursorPos(&cursor);
+    const RECT line = tree().itemRect(node({"Genre", "Jazz"}));
+    EXPECT_TRUE(PtInRect(&line, cursor));
+    EXPECT_EQ(titles(), (Texts{"Yearling", "Tidewater"}));
+    tree().select(nullptr);
+    pressKey();
+    EXPECT_EQ(openMenu(), nullptr) << "nothing to open it for";
+}
+
 TEST_F(PaneAlbumDetailsTest, CommandsActOnTheNodesAlbumsOrOnTheSelectedRows)
 {
     open();
@@ -271,6 +293,21 @@ TEST_F(PaneAlbumDetailsTest, MarksRebuildTheTreesOfMarksOnly)
         << "it shows the new rank";
     EXPECT_EQ(node({"Rank", "7"}), nullptr) << "the library's tree was left alone";
     EXPECT_EQ(tree().selection(), selected);
+}
+
+TEST_F(PaneAlbumDetailsTest, AHiddenTreeOfMarksForgetsItsSelectionWhenItIsMadeAnew)
+{
+    open();
+    chooseTree(kFavourites);
+    choose({"Artist/Album", "LUMEN"}, kFavourites);
+    chooseTree(kLibrary);
+    choose({"Artist/Album", "Vera Linde"});
+    send(albumCommand::kNewToday);
+    EXPECT_EQ(titles(), Texts{"Nothing"});
+    chooseTree(kFavourites);
+    EXPECT_EQ(tree(kFavourites).selection(), nullptr);
+    EXPECT_EQ(titles(), Texts{});
+    EXPECT_EQ(pane->status(), "Total Albums: 5");
 }
 
 TEST_F(PaneAlbumDetailsTest, KeysActOnSelectedRowsOnly)

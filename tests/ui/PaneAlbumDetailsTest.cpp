@@ -192,6 +192,27 @@ TEST_F(PaneAlbumDetailsTest, BarsStayWhereTheyAreDroppedAndAreFoundThereAgain)
         EXPECT_EQ(edge(drag.bar), before[drag.bar]) << drag.bar;
 }
 
+// In the settings 50 percent mean the middle of what the main bar leaves.
+TEST_F(PaneAlbumDetailsTest, ABarThatIsDroppedInTheMiddleOfThePaneStaysThere)
+{
+    commands.albumDetailsSettings.splitMain = 20;
+    open();
+    const LONG middle = (place(controlId::kDetailsAlbums).left + kWide) / 2;
+    EXPECT_NEAR(place(controlId::kSplitTracks).left, middle, 1);
+    const HWND bar = child(controlId::kSplitTracks);
+    const auto dropAt = [&](LONG x) {
+        const LPARAM there = MAKELPARAM(x - place(controlId::kSplitTracks).left, 3);
+        SendMessageA(bar, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(3, 3));
+        SendMessageA(bar, WM_LBUTTONUP, 0, there);
+    };
+    for (LONG x = kWide / 2 - 6; x < kWide / 2 + 6; ++x) {
+        dropAt(x);
+        EXPECT_NEAR(place(controlId::kSplitTracks).left, x, 3);
+    }
+    SendMessageA(bar, WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(3, 3));
+    EXPECT_NEAR(place(controlId::kSplitTracks).left, middle, 1);
+}
+
 TEST_F(PaneAlbumDetailsTest, PositionsThatAreNoneLeaveUsableAreas)
 {
     for (const double percent : {-5.0, 0.0, 20.0, 79.5, 95.0, 1e300}) {
@@ -236,6 +257,21 @@ TEST_F(PaneAlbumDetailsTest, TheViewIsFoundAgain)
     chooseTree(kLibrary);
     choose({"Artist/Album"});
     EXPECT_EQ(titles().front(), "Nothing") << "by artist, downwards";
+}
+
+TEST_F(PaneAlbumDetailsTest, AViewThatIsNoneIsTheUsualOne)
+{
+    for (const std::int32_t number : {-1, 4, 0x7FFFFFFF}) {
+        for (const char* const name : {"AlbumDetailsTree", "AlbumDetailsBelow", "AlbumDetailsSortColumn"})
+            saveViewNumber(commands.store, name, number);
+        commands.albumDetailsSettings.listviewStyle = number;
+        commands.albumDetailsSettings.trackDetailsCombo = number == 4 ? 9 : number;
+        open();
+        EXPECT_TRUE(IsWindowVisible(tree(kLibrary).handle()));
+        EXPECT_TRUE(IsWindowVisible(child(controlId::kAlbumTracks)));
+        EXPECT_EQ(ComboBoxEx(child(controlId::kTrackDetailsCombo)).selection(), 0);
+        EXPECT_EQ(pane->albumList().style(), ListStyle::Details);
+    }
 }
 
 TEST_F(PaneAlbumDetailsTest, ReloadKeepsNodesOpenAndSelectsNothing)
