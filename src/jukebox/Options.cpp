@@ -3,7 +3,6 @@
 #include "jukebox/WideText.h"
 
 #include <algorithm>
-#include <array>
 
 namespace tessera::jukebox {
 
@@ -14,13 +13,14 @@ std::string inconsistency(const Options& options)
     if (options.library.empty()) {
         return "--library is missing";
     }
-    const std::array given{!options.database.empty(), !options.open.empty(), !options.checkMarks.empty()};
-    const auto count = std::count(given.begin(), given.end(), true);
-    if (!options.walk && count > 0) {
+    const bool database = !options.database.empty();
+    const bool open = !options.open.empty();
+    const bool checkMarks = !options.checkMarks.empty();
+    if (!options.walk && (database || open || checkMarks)) {
         return "--database, --open and --check-marks belong to --walk";
     }
-    if (count > 1) {
-        return "--database, --open and --check-marks exclude each other";
+    if (database && (open || checkMarks)) {
+        return "--database excludes --open and --check-marks";
     }
     return {};
 }

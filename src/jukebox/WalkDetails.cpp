@@ -124,9 +124,10 @@ void Walk::selectArtist(HWND tree, std::size_t fewestAlbums)
 // With its tracks, when they are shown.
 void Walk::selectAlbum(int row)
 {
-    clickRow(inDetailsPane(kAlbums), row);
+    const HWND albums = inDetailsPane(kAlbums);
+    clickRow(albums, row);
     const HWND tracks = inDetailsPane(kAlbumTracks);
-    if (IsWindowVisible(tracks) && hasRows(tracks, kListMs)) {
+    if (rowCount(albums) > 0 && IsWindowVisible(tracks) && hasRows(tracks, kListMs)) {
         selectRows(tracks, std::array{0});
     }
     waitForCovers();

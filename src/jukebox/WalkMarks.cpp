@@ -177,6 +177,9 @@ void Walk::checkWritten(const std::string& before, bool marksDiffer) const
     if (marksDiffer && changed == 0) {
         throw StepFailed{"the marks are not in the file"};
     }
+    if (!marksDiffer) {
+        m_report.step("There is no album to mark that has not all the marks already");
+    }
     m_report.step("Written in place: " + std::to_string(changed) + " of the " + std::to_string(after.size()) +
                   " bytes of " + toUtf8(m_database) + " changed");
 }
@@ -196,10 +199,19 @@ void Walk::readMarksBack()
     selectPane(kPaneIndex, kOverviewPane);
 }
 
-// The plug-in opens it by itself.
+// The plug-in opens it by itself, unless its settings say otherwise: then we were told what to open.
 void Walk::waitForLastDatabase()
 {
     step("Waiting for the last database");
+    if (!m_options.open.empty()) {
+        waitUntilIdle();
+        if (jobState(m_log.lines()) == JobState::None) {
+            m_report.step("The plug-in opens no database by itself");
+            openDatabase(m_options.open);
+            return watchJob();
+        }
+        m_firstLine = 0; // what it has done already counts
+    }
     m_jobStart = m_lastChange = m_report.elapsedMs();
     waitFor([this] { return isJobDone(); }, kLastDatabaseMs, "the plug-in did not open its last database");
     m_report.step("The plug-in has opened its last database by itself");

@@ -96,12 +96,16 @@ void Walk::searchForArtist(HWND list, HWND criteria)
 // again comes back when the pointer does.
 void Walk::restOnAlbum(HWND list)
 {
+    const int item = std::min(rowCount(list) - 1, kRestingItem);
+    if (item < 0) {
+        m_report.step("There is no album to rest on");
+        return;
+    }
     SetForegroundWindow(m_mainWindow);
     for (int attempt = 0; attempt < kRests; ++attempt) {
-        auto middle = middleOfRow(list, std::min(rowCount(list) - 1, kRestingItem), LVIR_BOUNDS);
+        auto middle = middleOfRow(list, item, LVIR_BOUNDS);
         if (!middle) {
-            m_report.step("There is no album to rest on");
-            return;
+            break;
         }
         ClientToScreen(list, &*middle);
         SetCursorPos(middle->x, middle->y);

@@ -226,9 +226,10 @@ TEST(CommandLine, ArgumentsAreTakenOrExplained)
         {{L"--library", L"a", L"--check-marks", L"m"},
          "--database, --open and --check-marks belong to --walk"},
         {{L"--library", L"a", L"--walk", L"o", L"--open", L"x", L"--database", L"y"},
-         "--database, --open and --check-marks exclude each other"},
-        {{L"--library", L"a", L"--walk", L"o", L"--open", L"x", L"--check-marks", L"m"},
-         "--database, --open and --check-marks exclude each other"},
+         "--database excludes --open and --check-marks"},
+        {{L"--library", L"a", L"--walk", L"o", L"--check-marks", L"m", L"--database", L"y"},
+         "--database excludes --open and --check-marks"},
+        {{L"--library", L"a", L"--walk", L"o", L"--open", L"x", L"--check-marks", L"m"}, ""},
     };
     for (const auto& line : cases) {
         std::string problem;
