@@ -33,12 +33,12 @@ public:
     Descriptor& operator=(Descriptor&&) = delete;
 
     explicit operator bool() const { return m_descriptor >= 0; }
+    // By seeking, since every access names its place: asking for the status, which holds the times
+    // of the file too, makes the next write much slower.
     std::optional<std::uint64_t> size() const
     {
-        struct stat status {};
-        if (::fstat(m_descriptor, &status) != 0 || !S_ISREG(status.st_mode))
-            return std::nullopt;
-        return static_cast<std::uint64_t>(status.st_size);
+        const off_t end = ::lseek(m_descriptor, 0, SEEK_END);
+        return end < 0 ? std::nullopt : std::optional(static_cast<std::uint64_t>(end));
     }
     std::optional<std::size_t> readAt(std::uint32_t position, std::span<std::uint8_t> bytes) const
     {
