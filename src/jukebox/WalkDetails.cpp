@@ -69,10 +69,12 @@ void Walk::commandToDetails(UINT command)
     PostMessageA(childWithId(m_control, kDetailsPane), WM_COMMAND, MAKEWPARAM(command, 0), 0);
 }
 
-// Answers the tree, its roots and what is directly below the first of them open.
+// Answers the tree; its roots are open.
 HWND Walk::showTree(int tree)
 {
-    selectPane(kPaneIndex, kDetailsPane);
+    if (!IsWindowVisible(childWithId(m_control, kDetailsPane))) {
+        selectPane(kPaneIndex, kDetailsPane);
+    }
     chooseEntry(inDetailsPane(kTreeCombo), tree);
     const HWND window = inDetailsPane(kTreeLibrary + tree);
     for (const HTREEITEM root : nodesBelow(window, nullptr, kGroupsSeen)) {
