@@ -17,7 +17,6 @@ constexpr int kTreeLibrary = 2005;
 constexpr int kTreeCombo = 2009;
 constexpr int kAlbums = 2010;
 constexpr int kListCombo = 2011;
-constexpr int kAlbumInfo = 2012;
 constexpr int kAlbumTracks = 2013;
 constexpr int kPlayingNow = 2014;
 constexpr int kDetailsCombo = 2015;

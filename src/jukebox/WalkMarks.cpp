@@ -37,6 +37,7 @@ std::vector<int> rowsToMark(int count)
 {
     const int marked = std::clamp(count, 0, kPlanned);
     std::vector<int> rows;
+    rows.reserve(kPlanned);
     for (int i = 0; i < marked; ++i) {
         rows.push_back(i * count / marked);
     }
