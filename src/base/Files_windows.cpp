@@ -92,9 +92,13 @@ public:
         return openForWriting(path, CREATE_ALWAYS);
     }
 
+    // Some systems open a read-only file for those who may do everything.
     std::unique_ptr<OutputFile> openForUpdate(const std::string& path) override
     {
-        return openForWriting(path, OPEN_EXISTING);
+        const DWORD attributes = GetFileAttributesA(path.c_str());
+        const bool refused =
+            attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+        return refused ? nullptr : openForWriting(path, OPEN_EXISTING);
     }
 
     bool rename(const std::string& from, const std::string& to) override

@@ -217,8 +217,8 @@ void TesseraMain::terminate()
     m_modal->closeAll();
     m_jobs.stop();
     m_artwork.stopBackgroundLoading();
+    saveGeneralSettings(); // a box that says what is lost may be the end of the windows
     m_database.saveUnsaved(m_settings.database.lastUsed, systemFiles(), m_prompt);
-    saveGeneralSettings();
     m_fonts.destroy();
     m_panes.destroyWindows();
     freeLibrary();

@@ -51,26 +51,6 @@ protected:
     DatabaseSettings database;
 };
 
-// Stops the worker inside its host call with a given number until it is let go.
-class WorkerStop {
-public:
-    WorkerStop(HostScript& script, int call)
-    {
-        script.onCall = [this, &script, call](int number) {
-            if (number == call && GetCurrentThreadId() != script.uiThread) {
-                reached.set();
-                m_goOn.wait(10000);
-            }
-        };
-    }
-    void letGo() { m_goOn.set(); }
-
-    Event reached;
-
-private:
-    Event m_goOn;
-};
-
 TEST_F(JobsTest, NewDatabaseIsBuiltWrittenAndLoaded)
 {
     RunningPlugin plugin;
