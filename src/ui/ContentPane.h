@@ -65,7 +65,7 @@ private:
     const char* m_pszUnit;
     Commands& m_commands;
     PaneCaption m_caption;
-    UINT m_offered = 0; // command
+    UINT m_offered = 0;               // command
     mutable LONG m_captionHeight = 0; // 0: to be measured
 };
 

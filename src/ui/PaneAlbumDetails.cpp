@@ -144,7 +144,7 @@ void PaneAlbumDetails::createTrees()
     m_pcboView.setImageList(commands().smallIcons());
     for (std::size_t i = 0; i < AlbumTrees::kCount; ++i)
         m_pcboView.add(kTrees[i].text, kTrees[i].image,
-                       static_cast<LPARAM>(controlId::kTreeLibrary + static_cast<int>(i)));
+                       LPARAM{controlId::kTreeLibrary} + static_cast<LPARAM>(i));
     m_pcboView.makeRoomForList();
     createLines(m_psepView, controlId::kSeparatorFirst, {"m_psepView", "m_psepView2"});
     m_trees.create(handle());
@@ -206,7 +206,8 @@ void PaneAlbumDetails::createTrackDetails()
                 {"m_psepTrackDetails", "m_psepTrackDetails2"});
 }
 
-void PaneAlbumDetails::createLines(std::array<Static, 2>& lines, UINT id, const char* const (&names)[2])
+void PaneAlbumDetails::createLines(std::array<Static, 2>& lines, UINT id,
+                                   const std::array<const char*, 2>& names)
 {
     for (std::size_t i = 0; i < lines.size(); ++i) {
         if (!lines[i].create(handle(), id + static_cast<UINT>(i), {}, "", SS_ETCHEDHORZ))

@@ -70,7 +70,7 @@ private:
     void createAlbumList();
     void createLists();
     void createTrackDetails();
-    void createLines(std::array<Static, 2>& lines, UINT id, const char* const (&names)[2]);
+    void createLines(std::array<Static, 2>& lines, UINT id, const std::array<const char*, 2>& names);
     void createBars();
     void layoutContent(const RECT& content) override;
     RECT layoutStrip(const Strip& strip, const RECT& area);

@@ -1,9 +1,6 @@
 #include "windowing/TreeView.h"
 
 #include "windowing/Drawing.h"
-
-#include <cstring>
-
 namespace tessera {
 
 bool TreeView::create(HWND parent, UINT id, const RECT& place, DWORD style, DWORD extended)
@@ -130,9 +127,12 @@ HTREEITEM TreeView::itemAt(POINT screen) const
 
 RECT TreeView::itemRect(HTREEITEM item) const
 {
-    RECT place{};
-    std::memcpy(&place, &item, sizeof item);
-    send(TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&place));
+    union {
+        HTREEITEM asked;
+        RECT place;
+    } question{item};
+    send(TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&question));
+    RECT place = question.place;
     MapWindowPoints(m_handle, nullptr, reinterpret_cast<POINT*>(&place), 2);
     return place;
 }
