@@ -1,6 +1,7 @@
 #include "windowing/TreeView.h"
 
 #include "windowing/Drawing.h"
+
 namespace tessera {
 
 bool TreeView::create(HWND parent, UINT id, const RECT& place, DWORD style, DWORD extended)
