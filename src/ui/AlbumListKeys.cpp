@@ -33,7 +33,7 @@ Handled AlbumList::onKeyDown(const Message& message)
         notifyParent(NM_RETURN);
         return 0;
     case 'A':
-        if (!isDown(VK_CONTROL))
+        if (!isDown(VK_CONTROL) || isDown(VK_MENU)) // both together type a character
             return kDefault;
         m_lvw.select(-1);
         return 0;
@@ -62,14 +62,15 @@ void AlbumList::menuAtItem()
     if (item < 0)
         return;
     m_lvw.makeVisible(item);
-    RECT client = m_lvw.clientRect();
-    MapWindowPoints(m_lvw.handle(), nullptr, reinterpret_cast<POINT*>(&client), 2);
-    const RECT whole = itemRect(item);
+    RECT whole{LVIR_BOUNDS, 0, 0, 0};
+    m_lvw.send(LVM_GETITEMRECT, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(&whole));
+    const RECT client = m_lvw.clientRect();
     RECT place{};
     if (!IntersectRect(&place, &whole, &client)) // a row may be wider than the list
         place = whole;
-    SetCursorPos(static_cast<int>(place.right) - kPointerInset,
-                 static_cast<int>(place.bottom) - kPointerInset);
+    POINT pointer{place.right - kPointerInset, place.bottom - kPointerInset};
+    ClientToScreen(m_lvw.handle(), &pointer);
+    SetCursorPos(static_cast<int>(pointer.x), static_cast<int>(pointer.y));
     notifyParent(NM_RCLICK);
 }
 

@@ -8,11 +8,13 @@ namespace tessera {
 namespace {
 
 constexpr WORD kFromAccelerator = 1;
+constexpr unsigned kAlt = 4; // no command's: with the control key it types a character
 
 unsigned heldModifiers()
 {
     const auto held = [](int key, unsigned bit) { return GetKeyState(key) < 0 ? bit : 0U; };
-    return held(VK_CONTROL, CommandKeys::kControl) | held(VK_SHIFT, CommandKeys::kShift);
+    return held(VK_CONTROL, CommandKeys::kControl) | held(VK_SHIFT, CommandKeys::kShift) |
+           held(VK_MENU, kAlt);
 }
 
 } // namespace

@@ -317,13 +317,48 @@ TEST_F(PaneOverviewTest, ApplicationsKeyMovesThePointerToTheItem)
     m_commands.busy = true; // no menu, only what comes before it
     list().setFocused(1);
     key(list().handle(), VK_APPS);
-    const RECT item = m_pane->albumList().itemRect(1);
-    POINT cursor{};
-    RECT client = list().clientRect();
-    MapWindowPoints(list().handle(), nullptr, reinterpret_cast<POINT*>(&client), 2);
-    GetCursorPos(&cursor);
-    EXPECT_EQ(cursor.y, item.bottom - 30);
-    EXPECT_EQ(cursor.x, client.right - 30) << "a row may be wider than the list";
+    const auto pointer = [&] {
+        POINT place{};
+        GetCursorPos(&place);
+        ScreenToClient(list().handle(), &place);
+        return place;
+    };
+    const auto bounds = [&] {
+        RECT rect{LVIR_BOUNDS, 0, 0, 0};
+        list().send(LVM_GETITEMRECT, 1, reinterpret_cast<LPARAM>(&rect));
+        return rect;
+    };
+    EXPECT_EQ(pointer().y, bounds().bottom - 30);
+    EXPECT_EQ(pointer().x, list().clientRect().right - 30) << "a row may be wider than the list";
+    for (const ListStyle style : {ListStyle::Icons, ListStyle::Tiles}) {
+        m_pane->setView(style);
+        key(list().handle(), VK_APPS);
+        EXPECT_EQ(pointer().x, bounds().right - 30);
+        EXPECT_EQ(pointer().y, bounds().bottom - 30);
+    }
+}
+
+// Some keyboards type letters with the right Alt key, which counts as Ctrl and Alt.
+TEST_F(PaneOverviewTest, LettersTypedWithAltGrAreNoCommands)
+{
+    open();
+    type("early");
+    box().select(5, 5);
+    SetFocus(box().handle());
+    BYTE keys[256] = {};
+    GetKeyboardState(keys);
+    const BYTE before[] = {keys[VK_CONTROL], keys[VK_MENU]};
+    keys[VK_CONTROL] = keys[VK_MENU] = 0x80;
+    SetKeyboardState(keys);
+    key(box().handle(), 'A');
+    SendMessageA(box().handle(), WM_CHAR, '\xB9', 1);
+    key(list().handle(), 'A');
+    keys[VK_CONTROL] = before[0];
+    keys[VK_MENU] = before[1];
+    SetKeyboardState(keys);
+    EXPECT_EQ(box().text(), "early\xB9");
+    type("");
+    EXPECT_EQ(list().nextSelected(), -1);
 }
 
 TEST_F(PaneOverviewTest, WheelStepsTheIconSize)
