@@ -116,10 +116,11 @@ public:
     using Scripted::Scripted;
     static std::span<const DispatchEntry<FakePlaylist>> members()
     {
-        static const std::array<DispatchEntry<FakePlaylist>, 5> kMembers{{
+        static const std::array<DispatchEntry<FakePlaylist>, 6> kMembers{{
             {1, DISPATCH_PROPERTYPUT, L"Position", &FakePlaylist::setPosition},
             {1, DISPATCH_PROPERTYGET, L"Position", &FakePlaylist::position},
             {4, DISPATCH_METHOD, L"Count", &FakePlaylist::count},
+            {5, DISPATCH_METHOD, L"File", &FakePlaylist::file},
             {6, DISPATCH_METHOD, L"Clear", &FakePlaylist::clear},
             {8, DISPATCH_METHOD, L"Add", &FakePlaylist::add},
         }};
@@ -138,6 +139,11 @@ private:
     }
     Variant position(const DispatchCall&) { return 3; }
     Variant count(const DispatchCall&) { return noted("count", 5); }
+    Variant file(const DispatchCall& call)
+    {
+        const auto index = static_cast<std::size_t>(call.argument(0).number());
+        return makeObject<FakeFile>(m_script, m_script->tracks.at(index));
+    }
     Variant clear(const DispatchCall&) { return noted("clear"); }
     Variant add(const DispatchCall& call)
     {

@@ -471,11 +471,11 @@ TEST_F(MarksTest, NothingIsMarkedWhileAJobRuns)
     }
 }
 
-// The host ends the plug-in inside any call that playing makes.
+// Inside the calls that playing makes, and those of the list of what plays then.
 TEST_F(MarksTest, TheHostMayEndThePlugInWhileAlbumsArePlayed)
 {
     int total = 0;
-    for (int call = 0; call <= total; ++call) {
+    for (int call = 0; call <= total; call += call < 12 ? 1 : 5) {
         start(smallLibrary());
         SendMessageA(GetDlgItem(pane(), controlId::kAlbumInfoCombo), CB_SETCURSEL, 2, 0);
         SendMessageA(pane(), WM_COMMAND, MAKEWPARAM(controlId::kAlbumInfoCombo, CBN_SELCHANGE),
@@ -502,31 +502,92 @@ TEST_F(MarksTest, TheHostMayEndThePlugInWhileAlbumsArePlayed)
     }
 }
 
-// A menu or a dialog that is open when the database goes is gone with it.
-TEST_F(MarksTest, AMenuIsClosedWhenTheDatabaseChanges)
+// What happens to a menu that is open when the database goes, or all of the plug-in.
+class MarksMenuTest : public MarksTest {
+protected:
+    MarksMenuTest() { g_whileMenuIsOpen = nullptr; }
+    ~MarksMenuTest() override { g_whileMenuIsOpen = nullptr; }
+
+    // True when the menu came up.
+    bool openMenuAnd(const std::function<void()>& action)
+    {
+        int ticks = 0;
+        g_whileMenuIsOpen = [&] {
+            if (ticks++ == 0)
+                action();
+        };
+        const UINT_PTR timer = SetTimer(nullptr, 0, 20, &lookForMenu);
+        NMITEMACTIVATE header{};
+        header.hdr = {list().handle(), controlId::kDetailsAlbums, static_cast<UINT>(NM_RCLICK)};
+        SendMessageA(pane(), WM_NOTIFY, header.hdr.idFrom, reinterpret_cast<LPARAM>(&header));
+        KillTimer(nullptr, timer);
+        return ticks > 0;
+    }
+};
+
+TEST_F(MarksMenuTest, ItIsClosedWhenTheDatabaseChanges)
 {
     start();
     chooseRows({"Album 2"});
-    int ticks = 0;
-    g_whileMenuIsOpen = [&] {
-        if (ticks++ == 0) {
-            plugin->boxes.onDialog = walkWizard;
-            plugin->command(commandId::kNewDatabase);
-        }
-    };
-    const UINT_PTR timer = SetTimer(nullptr, 0, 20, &lookForMenu);
-    NMITEMACTIVATE header{};
-    header.hdr = {list().handle(), controlId::kDetailsAlbums, static_cast<UINT>(NM_RCLICK)};
-    SendMessageA(pane(), WM_NOTIFY, header.hdr.idFrom, reinterpret_cast<LPARAM>(&header));
-    KillTimer(nullptr, timer);
-    g_whileMenuIsOpen = nullptr;
-    EXPECT_GT(ticks, 0);
+    EXPECT_TRUE(openMenuAnd([&] {
+        plugin->boxes.onDialog = walkWizard;
+        plugin->command(commandId::kNewDatabase);
+    }));
     ASSERT_TRUE(plugin->waitForJob());
     EXPECT_TRUE(plugin->logged("Creating Database"));
     EXPECT_FALSE(menuIsOpen());
     chooseAll();
     EXPECT_EQ(list().count(), 6);
     EXPECT_TRUE(file() == model);
+}
+
+TEST_F(MarksMenuTest, ThePlugInMayEndWhileItIsOpen)
+{
+    for (const bool wholeControl : {false, true}) {
+        start();
+        chooseRows({"Album 2"});
+        EXPECT_TRUE(openMenuAnd([&] {
+            plugin->stop();
+            if (wholeControl) {
+                plugin->container.drop();
+                plugin->control.reset();
+            }
+        }));
+        plugin->container.pumpFor(60);
+        EXPECT_FALSE(menuIsOpen());
+        EXPECT_EQ(plugin->script->live, 1);
+        plugin->container.drop();
+        plugin->control.reset();
+        plugin->container.pumpFor(60);
+        EXPECT_TRUE(plugin->module.canUnload());
+        plugin.reset();
+    }
+}
+
+// A library that cannot be loaded leaves nothing of the one before.
+TEST_F(MarksTest, AfterALoadThatFailsThereAreTheRootsOnly)
+{
+    start();
+    tree().expand(tree().root());
+    chooseRows({"Album 2"});
+    plugin->script->knowsFiles = false;
+    ASSERT_TRUE(plugin->create());
+    EXPECT_EQ(plugin->boxes.texts.size(), 1u);
+    for (int id = controlId::kTreeLibrary; id <= controlId::kTreeCompleted; ++id) {
+        EXPECT_EQ(tree(id).count(), 3);
+        EXPECT_EQ(tree(id).selection(), nullptr);
+        for (HTREEITEM root = tree(id).root(); root; root = tree(id).next(root))
+            tree(id).select(root);
+    }
+    settle();
+    EXPECT_EQ(list().count(), 0);
+    for (const int id : {albumCommand::kFavourite, albumCommand::kPlay, albumCommand::kGoToDirectory})
+        command(id);
+    EXPECT_TRUE(file() == model);
+    plugin->script->knowsFiles = true;
+    ASSERT_TRUE(plugin->create());
+    EXPECT_EQ(leaves(tree()), 6);
+    EXPECT_TRUE(tree().expanded(tree().root()));
 }
 
 TEST_F(MarksTest, TheDateDialogKeepsTheDatabaseAndMarksWhenItIsDone)
