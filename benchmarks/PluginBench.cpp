@@ -22,6 +22,36 @@ namespace {
 
 constexpr DWORD kLongest = 600000; // milliseconds that a job may take
 
+// Time that this thread has run, in milliseconds; waiting for a core does not count.
+double ownTime()
+{
+    FILETIME created;
+    FILETIME ended;
+    FILETIME kernel;
+    FILETIME user;
+    require(GetThreadTimes(GetCurrentThread(), &created, &ended, &kernel, &user) != FALSE,
+            "the system does not tell a thread's time");
+    const auto ticks = [](const FILETIME& time) { // of 100 ns
+        return static_cast<double>(std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime);
+    };
+    return (ticks(kernel) + ticks(user)) / 10000;
+}
+
+struct Gap {
+    double all = 0; // milliseconds
+    double own = 0; // of this thread, as finely as the system tells
+};
+
+Gap worst(const Gap& left, const Gap& right)
+{
+    return {std::max(left.all, right.all), std::max(left.own, right.own)};
+}
+
+Gap best(const Gap& left, const Gap& right)
+{
+    return {std::min(left.all, right.all), std::min(left.own, right.own)};
+}
+
 // A 20 ms timer of this thread, which is the user interface's: how long it is kept waiting.
 class GapWatch {
 public:
@@ -34,8 +64,8 @@ public:
     GapWatch(const GapWatch&) = delete;
     GapWatch& operator=(const GapWatch&) = delete;
 
-    // Milliseconds; time up to now counts.
-    double longest() const { return std::max(m_longest, millisecondsSince(m_last)); }
+    // Time up to now counts.
+    Gap longest() const { return worst(m_longest, {millisecondsSince(m_last), ownTime() - m_lastOwn}); }
 
 private:
     static void CALLBACK tick(HWND, UINT, UINT_PTR, DWORD)
@@ -44,12 +74,14 @@ private:
             return;
         g_watch->m_longest = g_watch->longest();
         g_watch->m_last = Clock::now();
+        g_watch->m_lastOwn = ownTime();
     }
 
     static GapWatch* g_watch;
     UINT_PTR m_timer;
     Clock::time_point m_last = Clock::now();
-    double m_longest = 0;
+    double m_lastOwn = ownTime();
+    Gap m_longest;
 };
 GapWatch* GapWatch::g_watch = nullptr;
 
@@ -79,8 +111,8 @@ void requireLoaded(const HostedPlugin& plugin, std::size_t loads)
 // What one run of the plug-in shows, in milliseconds and megabytes.
 struct Figures {
     double memory = 0;
-    double loadGap = 0;
-    double buildGap = 0;
+    Gap loadGap;
+    Gap buildGap;
     double build = 0;
 };
 
@@ -174,21 +206,21 @@ Figures bestOfRuns(const GeneratedLibrary& library)
 {
     constexpr int kRuns = 5;
     const auto tracks = std::make_shared<StubTracks>();
-    Figures best;
+    Figures bests;
     for (int run = 0; run < kRuns; ++run) {
         Figures figures;
         HostedPlugin plugin(makeStubHost(tracks));
         watchLoad(plugin, figures);
         if (run == 0) {
             tracks->fill(library);
-            best = figures;
+            bests = figures;
         }
         watchBuild(plugin, figures);
-        best.loadGap = std::min(best.loadGap, figures.loadGap);
-        best.buildGap = run == 0 ? figures.buildGap : std::min(best.buildGap, figures.buildGap);
-        best.build = run == 0 ? figures.build : std::min(best.build, figures.build);
+        bests.loadGap = best(bests.loadGap, figures.loadGap);
+        bests.buildGap = run == 0 ? figures.buildGap : best(bests.buildGap, figures.buildGap);
+        bests.build = run == 0 ? figures.build : std::min(bests.build, figures.build);
     }
-    return best;
+    return bests;
 }
 
 } // namespace
@@ -201,12 +233,14 @@ int main()
     const GeneratedLibrary library(shapeOf(100000));
     library.writeFile(file);
     storeSettings(file);
-    const Figures best = bestOfRuns(library);
+    const Figures bests = bestOfRuns(library);
     forgetSettings();
-    report({"growth of private memory, Init and load", best.memory, "MB", std::nullopt, 40.0});
-    report({"longest gap of a 20 ms timer, load", best.loadGap, "ms", std::nullopt, 100.0});
-    report({"longest gap of a 20 ms timer, build and load", best.buildGap, "ms", std::nullopt, 100.0});
-    report({"build without covers, the whole plug-in", best.build, "ms"});
-    report({"100,000 progress reports, against that build", progressTime(), "ms", best.build, 0.01});
+    report({"growth of private memory, Init and load", bests.memory, "MB", std::nullopt, 40.0});
+    report({"longest gap of a 20 ms timer, load", bests.loadGap.all, "ms", std::nullopt, 100.0});
+    report({"  most of the thread's own time in a gap", bests.loadGap.own, "ms"});
+    report({"longest gap of a 20 ms timer, build and load", bests.buildGap.all, "ms", std::nullopt, 100.0});
+    report({"  most of the thread's own time in a gap, build and load", bests.buildGap.own, "ms"});
+    report({"build without covers, the whole plug-in", bests.build, "ms"});
+    report({"100,000 progress reports, against that build", progressTime(), "ms", bests.build, 0.01});
     return 0;
 }

@@ -93,7 +93,9 @@ std::string trackCountText(std::size_t count)
 
 void rebuildColumnTexts(Album& album)
 {
-    album.columnTexts = {
+    if (!album.columnTexts)
+        album.columnTexts = std::make_unique<ColumnTexts>();
+    *album.columnTexts = {
         album.displayTitle,
         album.artist ? album.artist->displayName : std::string(),
         number(album.tracks.size()),
@@ -114,11 +116,11 @@ void rebuildColumnTexts(Album& album)
     album.columnTextsValid = true;
 }
 
-const std::array<std::string, kColumnCount>& columnTexts(Album& album)
+const ColumnTexts& columnTexts(Album& album)
 {
     if (!album.columnTextsValid)
         rebuildColumnTexts(album);
-    return album.columnTexts;
+    return *album.columnTexts;
 }
 
 } // namespace tessera

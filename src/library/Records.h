@@ -34,6 +34,7 @@ enum AlbumFlag : std::uint32_t {
 };
 
 inline constexpr std::size_t kColumnCount = 16;
+using ColumnTexts = std::array<std::string, kColumnCount>; // of the album list
 
 struct Album {
     std::int32_t id = 0;
@@ -57,7 +58,7 @@ struct Album {
     std::int32_t rank = 0;        // 0: not ranked
     std::int32_t newDate = 0;     // YYYYMMDD, 0: none
     bool columnTextsValid = false;
-    std::array<std::string, kColumnCount> columnTexts;
+    std::unique_ptr<ColumnTexts> columnTexts; // none until they are asked for
 
     bool has(AlbumFlag flag) const { return (flags & flag) != 0; }
     void set(AlbumFlag flag, bool on)
@@ -108,6 +109,6 @@ std::string trackCountText(std::size_t count);
 // Rebuilds the sixteen texts of the album list's columns and marks them valid.
 void rebuildColumnTexts(Album& album);
 // The texts, rebuilt first when they are stale.
-const std::array<std::string, kColumnCount>& columnTexts(Album& album);
+const ColumnTexts& columnTexts(Album& album);
 
 } // namespace tessera

@@ -80,6 +80,9 @@ void nameThisThread(const std::string& name)
     }
 }
 
+// As much as most programs reserve. By default it is the host's choice, and some systems commit all of it.
+constexpr unsigned kStackSize = 1024 * 1024;
+
 unsigned __stdcall runThread(void* argument) noexcept
 {
     threadBorder([argument] {
@@ -96,7 +99,8 @@ Thread::Thread(const std::string& name, std::function<void()> work)
 {
     auto start = std::make_unique<Start>(Start{name, std::move(work)});
     unsigned id = 0;
-    m_handle.reset(reinterpret_cast<HANDLE>(_beginthreadex(nullptr, 0, &runThread, start.get(), 0, &id)));
+    m_handle.reset(reinterpret_cast<HANDLE>(_beginthreadex(nullptr, kStackSize, &runThread, start.get(),
+                                                           STACK_SIZE_PARAM_IS_A_RESERVATION, &id)));
     if (!m_handle) {
         throw std::bad_alloc();
     }

@@ -160,6 +160,8 @@ void AlbumTree::listOuter()
     next = {};
     next.places = std::move(groups.places);
     next.leaves.resize(next.places.size());
+    next.outer.reserve(groups.outer.size());
+    next.inner.reserve(groups.inner.size());
     for (const AlbumGroup& group : groups.outer)
         next.outer.push_back({group});
     for (const AlbumGroup& group : groups.inner)

@@ -39,8 +39,8 @@ TEST_F(Update, WritesTheSettingsAndNothingElse)
     EXPECT_EQ(file(), rig.written());
     EXPECT_NE(file(), sampleDatabase());
     EXPECT_TRUE(first->columnTextsValid);
-    EXPECT_EQ(first->columnTexts[10], "9");
-    EXPECT_EQ(first->columnTexts[11], "Yes");
+    EXPECT_EQ(columnTexts(*first)[10], "9");
+    EXPECT_EQ(columnTexts(*first)[11], "Yes");
 }
 
 TEST_F(Update, AnotherRecordStopsEverything)
