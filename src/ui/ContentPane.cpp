@@ -2,6 +2,7 @@
 
 #include "base/Errors.h"
 #include "ui/Commands.h"
+#include "ui/ids.h"
 #include "windowing/Drawing.h"
 #include "windowing/ListView.h"
 
@@ -42,7 +43,7 @@ ContentPane::ContentPane(int id, const char* unit, const std::string& title, Com
 
 std::span<const MapEntry<ContentPane>> ContentPane::messageMap()
 {
-    static constexpr std::array<MapEntry<ContentPane>, 8> kMap{{
+    static constexpr std::array<MapEntry<ContentPane>, 9> kMap{{
         {kActivateMessage, &ContentPane::onActivate},
         {WM_SIZE, &ContentPane::onSize},
         {WM_ERASEBKGND, &ContentPane::onErase},
@@ -51,6 +52,7 @@ std::span<const MapEntry<ContentPane>> ContentPane::messageMap()
         {WM_LBUTTONDOWN, &ContentPane::onClick},
         {WM_RBUTTONUP, &ContentPane::onRightButtonUp},
         {WM_SETCURSOR, &ContentPane::onSetCursor},
+        {WM_DRAWITEM, &ContentPane::onDrawItem},
     }};
     return kMap;
 }
@@ -67,6 +69,7 @@ bool ContentPane::createWindow(HWND parent)
 void ContentPane::settingsChanged()
 {
     m_captionHeight = 0;
+    layoutStatus();
     layoutContent(contentRect());
     InvalidateRect(handle(), nullptr, FALSE);
 }
@@ -81,14 +84,26 @@ void ContentPane::setStatus(const std::string& status)
     if (status == m_caption.status)
         return;
     m_caption.status = status;
-    const RECT bar = captionRect();
-    InvalidateRect(handle(), &bar, FALSE);
+    if (!m_lblStatus && m_lblStatus.create(handle(), controlId::kStatus, {}, status, SS_OWNERDRAW))
+        layoutStatus();
+    m_lblStatus.setText(status);
+    m_lblStatus.invalidate(false);
+}
+
+void ContentPane::layoutStatus()
+{
+    if (!m_lblStatus)
+        return;
+    const WindowDc dc(handle());
+    m_lblStatus.move(m_caption.statusPlace(dc.dc(), captionRect(), m_commands));
+    m_lblStatus.invalidate(false);
 }
 
 void ContentPane::setOffer(const std::string& offer, UINT command)
 {
     m_caption.offer = offer;
     m_offered = command;
+    layoutStatus();
     const RECT bar = captionRect();
     InvalidateRect(handle(), &bar, FALSE);
 }
@@ -138,6 +153,7 @@ void ContentPane::hidePane()
 
 Handled ContentPane::onSize(const Message&)
 {
+    layoutStatus();
     layoutContent(contentRect());
     InvalidateRect(handle(), nullptr, FALSE);
     return 0;
@@ -158,6 +174,16 @@ Handled ContentPane::onPaint(const Message&)
     paintContent(buffer.dc(), content);
     m_caption.draw(buffer.dc(), captionRect(), m_commands);
     return 0;
+}
+
+Handled ContentPane::onDrawItem(const Message& message)
+{
+    const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(message.lParam);
+    if (item.CtlID != controlId::kStatus || item.hwndItem != m_lblStatus.handle())
+        return kDefault;
+    const DoubleBuffer buffer(item.hDC, item.rcItem);
+    m_caption.drawStatus(buffer.dc(), item.rcItem, m_commands);
+    return TRUE;
 }
 
 Handled ContentPane::onClick(const Message& message)

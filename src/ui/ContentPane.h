@@ -2,6 +2,7 @@
 
 #include "ui/Pane.h"
 #include "ui/PaneCaption.h"
+#include "windowing/Control.h"
 #include "windowing/Menu.h"
 #include "windowing/Window.h"
 
@@ -31,6 +32,7 @@ protected:
     // Raises the assertion of the unit when the window cannot be had.
     bool createWindow(HWND parent);
     Commands& commands() const { return m_commands; }
+    // In a line of the caption, which is a control of its own so that others can read it.
     void setStatus(const std::string& status);
     // The title opens captionMenu.
     void showCaptionMenuMark() { m_caption.hasMenu = true; }
@@ -54,10 +56,12 @@ private:
     Handled onClick(const Message& message);
     Handled onRightButtonUp(const Message& message);
     Handled onSetCursor(const Message& message);
+    Handled onDrawItem(const Message& message);
     enum class CaptionPart { None, Bar, Title, Offer };
     CaptionPart captionPartAt(POINT place) const;
     void openCaptionMenu();
     RECT captionRect() const;
+    void layoutStatus();
     void showPane();
     void hidePane();
 
@@ -65,6 +69,7 @@ private:
     const char* m_pszUnit;
     Commands& m_commands;
     PaneCaption m_caption;
+    Static m_lblStatus;               // not there before there is a status
     UINT m_offered = 0;               // command
     mutable LONG m_captionHeight = 0; // 0: to be measured
 };

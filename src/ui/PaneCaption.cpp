@@ -36,6 +36,11 @@ void drawText(HDC dc, HFONT font, const std::string& text, const RECT& place, UI
     drawLine(dc, text, place, align | DT_VCENTER);
 }
 
+COLORREF faceOf(Commands& commands)
+{
+    return mixed(commands.frameFace(), RGB(0, 0, 0), 45);
+}
+
 void drawEdge(HDC dc, const RECT& bar, COLORREF colour)
 {
     fillRect(dc, {bar.left, bar.bottom - 1, bar.right, bar.bottom}, colour);
@@ -80,10 +85,21 @@ RECT PaneCaption::offerPlace(HDC dc, const RECT& bar, const Commands& commands) 
     return place;
 }
 
+// Above the bar's edge. It may not run into what is left of it, however long it is.
+RECT PaneCaption::statusPlace(HDC dc, const RECT& bar, const Commands& commands) const
+{
+    const RECT link = offerPlace(dc, bar, commands);
+    RECT place{link.right + (link.left < link.right ? scaled(kGap, dc) : 0), bar.top,
+               bar.right - scaled(kSidePadding, dc), bar.bottom - 1};
+    place.right = std::max(place.left, place.right);
+    place.bottom = std::max(place.top, place.bottom);
+    return place;
+}
+
 void PaneCaption::draw(HDC dc, const RECT& bar, Commands& commands) const
 {
     const DcScope restore(dc);
-    const COLORREF face = mixed(commands.frameFace(), RGB(0, 0, 0), 45);
+    const COLORREF face = faceOf(commands);
     fillRect(dc, bar, face);
     drawEdge(dc, bar, mixed(face, RGB(0, 0, 0), 35));
     SetBkMode(dc, TRANSPARENT);
@@ -99,12 +115,17 @@ void PaneCaption::draw(HDC dc, const RECT& bar, Commands& commands) const
         const LONG line = (link.top + link.bottom + lineHeight(commands.comboFont())) / 2 - 1;
         fillRect(dc, {link.left, line, link.right, line + 1}, readableOn(face));
     }
-    // The status may not run into what is left of it, however long it is.
-    RECT place = bar;
-    place.left = link.right + (link.left < link.right ? scaled(kGap, dc) : 0);
-    place.right -= scaled(kSidePadding, dc);
-    if (place.left < place.right)
-        drawText(dc, commands.comboFont(), status, place, DT_RIGHT);
+}
+
+void PaneCaption::drawStatus(HDC dc, const RECT& place, Commands& commands) const
+{
+    const DcScope restore(dc);
+    const COLORREF face = faceOf(commands);
+    fillRect(dc, place, face);
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, readableOn(face));
+    drawText(dc, commands.comboFont(), status, {place.left, place.top, place.right, place.bottom + 1},
+             DT_RIGHT);
 }
 
 } // namespace tessera

@@ -17,10 +17,13 @@ struct PaneCaption {
 
     // In pixels.
     int height(const Commands& commands) const;
+    // All but the status.
     void draw(HDC dc, const RECT& bar, Commands& commands) const;
-    // Where the title with its mark stands, and the offer; empty when it does not.
+    void drawStatus(HDC dc, const RECT& place, Commands& commands) const;
+    // Where the title with its mark stands, the offer and the status; empty when it does not.
     RECT titlePlace(HDC dc, const RECT& bar, const Commands& commands) const;
     RECT offerPlace(HDC dc, const RECT& bar, const Commands& commands) const;
+    RECT statusPlace(HDC dc, const RECT& bar, const Commands& commands) const;
 };
 
 } // namespace tessera

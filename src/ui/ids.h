@@ -10,6 +10,7 @@ inline constexpr int kViewCombo = 1;      // "Go To"
 inline constexpr int kImageSizeCombo = 2; // "Icon Image Size"
 inline constexpr int kMainToolbar = 3;
 inline constexpr int kMainRebar = 4;
+inline constexpr int kStatus = 5; // of a pane with a status text
 inline constexpr int kOverviewList = 1001;
 inline constexpr int kSearchLabel = 1002;
 inline constexpr int kCriteria = 1003;

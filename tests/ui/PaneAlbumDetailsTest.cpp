@@ -332,7 +332,7 @@ TEST_F(PaneAlbumDetailsTest, WithoutAlbumsThereIsOnlyTheInvitation)
     open();
     EXPECT_EQ(pane->status(), "Nothing Selected");
     for (HWND each = GetWindow(pane->window(), GW_CHILD); each; each = GetWindow(each, GW_HWNDNEXT))
-        EXPECT_FALSE(IsWindowVisible(each)) << GetDlgCtrlID(each);
+        EXPECT_EQ(IsWindowVisible(each) != 0, GetDlgCtrlID(each) == controlId::kStatus) << GetDlgCtrlID(each);
     RedrawWindow(pane->window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW);
     const WindowDc dc(pane->window());
     int drawn = 0;

@@ -2,6 +2,7 @@
 #include "windowing/FileDrag.h"
 
 #include <algorithm>
+#include <set>
 #include <shlobj.h>
 
 namespace tessera {
@@ -91,6 +92,30 @@ TEST_F(PaneOverviewTest, StatusFollowsTheSelection)
     EXPECT_EQ(m_pane->status(), "Multiple Selection: 4 of 4");
     list().select(-1, false);
     EXPECT_EQ(m_pane->status(), "Qualified Albums: 4 out of 4");
+}
+
+// Others read the status line, too, so it is a control with that text.
+TEST_F(PaneOverviewTest, StatusLineIsAControlInTheCaption)
+{
+    open();
+    const Control line(child(controlId::kStatus));
+    EXPECT_TRUE(IsWindowVisible(line.handle()));
+    EXPECT_EQ(line.text(), "Qualified Albums: 4 out of 4");
+    selectOnly({2});
+    EXPECT_EQ(line.text(), "Rock & Roll - 3 of 4");
+    EXPECT_EQ(line.rect().top, 0);
+    EXPECT_LT(line.rect().right, 900);
+    EXPECT_LE(line.rect().bottom, box().rect().top);
+    pixel(0, 0);
+    const WindowDc dc(line.handle());
+    std::set<COLORREF> colours;
+    for (int x = line.clientRect().right - 60; x < line.clientRect().right; ++x)
+        for (int y = 3; y < line.clientRect().bottom - 3; ++y)
+            colours.insert(GetPixel(dc.dc(), x, y));
+    EXPECT_GT(colours.size(), 1u) << "right-aligned text";
+    MoveWindow(m_pane->window(), 0, 0, 400, 600, TRUE);
+    EXPECT_LT(line.rect().right, 400);
+    EXPECT_EQ(SendMessageA(line.handle(), WM_NCHITTEST, 0, 0), HTTRANSPARENT) << "clicks are the pane's";
 }
 
 TEST_F(PaneOverviewTest, SameResultLeavesSelectionAlone)
