@@ -78,19 +78,20 @@ std::int32_t DatabaseJob::locateArtwork(Library& library, JobContext& context) c
 }
 
 // A request owns the job, and with it the log, for the time that nobody waits for it any more.
-// Between the turns the user's messages and timers are handled.
+// Behind each turn the user's messages, paint and timers are handled: they come last in the queue.
 void DatabaseJob::fillViews()
 {
+    constexpr DWORD kPause = 5; // milliseconds
     const auto more = std::make_shared<bool>(true);
-    bool answered =
-        m_parts.queue.ask([job = shared_from_this()] { job->m_parts.views.beginFill(*job->m_log); });
-    while (answered && *more) {
-        Sleep(1);
-        answered =
-            m_parts.queue.ask([job = shared_from_this(), more] { *more = job->m_parts.views.stepFill(); });
-    }
-    if (!answered) {
-        throw Cancelled();
+    const auto turn = [&](auto work) {
+        if (!m_parts.queue.ask([job = shared_from_this(), work] { work(*job); })) {
+            throw Cancelled();
+        }
+        Sleep(kPause);
+    };
+    turn([](DatabaseJob& job) { job.m_parts.views.beginFill(*job.m_log); });
+    while (*more) {
+        turn([more](DatabaseJob& job) { *more = job.m_parts.views.stepFill(); });
     }
 }
 

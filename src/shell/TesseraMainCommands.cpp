@@ -286,6 +286,7 @@ void TesseraMain::beginFill(Log& log)
     }
     log.line("Loading treeview");
     m_catalogue.fill(library());
+    m_detailsFilled = false;
     m_paneAlbumDetails->beginRebuild(log);
 }
 
@@ -294,11 +295,12 @@ bool TesseraMain::stepFill()
     if (m_terminating) {
         return false;
     }
-    if (m_paneAlbumDetails->stepRebuild()) {
-        return true;
+    if (m_detailsFilled) {
+        m_paneOverview->reload();
+        return false;
     }
-    m_paneOverview->reload();
-    return false;
+    m_detailsFilled = !m_paneAlbumDetails->stepRebuild();
+    return true;
 }
 
 // The remembered pane stays what is saved while the log is in front.

@@ -40,6 +40,7 @@ public:
     // lives as long.
     void begin(TreeRebuild kind, Log& log);
     bool step(std::chrono::milliseconds turn);
+    bool isDone() const { return m_current == kCount; }
     // The records are about to go. What the controls show stays until the next rebuild, which must
     // follow even when no library does.
     void release();

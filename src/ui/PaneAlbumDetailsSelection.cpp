@@ -47,10 +47,12 @@ void PaneAlbumDetails::beginRebuild(Log& log)
 
 bool PaneAlbumDetails::stepRebuild()
 {
-    if (m_trees.step(kTurn))
-        return true;
-    afterRebuild();
-    return false;
+    if (m_trees.isDone()) {
+        afterRebuild();
+        return false;
+    }
+    m_trees.step(kTurn);
+    return true;
 }
 
 // There is nothing to sort without albums, and so nothing to tell.
