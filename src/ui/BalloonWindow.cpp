@@ -206,9 +206,10 @@ bool BalloonWindow::createBalloon(HWND owner, const std::string& title, const st
         m_place = placeBalloon(size, item, anchor, work, scaled(kStem, screen.dc()));
     }
     m_hasShadow = (options & kBalloonShadow) != 0;
-    if (!createShaped(owner, m_place)) {
+    const std::string text = title + '\n' + body;
+    if (!createShaped(owner, m_place, text)) {
         m_hasShadow = false; // systems that do not know the class style refuse it
-        if (!createShaped(owner, m_place))
+        if (!createShaped(owner, m_place, text))
             return false;
     }
     if (m_timeOut != 0)
@@ -217,10 +218,11 @@ bool BalloonWindow::createBalloon(HWND owner, const std::string& title, const st
     return handle() != nullptr;
 }
 
-bool BalloonWindow::createShaped(HWND owner, const BalloonPlace& place)
+// The text is for those who read windows without seeing them.
+bool BalloonWindow::createShaped(HWND owner, const BalloonPlace& place, const std::string& text)
 {
     const WindowStyle style{WS_POPUP, WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE};
-    if (!create(GetAncestor(owner, GA_ROOT), 0, place.window, style))
+    if (!create(GetAncestor(owner, GA_ROOT), 0, place.window, style, text))
         return false;
     RegionHandle shape = shapeOf(place, WindowDc(handle()).dc());
     if (SetWindowRgn(handle(), shape.get(), FALSE))

@@ -42,7 +42,7 @@ public:
 
 private:
     WindowClass windowClass() const override;
-    bool createShaped(HWND owner, const BalloonPlace& place);
+    bool createShaped(HWND owner, const BalloonPlace& place, const std::string& text);
     void showAnimated();
     Handled onPaint(const Message& message);
     Handled onErase(const Message&) { return 1; }

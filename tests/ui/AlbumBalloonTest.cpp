@@ -113,6 +113,8 @@ TEST_F(AlbumBalloonTest, RestingOnAnAlbumShowsItsTextsAndTakesNoFocus)
     EXPECT_EQ(GetActiveWindow(), m_hParent);
     EXPECT_EQ(window.title(), (std::vector<std::string>{" - Tidewater - No Year", "0 kbps "}));
     EXPECT_EQ(window.body(), (std::vector<std::string>{"  1.     ()", "  2.     ()"}));
+    EXPECT_EQ(windowText(window.handle()), " - Tidewater - No Year\r\n0 kbps \n  1.     ()\n  2.     ()\n")
+        << "the same for those who read windows";
     EXPECT_EQ(window.timeOut(), 30000u);
     EXPECT_EQ(window.iconSize().cx, 0);
     RECT place{}, covered{};
