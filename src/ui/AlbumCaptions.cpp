@@ -62,7 +62,7 @@ void AlbumCaptions::reset(std::string pattern, int width, int mostLines, std::si
 {
     m_pattern = std::move(pattern);
     m_width = width;
-    m_mostLines = static_cast<std::size_t>(std::max(mostLines, 1));
+    m_mostLines = static_cast<std::size_t>(std::max(mostLines, 0));
     m_captions.clear();
     m_captions.resize(albums);
 }
@@ -70,7 +70,7 @@ void AlbumCaptions::reset(std::string pattern, int width, int mostLines, std::si
 const AlbumCaptions::Lines& AlbumCaptions::lines(std::size_t place, const Album& album, HDC dc)
 {
     Lines& caption = m_captions[place];
-    if (caption.empty())
+    if (caption.empty() && m_mostLines > 0)
         caption = make(album, dc);
     return caption;
 }

@@ -22,7 +22,8 @@ public:
 
     explicit AlbumCaptions(const TokenParser& tokens) : m_tokens(tokens) {}
 
-    // Another template, cell or number of albums: what was made is dropped.
+    // Another template, cell or number of albums: what was made is dropped. Lines that do not fit as
+    // a whole are not there; that may be all.
     void reset(std::string pattern, int width, int mostLines, std::size_t albums);
     void drop(std::size_t place)
     {

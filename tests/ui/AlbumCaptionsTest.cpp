@@ -53,6 +53,13 @@ TEST_F(AlbumCaptionsTest, LinesAreCutWhereTheCellEnds)
     EXPECT_EQ(cut[0].width, widthOf(cut[0].text));
 }
 
+TEST_F(AlbumCaptionsTest, WithoutRoomForALineThereIsNone)
+{
+    album.displayTitle = "Short";
+    captions.reset("<Album>", kWidth, 0, 1);
+    EXPECT_TRUE(captions.lines(0, album, dc.dc()).empty());
+}
+
 TEST_F(AlbumCaptionsTest, DoubleByteTextIsCutBetweenCharacters)
 {
     if (GetACP() != 932)
