@@ -8,6 +8,7 @@
 #include "system/Handle.h"
 #include "system/Registry.h"
 #include "ui/ids.h"
+#include "windowing/Control.h"
 #include "windowing/ListView.h"
 #include "windowing/TreeView.h"
 
@@ -17,6 +18,7 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <map>
+#include <numeric>
 #include <thread>
 
 namespace tessera {
@@ -176,6 +178,7 @@ protected:
         }
         return "no album";
     }
+    std::string status() const { return windowText(GetDlgItem(pane(), controlId::kStatus)); }
     // Of the first level below a tree's artists, the number of albums below it.
     static int leaves(const TreeView& tree)
     {
@@ -261,7 +264,9 @@ TEST_F(MarksTest, ChangeTheirFieldsInTheFileAndNothingElseAndAreThereAtTheNextSt
     expectFile("the end");
 
     start();
+    EXPECT_EQ(status(), "Total Albums: 6");
     chooseAll();
+    EXPECT_EQ(status(), "Artist/Album - Multiple Selection: 6 of 6");
     EXPECT_EQ(cell("Album 2", 10), "10");
     EXPECT_EQ(cell("Album 4", 10), "1");
     EXPECT_EQ(cell("Album 4", 11), "Yes");
@@ -581,6 +586,7 @@ TEST_F(MarksTest, AfterALoadThatFailsThereAreTheRootsOnly)
     }
     settle();
     EXPECT_EQ(list().count(), 0);
+    EXPECT_EQ(status(), "Rank - Nothing Selected"); // of the root that was selected last
     for (const int id : {albumCommand::kFavourite, albumCommand::kPlay, albumCommand::kGoToDirectory})
         command(id);
     EXPECT_TRUE(file() == model);
@@ -705,6 +711,36 @@ TEST_F(MarksTest, TheSettingsAreFiveValuesAndBarsKeepTheirPlace)
         else
             EXPECT_NEAR(bar.top, drops[i].y, 1);
     }
+}
+
+// The texts come from the records, whatever the view shows, in the order of the header.
+TEST_F(MarksTest, TheListIsExportedWithItsMarks)
+{
+    start();
+    chooseRows({"Album 2"});
+    command(albumCommand::kRankNone + 9);
+    command(albumCommand::kFavourite);
+    std::vector<int> order(kColumnCount);
+    std::iota(order.rbegin(), order.rend(), 0);
+    list().send(LVM_SETCOLUMNORDERARRAY, order.size(), reinterpret_cast<LPARAM>(order.data()));
+    plugin->command(commandId::kViewTiles);
+    const std::string exported = folder.file("out.txt");
+    int seen = 0;
+    plugin->boxes.onDialog = [&](HWND dialog) {
+        if (++seen != 3)
+            return;
+        SendMessageA(GetDlgItem(dialog, 0x47c), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(exported.c_str()));
+        PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+    };
+    plugin->command(commandId::kExportList);
+    ASSERT_TRUE(plugin->container.pump([&] { return !plugin->boxes.texts.empty(); }));
+    EXPECT_TRUE(plugin->boxes.texts.front().starts_with("Finished writing to " + exported));
+    const Bytes bytes = systemFiles().readAll(exported).value_or(Bytes());
+    const std::string text(bytes.begin(), bytes.end());
+    EXPECT_EQ(std::ranges::count(text, '\n'), 6);
+    // Thumbnail, path, compilation, new; then favourite, rank, type.
+    EXPECT_NE(text.find("\tC:\\Music\\Album 2\t\t\tYes\t9\tMP3\t"), std::string::npos) << text;
+    EXPECT_NE(text.find("\tArtist 3\tAlbum 2\n"), std::string::npos) << text;
 }
 
 } // namespace
