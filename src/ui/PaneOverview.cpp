@@ -222,7 +222,11 @@ void PaneOverview::updateOverviewStatus()
 
 Handled PaneOverview::onNotify(const Message& message)
 {
-    return m_plvwDetails.answer(*reinterpret_cast<NMHDR*>(message.lParam));
+    NMHDR& header = *reinterpret_cast<NMHDR*>(message.lParam);
+    const Handled handled = m_plvwDetails.answer(header);
+    if (handled && header.code == LVN_COLUMNCLICK)
+        updateOverviewStatus(); // what is selected has another place
+    return handled;
 }
 
 Handled PaneOverview::onSelectionChanged(NMHDR&)

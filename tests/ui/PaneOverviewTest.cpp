@@ -86,6 +86,10 @@ TEST_F(PaneOverviewTest, StatusFollowsTheSelection)
     open();
     selectOnly({2});
     EXPECT_EQ(m_pane->status(), "Rock & Roll - 3 of 4");
+    clickColumn(1);
+    EXPECT_EQ(m_pane->status(), "Rock & Roll - 2 of 4") << "its place in the sorted list";
+    send(10901);
+    EXPECT_EQ(m_pane->status(), "Rock & Roll - 4 of 4");
     selectOnly({1, 3});
     EXPECT_EQ(m_pane->status(), "Multiple Selection: 2 of 4");
     list().select(-1);
