@@ -1,0 +1,347 @@
+// The details pane in the real plug-in while jobs run, menus and dialogs are open, and when all ends.
+
+#include "MarksFixture.h"
+
+#include "library/Records.h"
+#include "system/Registry.h"
+
+#include <functional>
+#include <numeric>
+
+namespace tessera {
+namespace {
+
+bool menuIsOpen()
+{
+    const HWND menu = FindWindowA("#32768", nullptr);
+    return menu && IsWindowVisible(menu);
+}
+
+std::function<void()> g_whileMenuIsOpen;
+
+void CALLBACK lookForMenu(HWND, UINT, UINT_PTR, DWORD)
+{
+    if (g_whileMenuIsOpen && menuIsOpen())
+        g_whileMenuIsOpen();
+}
+
+class DetailsPaneTest : public MarksTest {
+protected:
+    DetailsPaneTest() { g_whileMenuIsOpen = nullptr; }
+    ~DetailsPaneTest() override { g_whileMenuIsOpen = nullptr; }
+
+    // True when the menu came up.
+    bool openMenuAnd(const std::function<void()>& action)
+    {
+        int ticks = 0;
+        g_whileMenuIsOpen = [&] {
+            if (ticks++ == 0)
+                action();
+        };
+        const UINT_PTR timer = SetTimer(nullptr, 0, 20, &lookForMenu);
+        NMITEMACTIVATE header{};
+        header.hdr = {list().handle(), controlId::kDetailsAlbums, static_cast<UINT>(NM_RCLICK)};
+        SendMessageA(pane(), WM_NOTIFY, header.hdr.idFrom, reinterpret_cast<LPARAM>(&header));
+        KillTimer(nullptr, timer);
+        return ticks > 0;
+    }
+};
+
+// Everything that the pane can be sent, while a worker is in the build and in the load.
+TEST_F(DetailsPaneTest, NothingIsMarkedWhileAJobRuns)
+{
+    start();
+    chooseRows({"Album 2"});
+    for (const int call : {10, 200, 330}) {
+        plugin->script->calls = 0;
+        WorkerStop stop(*plugin->script, call);
+        ASSERT_TRUE(plugin->beginCreating());
+        ASSERT_TRUE(plugin->container.pump([&] { return stop.reached.isSet(); })) << call;
+        for (int id = albumCommand::kNewToday; id <= albumCommand::kPlay; ++id)
+            PostMessageA(pane(), WM_COMMAND, static_cast<WPARAM>(id), 0);
+        for (int id = controlId::kTreeLibrary; id <= controlId::kTreeCompleted; ++id) {
+            for (HTREEITEM root = tree(id).root(); root; root = tree(id).next(root)) {
+                tree(id).expand(root);
+                tree(id).select(tree(id).child(root));
+                tree(id).select(root);
+            }
+            for (const UINT code : {UINT(NM_RCLICK), UINT(NM_DBLCLK), UINT(NM_RETURN)}) {
+                NMHDR header{tree(id).handle(), static_cast<UINT_PTR>(id), code};
+                SendMessageA(pane(), WM_NOTIFY, header.idFrom, reinterpret_cast<LPARAM>(&header));
+            }
+        }
+        for (const int combo :
+             {controlId::kTreeCombo, controlId::kAlbumInfoCombo, controlId::kTrackDetailsCombo}) {
+            const HWND control = GetDlgItem(pane(), combo);
+            for (WPARAM entry : {2u, 1u, 0u}) {
+                SendMessageA(control, CB_SETCURSEL, entry, 0);
+                SendMessageA(pane(), WM_COMMAND, MAKEWPARAM(static_cast<WORD>(combo), CBN_SELCHANGE),
+                             reinterpret_cast<LPARAM>(control));
+            }
+        }
+        for (const UINT code : {UINT(NM_RCLICK), UINT(NM_DBLCLK), UINT(NM_RETURN)}) {
+            NMITEMACTIVATE header{};
+            header.hdr = {list().handle(), controlId::kDetailsAlbums, code};
+            SendMessageA(pane(), WM_NOTIFY, header.hdr.idFrom, reinterpret_cast<LPARAM>(&header));
+        }
+        RedrawWindow(pane(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+        plugin->container.pumpFor(30);
+        stop.letGo();
+        ASSERT_TRUE(plugin->waitForJob());
+        plugin->script->onCall = nullptr;
+        EXPECT_TRUE(plugin->boxes.texts.empty());
+        EXPECT_TRUE(file() == model) << call; // built anew, without marks
+        EXPECT_EQ(leaves(tree()), 6);
+        const auto journal = plugin->script->journal();
+        EXPECT_EQ(std::ranges::count(journal, "clear"), 0);
+        chooseRows({"Album 2"});
+        EXPECT_EQ(list().count(), 6);
+    }
+}
+
+// Inside the calls that playing makes, and those of the list of what plays then.
+TEST_F(DetailsPaneTest, TheHostMayEndThePlugInWhileAlbumsArePlayed)
+{
+    int total = 0;
+    for (int call = 0; call <= total; call += call < 8 ? 1 : 7) {
+        start(smallLibrary());
+        SendMessageA(GetDlgItem(pane(), controlId::kAlbumInfoCombo), CB_SETCURSEL, 2, 0);
+        SendMessageA(pane(), WM_COMMAND, MAKEWPARAM(controlId::kAlbumInfoCombo, CBN_SELCHANGE),
+                     reinterpret_cast<LPARAM>(GetDlgItem(pane(), controlId::kAlbumInfoCombo)));
+        chooseRows({"Album 2", "Album 4"});
+        plugin->script->calls = 0;
+        plugin->script->onCall = [&](int number) {
+            if (number == call)
+                plugin->stop();
+        };
+        command(albumCommand::kPlay);
+        plugin->script->onCall = nullptr;
+        if (call == 0) {
+            total = plugin->script->calls;
+            ASSERT_GT(total, 15);
+            EXPECT_EQ(std::ranges::count(plugin->script->journal(), "clear"), 1);
+            plugin->stop();
+        }
+        plugin->container.pumpFor(30);
+        EXPECT_FALSE(plugin->pane(paneId::kMain)) << call;
+        EXPECT_EQ(plugin->script->live, 1) << call;
+        EXPECT_EQ(plugin->script->strayReleases, 0) << call;
+        plugin.reset();
+    }
+}
+
+TEST_F(DetailsPaneTest, AMenuIsClosedWhenTheDatabaseChanges)
+{
+    start();
+    chooseRows({"Album 2"});
+    EXPECT_TRUE(openMenuAnd([&] {
+        plugin->boxes.onDialog = walkWizard;
+        plugin->command(commandId::kNewDatabase);
+    }));
+    ASSERT_TRUE(plugin->waitForJob());
+    EXPECT_TRUE(plugin->logged("Creating Database"));
+    EXPECT_FALSE(menuIsOpen());
+    chooseAll();
+    EXPECT_EQ(list().count(), 6);
+    EXPECT_TRUE(file() == model);
+}
+
+TEST_F(DetailsPaneTest, ThePlugInMayEndWhileAMenuIsOpen)
+{
+    for (const bool wholeControl : {false, true}) {
+        start();
+        chooseRows({"Album 2"});
+        EXPECT_TRUE(openMenuAnd([&] {
+            plugin->stop();
+            if (wholeControl) {
+                plugin->container.drop();
+                plugin->control.reset();
+            }
+        }));
+        plugin->container.pumpFor(60);
+        EXPECT_FALSE(menuIsOpen());
+        EXPECT_EQ(plugin->script->live, 1);
+        plugin->container.drop();
+        plugin->control.reset();
+        plugin->container.pumpFor(60);
+        EXPECT_TRUE(plugin->module.canUnload());
+        plugin.reset();
+    }
+}
+
+// A library that cannot be loaded leaves nothing of the one before.
+TEST_F(DetailsPaneTest, AfterALoadThatFailsThereAreTheRootsOnly)
+{
+    start();
+    tree().expand(tree().root());
+    chooseRows({"Album 2"});
+    plugin->script->knowsFiles = false;
+    ASSERT_TRUE(plugin->create());
+    EXPECT_EQ(plugin->boxes.texts.size(), 1u);
+    for (int id = controlId::kTreeLibrary; id <= controlId::kTreeCompleted; ++id) {
+        EXPECT_EQ(tree(id).count(), 3);
+        EXPECT_EQ(tree(id).selection(), nullptr);
+        for (HTREEITEM root = tree(id).root(); root; root = tree(id).next(root))
+            tree(id).select(root);
+    }
+    settle();
+    EXPECT_EQ(list().count(), 0);
+    EXPECT_EQ(status(), "Rank - Nothing Selected"); // of the root that was selected last
+    for (const int id : {albumCommand::kFavourite, albumCommand::kPlay, albumCommand::kGoToDirectory})
+        command(id);
+    EXPECT_TRUE(file() == model);
+    plugin->script->knowsFiles = true;
+    ASSERT_TRUE(plugin->create());
+    EXPECT_EQ(leaves(tree()), 6);
+    EXPECT_TRUE(tree().expanded(tree().root()));
+}
+
+TEST_F(DetailsPaneTest, TheDateDialogKeepsTheDatabaseAndMarksWhenItIsDone)
+{
+    start();
+    chooseRows({"Album 2", "Album 3"});
+    int seen = 0;
+    Texts captions;
+    plugin->boxes.onDialog = [&](HWND dialog) {
+        char caption[100] = "";
+        GetWindowTextA(dialog, caption, sizeof caption);
+        captions.emplace_back(caption);
+        if (++seen == 1) {
+            plugin->command(commandId::kNewDatabase);
+            command(albumCommand::kNewDate); // a second one is refused
+        } else if (seen == 4) {
+            const HWND calendar = GetDlgItem(dialog, 32999);
+            SendMessageA(calendar, WM_KEYDOWN, VK_LEFT, 0);
+            SendMessageA(dialog, WM_COMMAND, IDOK, 0);
+        }
+    };
+    command(albumCommand::kNewDate);
+    ASSERT_TRUE(plugin->container.pump([&] { return seen >= 4; }));
+    plugin->container.pumpFor(50);
+    EXPECT_EQ(captions, Texts(4, "Select the date"));
+    SYSTEMTIME now{};
+    GetLocalTime(&now);
+    FILETIME ticks{};
+    SystemTimeToFileTime(&now, &ticks);
+    ULARGE_INTEGER day{{ticks.dwLowDateTime, ticks.dwHighDateTime}};
+    day.QuadPart -= 24ULL * 3600 * 10000000;
+    ticks = {day.LowPart, day.HighPart};
+    FileTimeToSystemTime(&ticks, &now);
+    for (const char* const title : {"Album 2", "Album 3"}) {
+        putFlag(title, kAlbumNew, true);
+        putDate(title, now.wYear * 10000 + now.wMonth * 100 + now.wDay);
+    }
+    EXPECT_TRUE(file() == model);
+    EXPECT_FALSE(plugin->logged("Creating Database"));
+}
+
+TEST_F(DetailsPaneTest, TheEndInsideTheDateDialogMarksNothing)
+{
+    start();
+    chooseRows({"Album 2"});
+    bool ended = false;
+    plugin->boxes.onDialog = [&](HWND) {
+        if (!std::exchange(ended, true))
+            plugin->stop();
+    };
+    command(albumCommand::kNewDate);
+    ASSERT_TRUE(plugin->container.pump([&] { return ended; }));
+    plugin->container.pumpFor(60);
+    EXPECT_FALSE(plugin->pane(paneId::kMain));
+    EXPECT_TRUE(file() == model);
+    EXPECT_EQ(plugin->script->live, 1);
+}
+
+TEST_F(DetailsPaneTest, TheSettingsAreFiveValuesAndBarsKeepTheirPlace)
+{
+    const auto value = [](const char* name) {
+        return RegistryStore().read("PaneAlbumDetails", name).value_or(StoredValue{});
+    };
+    const auto number = [](const StoredValue& stored) {
+        std::int32_t read = -1;
+        if (stored.type == StorageType::Number && stored.bytes.size() == 4)
+            std::memcpy(&read, stored.bytes.data(), 4);
+        return read;
+    };
+    const auto percent = [](const StoredValue& stored) {
+        double read = -1;
+        if (stored.type == StorageType::Binary && stored.bytes.size() == 8)
+            std::memcpy(&read, stored.bytes.data(), 8);
+        return read;
+    };
+    constexpr const char* kBars[] = {"SplitMain", "SplitDetails", "SplitTracks"};
+    EXPECT_EQ(number(value("ListviewStyle")), 1); // as the run that built the database left them
+    EXPECT_EQ(number(value("TrackDetailsCombo")), 0);
+    for (const char* const bar : kBars)
+        EXPECT_EQ(percent(value(bar)), 50.0) << bar;
+    start();
+    RECT client{};
+    GetClientRect(pane(), &client);
+    const double expected[] = {(client.right * 3 / 10 + 3) * 100.0 / client.right,
+                               client.bottom * 2 / 5 * 100.0 / client.bottom,
+                               (client.right * 7 / 10 + 3) * 100.0 / client.right};
+    const POINT drops[] = {
+        {client.right * 3 / 10, 5}, {5, client.bottom * 2 / 5}, {client.right * 7 / 10, 5}};
+    for (int i = 0; i < 3; ++i) {
+        const HWND bar = GetDlgItem(pane(), controlId::kSplitMain + i);
+        SendMessageA(bar, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(1, 1));
+        POINT drop = drops[i];
+        MapWindowPoints(pane(), bar, &drop, 1);
+        SendMessageA(bar, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(drop.x, drop.y));
+        SendMessageA(bar, WM_LBUTTONUP, 0, MAKELPARAM(drop.x, drop.y));
+    }
+    plugin->command(commandId::kViewTiles);
+    const HWND combo = GetDlgItem(pane(), controlId::kTrackDetailsCombo);
+    SendMessageA(combo, CB_SETCURSEL, 3, 0);
+    SendMessageA(pane(), WM_COMMAND, MAKEWPARAM(controlId::kTrackDetailsCombo, CBN_SELCHANGE),
+                 reinterpret_cast<LPARAM>(combo));
+    plugin->stop();
+    EXPECT_EQ(number(value("ListviewStyle")), 3);
+    EXPECT_EQ(number(value("TrackDetailsCombo")), 3);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_NEAR(percent(value(kBars[i])), expected[i], 1e-9) << kBars[i];
+    plugin->start();
+    ASSERT_TRUE(plugin->waitForJob());
+    for (int i = 0; i < 3; ++i) {
+        RECT bar{};
+        GetWindowRect(GetDlgItem(pane(), controlId::kSplitMain + i), &bar);
+        MapWindowPoints(nullptr, pane(), reinterpret_cast<POINT*>(&bar), 2);
+        if (i != 1)
+            EXPECT_NEAR(bar.left, drops[i].x + 3, 1);
+        else
+            EXPECT_NEAR(bar.top, drops[i].y, 1);
+    }
+}
+
+// The texts come from the records, whatever the view shows, in the order of the header.
+TEST_F(DetailsPaneTest, TheListIsExportedWithItsMarks)
+{
+    start();
+    chooseRows({"Album 2"});
+    command(albumCommand::kRankNone + 9);
+    command(albumCommand::kFavourite);
+    std::vector<int> order(kColumnCount);
+    std::iota(order.rbegin(), order.rend(), 0);
+    list().send(LVM_SETCOLUMNORDERARRAY, order.size(), reinterpret_cast<LPARAM>(order.data()));
+    plugin->command(commandId::kViewTiles);
+    const std::string exported = folder.file("out.txt");
+    int seen = 0;
+    plugin->boxes.onDialog = [&](HWND dialog) {
+        if (++seen != 3)
+            return;
+        SendMessageA(GetDlgItem(dialog, 0x47c), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(exported.c_str()));
+        PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+    };
+    plugin->command(commandId::kExportList);
+    ASSERT_TRUE(plugin->container.pump([&] { return !plugin->boxes.texts.empty(); }));
+    EXPECT_TRUE(plugin->boxes.texts.front().starts_with("Finished writing to " + exported));
+    const Bytes bytes = systemFiles().readAll(exported).value_or(Bytes());
+    const std::string text(bytes.begin(), bytes.end());
+    EXPECT_EQ(std::ranges::count(text, '\n'), 6);
+    // Thumbnail, path, compilation, new; then favourite, rank, type.
+    EXPECT_NE(text.find("\tC:\\Music\\Album 2\t\t\tYes\t9\tMP3\t"), std::string::npos) << text;
+    EXPECT_NE(text.find("\tArtist 3\tAlbum 2\n"), std::string::npos) << text;
+}
+
+} // namespace
+} // namespace tessera
