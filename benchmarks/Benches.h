@@ -22,7 +22,12 @@ struct Loaded {
 
 // Ratios of a work to its bare work; the shown rows carry the same.
 Best benchLoad(const std::string& file, int runs);
-Best benchSave(const std::string& file, const std::string& copy, int runs);
+struct SaveResult {
+    Best time;           // a new file, flushed and renamed; bare: the same bytes, flushed
+    double writer = 0;   // the records alone, to no file
+    double replaced = 0; // over a file that is checked and kept under another name
+};
+SaveResult benchSave(const std::string& file, const std::string& copy);
 Best benchUpdate(const std::string& file, int runs); // per album, microseconds
 Best benchMarks(const std::string& file, int runs);  // 1,000 albums at once
 

@@ -50,12 +50,11 @@ WorkClock::time_point WorkClock::now()
 #endif
 }
 
-Best bestOf(int runs, const std::function<double()>& work, const std::function<double()>& bare)
+Best bestOf(int runs, const std::function<double()>& work, const std::function<double()>& bare, int rounds)
 {
-    constexpr int kRounds = 3;
     constexpr double kNone = std::numeric_limits<double>::max();
     Best best{kNone, kNone};
-    for (int round = 0; round < kRounds; ++round) {
+    for (int round = 0; round < rounds; ++round) {
         for (int run = 0; run < runs; ++run)
             best.work = std::min(best.work, work());
         for (int run = 0; run < runs; ++run)

@@ -37,7 +37,7 @@ double millisecondsSince(std::chrono::time_point<Clock> start)
     return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
 }
 
-// The best of three rounds of several runs of each way. In a round the runs of one way follow each
+// The best of some rounds of several runs of each way. In a round the runs of one way follow each
 // other, so that each finds the heap as its own kind leaves it; the rounds meet the same machine.
 // Each function times one run itself, in milliseconds, and leaves set-up and clearing out.
 struct Best {
@@ -45,7 +45,8 @@ struct Best {
     double bare = 0;
     double ratio() const { return work / bare; }
 };
-Best bestOf(int runs, const std::function<double()>& work, const std::function<double()>& bare);
+Best bestOf(int runs, const std::function<double()>& work, const std::function<double()>& bare,
+            int rounds = 3);
 
 // Gives freed memory back to the system where the heap would else do so within the next run.
 void settleHeap();

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <optional>
 #include <span>
@@ -107,7 +108,8 @@ private:
     }
     void append(ByteView bytes)
     {
-        std::ranges::copy(bytes, m_buffer.data() + m_used);
+        if (!bytes.empty())
+            std::memcpy(m_buffer.data() + m_used, bytes.data(), bytes.size());
         advance(bytes.size());
     }
     void advance(std::size_t size)
