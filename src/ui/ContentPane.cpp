@@ -86,7 +86,8 @@ void ContentPane::setStatus(const std::string& status)
     m_caption.status = status;
     if (!m_lblStatus && m_lblStatus.create(handle(), controlId::kStatus, {}, status, SS_OWNERDRAW))
         layoutStatus();
-    m_lblStatus.setText(status);
+    // Past the control, which would draw it at once; it changes with every key stroke of a search.
+    DefWindowProcA(m_lblStatus.handle(), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(status.c_str()));
     m_lblStatus.invalidate(false);
 }
 
