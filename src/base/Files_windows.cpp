@@ -96,9 +96,9 @@ public:
     std::unique_ptr<OutputFile> openForUpdate(const std::string& path) override
     {
         const DWORD attributes = GetFileAttributesA(path.c_str());
-        const bool refused =
-            attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
-        return refused ? nullptr : openForWriting(path, OPEN_EXISTING);
+        if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0)
+            return nullptr;
+        return openForWriting(path, OPEN_EXISTING);
     }
 
     bool rename(const std::string& from, const std::string& to) override
