@@ -16,6 +16,7 @@ constexpr const char* kShownTree = "AlbumDetailsTree";
 constexpr const char* kShownBelow = "AlbumDetailsBelow";
 constexpr UINT kSelectionMessage = WM_APP + 1; // to itself: the lists below follow
 constexpr UINT kFocusListMessage = WM_APP + 2; // to itself, when albums have been played
+constexpr UINT kFoldedMessage = WM_APP + 3;    // to itself, when a node has opened or closed
 
 constexpr const char* kTreeNames[AlbumTrees::kCount] = {"TreeLibrary", "TreeNew", "TreeFavourites",
                                                         "TreeCompleted"};
@@ -76,10 +77,12 @@ std::span<const MapEntry<PaneAlbumDetails>> PaneAlbumDetails::messageMap()
     static constexpr UINT kAlbums = id::kDetailsAlbums;
     static constexpr IdRange kTrees{id::kTreeLibrary, id::kTreeCompleted};
     static constexpr IdRange kTrackLists{id::kAlbumTracks, id::kPlayingNow};
-    static constexpr std::array<MapEntry<P>, 31> kMap{{
+    static constexpr std::array<MapEntry<P>, 34> kMap{{
         {WM_NOTIFY, &P::onNotify},
         {kTrees, TVN_SELCHANGEDA, &P::onNodeSelected},
         {kTrees, TVN_SELCHANGEDW, &P::onNodeSelected},
+        {kTrees, TVN_ITEMEXPANDEDA, &P::onNodeFolded},
+        {kTrees, TVN_ITEMEXPANDEDW, &P::onNodeFolded},
         {kTrees, NM_RCLICK, &P::onNodeRightClick},
         {kTrees, NM_DBLCLK, &P::onNodeActivated},
         {kTrees, NM_RETURN, &P::onNodeActivated},
@@ -106,6 +109,7 @@ std::span<const MapEntry<PaneAlbumDetails>> PaneAlbumDetails::messageMap()
         {album::kGoToDirectory, &P::onGoToDirectory},
         {kSelectionMessage, &P::onSelectionChanged},
         {kFocusListMessage, &P::onFocusList},
+        {kFoldedMessage, &P::onFolded},
         {WM_MOUSEWHEEL, &P::onWheel},
         {WM_DESTROY, &P::onDestroy},
     }};

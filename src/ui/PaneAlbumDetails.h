@@ -96,6 +96,7 @@ private:
     // messages
     Handled onNotify(const Message& message);
     Handled onNodeSelected(NMHDR& header);
+    Handled onNodeFolded(NMHDR& header);
     Handled onNodeRightClick(NMHDR& header);
     Handled onNodeActivated(NMHDR& header);
     Handled onTreeMenuKey(const Message& message);
@@ -107,6 +108,7 @@ private:
     Handled onWheel(const Message& message);
     Handled onSelectionChanged(const Message& message);
     Handled onFocusList(const Message& message);
+    Handled onFolded(const Message& message);
     Handled onDestroy(const Message& message);
     void onTreeChosen(const Command& command);
     void onBelowChosen(const Command& command);

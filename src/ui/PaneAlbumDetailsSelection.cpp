@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::chrono::milliseconds kTurn{30};
 constexpr UINT kSelectionMessage = WM_APP + 1; // to itself: the lists below follow
+constexpr UINT kFoldedMessage = WM_APP + 3;    // to itself, when a node has opened or closed
 
 class SilentLog final : public Log {
 public:
@@ -124,6 +125,23 @@ Handled PaneAlbumDetails::onNodeSelected(NMHDR& header)
 {
     if (!commands().isBusy() && header.hwndFrom == m_trees.shown().view().handle())
         selectNode(m_trees.shown().view().selection());
+    return 0;
+}
+
+// A group that closes over the selected node is selected instead, which some systems do after this
+// and do not tell.
+Handled PaneAlbumDetails::onNodeFolded(NMHDR&)
+{
+    PostMessageA(handle(), kFoldedMessage, 0, 0);
+    return 0;
+}
+
+Handled PaneAlbumDetails::onFolded(const Message&)
+{
+    const AlbumTree& tree = m_trees.shown();
+    const HTREEITEM item = tree.view().selection();
+    if (!commands().isBusy() && item && !tree.isLeaf(item) && tree.pathOf(item) != m_path)
+        selectNode(item);
     return 0;
 }
 

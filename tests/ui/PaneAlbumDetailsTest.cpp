@@ -84,6 +84,29 @@ TEST_F(PaneAlbumDetailsTest, TheViewComboShowsOneTreeAndHidesThree)
     EXPECT_EQ(titles(), Texts{"Rock & Roll"}) << "the node is still selected";
 }
 
+TEST_F(PaneAlbumDetailsTest, AGroupThatClosesOverTheSelectedAlbumIsSelected)
+{
+    open();
+    choose({"Artist/Album", "LUMEN", "Early"});
+    EXPECT_EQ(titles(), Texts{"Early"});
+    const HTREEITEM group = node({"Artist/Album", "LUMEN"});
+    RECT line = tree().itemRect(group);
+    MapWindowPoints(nullptr, tree().handle(), reinterpret_cast<POINT*>(&line), 2);
+    TVHITTESTINFO button{};
+    button.pt = {line.left, (line.top + line.bottom) / 2};
+    while (button.pt.x > 0 && (button.flags & TVHT_ONITEMBUTTON) == 0) {
+        --button.pt.x;
+        tree().send(TVM_HITTEST, 0, reinterpret_cast<LPARAM>(&button));
+    }
+    for (const UINT message : {WM_LBUTTONDOWN, WM_LBUTTONUP})
+        SendMessageA(tree().handle(), message, 0, MAKELPARAM(button.pt.x, button.pt.y));
+    settle();
+    EXPECT_FALSE(tree().expanded(group));
+    EXPECT_EQ(tree().selection(), group);
+    EXPECT_EQ(titles(), (Texts{"Early", "Rock & Roll"}));
+    EXPECT_EQ(pane->status(), "Artist/Album - LUMEN - Multiple Selection: 2 of 5");
+}
+
 TEST_F(PaneAlbumDetailsTest, TheListsBelowFollowTheSelection)
 {
     open();
