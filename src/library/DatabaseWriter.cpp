@@ -161,7 +161,7 @@ namespace {
     constexpr std::size_t kContents = 4;
     const auto first = albums.begin();
     if (place + kRecord < albums.size())
-        prefetch(first[place + kRecord].second.get(), offsetof(Album, columnTextsValid));
+        prefetch(first[place + kRecord].second.get(), sizeof(Album));
     if (place + kContents >= albums.size())
         return;
     const Album& album = *first[place + kContents].second;

@@ -290,6 +290,7 @@ void PaneAlbumDetails::trackCursor(POINT, bool)
 {
     if (commands().isBusy() || !IsWindowVisible(handle()))
         return;
+    followTree();
     m_plvwPlayingNow.tick();
     m_plvwAlbumTracks.tick();
     m_plvwAlbumInfo.tick();

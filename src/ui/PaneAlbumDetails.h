@@ -84,6 +84,7 @@ private:
     void rebuildTrees(TreeRebuild kind);
     void afterRebuild();
     void selectNode(HTREEITEM item);
+    void followTree();
     void showAlbums(const AlbumPlaces& places);
     void selectionChanged();
     void showSelection();
@@ -153,7 +154,8 @@ private:
     Below m_below = Below::AlbumInfo;
     bool m_laysOut = false;
     bool m_selectionPosted = false;
-    std::string m_path; // of the selected node
+    HTREEITEM m_followed = nullptr; // what was selected in the tree when its albums were taken last
+    std::string m_path;             // of the selected node
     std::string m_status;
     ViewState m_view;
     MarkHistory m_history;

@@ -78,6 +78,7 @@ void PaneAlbumDetails::afterRebuild()
     m_summary.count(commands().library());
     showControls();
     m_plvwAlbums.resetAlbums();
+    m_followed = m_trees.shown().view().selection();
     m_path.clear();
     selectionChanged();
     focusList();
@@ -138,15 +139,22 @@ Handled PaneAlbumDetails::onNodeFolded(NMHDR&)
 
 Handled PaneAlbumDetails::onFolded(const Message&)
 {
+    followTree();
+    return 0;
+}
+
+// Some systems move the selection without a word when a program closes a node over it.
+void PaneAlbumDetails::followTree()
+{
     const AlbumTree& tree = m_trees.shown();
     const HTREEITEM item = tree.view().selection();
-    if (!commands().isBusy() && item && !tree.isLeaf(item) && tree.pathOf(item) != m_path)
+    if (!commands().isBusy() && item && item != m_followed && !tree.isLeaf(item))
         selectNode(item);
-    return 0;
 }
 
 void PaneAlbumDetails::selectNode(HTREEITEM item)
 {
+    m_followed = m_trees.shown().view().selection();
     m_path = item ? m_trees.shown().pathOf(item) : std::string();
     AlbumPlaces places;
     if (item)
