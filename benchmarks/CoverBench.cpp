@@ -58,7 +58,7 @@ private:
                 m_balloon,
                 m_terminating,
                 [] { return RGB(255, 255, 255); },
-                [] { return std::make_unique<QuietLog>(); },
+                [] { return std::make_unique<SilentLog>(); },
                 [] {}};
     }
     int loaded()

@@ -43,16 +43,7 @@ private:
     Shape m_shape;
 };
 
-// A log and a prompt that nobody looks at; a message is an error of the bench.
-class QuietLog : public Log {
-public:
-    void startTimer() override {}
-    void indent() override {}
-    void outdent() override {}
-    void line(const std::string&) override {}
-    void progress(std::uint32_t, std::uint32_t) override {}
-};
-
+// A message is an error of the bench.
 class NoPrompt : public Prompt {
 public:
     void message(Severity severity, const std::string& text) override;
@@ -60,7 +51,7 @@ public:
 };
 
 struct Surroundings {
-    QuietLog log;
+    SilentLog log;
     NoPrompt prompt;
     std::atomic<bool> terminating{false};
     JobContext context(FileSystem& files) { return {files, log, prompt, terminating}; }

@@ -40,7 +40,7 @@ private:
                 balloonSettings,
                 m_terminating,
                 [] { return RGB(255, 255, 255); },
-                [] { return std::make_unique<QuietLog>(); },
+                [] { return std::make_unique<SilentLog>(); },
                 [] {}};
     }
 

@@ -157,7 +157,7 @@ struct Rig {
     HWND frame = makeParentWindow(800, 600);
     TreeParent parent;
     AlbumTrees trees{commands};
-    QuietLog log;
+    SilentLog log;
 
     explicit Rig(std::int32_t albums)
     {

@@ -301,15 +301,6 @@ bool DatabaseReader::linksAgree() const
 
 namespace {
 
-class NoLog : public Log {
-public:
-    void startTimer() override {}
-    void indent() override {}
-    void outdent() override {}
-    void line(const std::string&) override {}
-    void progress(std::uint32_t, std::uint32_t) override {}
-};
-
 class NoPrompt : public Prompt {
 public:
     void message(Severity, const std::string&) override {}
@@ -321,7 +312,7 @@ public:
 std::optional<ReadFailure> readQuietly(ByteView bytes, const std::string& fileName,
                                        const std::atomic<bool>& terminating, RecordSink& sink)
 try {
-    NoLog log;
+    SilentLog log;
     NoPrompt prompt;
     JobContext quiet{systemFiles(), log, prompt, terminating};
     DatabaseReader(bytes, fileName, quiet, sink).read();

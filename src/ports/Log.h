@@ -27,4 +27,14 @@ public:
     }
 };
 
+// Of what nobody wants to know.
+class SilentLog final : public Log {
+public:
+    void startTimer() override {}
+    void indent() override {}
+    void outdent() override {}
+    void line(const std::string&) override {}
+    void progress(std::uint32_t, std::uint32_t) override {}
+};
+
 } // namespace tessera

@@ -17,15 +17,6 @@ constexpr std::chrono::milliseconds kTurn{30};
 constexpr UINT kSelectionMessage = WM_APP + 1; // to itself: the lists below follow
 constexpr UINT kFoldedMessage = WM_APP + 3;    // to itself, when a node has opened or closed
 
-class SilentLog final : public Log {
-public:
-    void startTimer() override {}
-    void indent() override {}
-    void outdent() override {}
-    void line(const std::string&) override {}
-    void progress(std::uint32_t, std::uint32_t) override {}
-};
-
 // Null for a file that is not in the library.
 const Track* findTrack(Commands& commands, const HostFilePtr& file)
 {
