@@ -124,6 +124,7 @@ make_locales() {
 
 # Ends what this run has started: the prefix's server (unless the prefix is the user's) and the display.
 leave_nothing_running() {
+    [ -n "${tidy:-}" ] && kill "$tidy" 2>/dev/null
     if [ -n "${OWN_PREFIX:-}" ] && [ -d "$OWN_PREFIX" ]; then
         WINEPREFIX=$OWN_PREFIX wineserver -k >/dev/null 2>&1
     fi
