@@ -79,7 +79,7 @@ make_prefix() {
     use_prefix "$1"
     export WINEARCH=win32
     # Without a window manager Wine waits two seconds for each managed window that goes; these open many.
-    local programs="test_options test_shell test_ui test_windowing test_jukebox_room"
+    local programs="test_options test_shell test_ui test_windowing test_jukebox_room bench_lists bench_plugin bench_trees"
     local stamp="$WINEPREFIX/.tessera" recipe program
     recipe="$(wine --version); unmanaged: $programs"
     [ "$(cat "$stamp" 2>/dev/null)" = "$recipe" ] && return
