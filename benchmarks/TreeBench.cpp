@@ -5,6 +5,7 @@
 #include "Report.h"
 
 #include "tests/ui/AlbumFixture.h"
+#include "tests/ui/PaintCounter.h"
 #include "ui/AlbumList.h"
 #include "ui/AlbumTrees.h"
 #include "ui/ids.h"
@@ -64,22 +65,6 @@ private:
         lastTick = Clock::now();
         return 0;
     }
-};
-
-class PaintCounter : public Mapped<PaintCounter, Subclass> {
-public:
-    static std::span<const MapEntry<PaintCounter>> messageMap()
-    {
-        static constexpr MapEntry<PaintCounter> kMap[] = {{WM_PAINT, &PaintCounter::onPaint},
-                                                          {WM_ERASEBKGND, &PaintCounter::onErase}};
-        return kMap;
-    }
-    int paints = 0;
-    int erases = 0;
-
-private:
-    Handled onPaint(const Message&) { return ++paints, kDefault; }
-    Handled onErase(const Message&) { return ++erases, kDefault; }
 };
 
 // The items of a tree as lists: what a tree of the same contents is made from.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string>
 #include <windows.h>
@@ -20,6 +21,13 @@ inline constexpr int kLog = 3000;
 inline constexpr UINT kActivateMessage = WM_USER;
 
 enum class ListStyle { Icons = 0, Details = 1, Tiles = 3 };
+
+// Of a setting; any other number is the pane's own style.
+constexpr ListStyle listStyleOf(std::int32_t setting, ListStyle own)
+{
+    const bool known = setting == 0 || setting == 1 || setting == 3;
+    return known ? static_cast<ListStyle>(setting) : own;
+}
 
 // What every pane offers to the controller. User-interface thread only.
 class Pane {

@@ -14,9 +14,6 @@ constexpr const char* kUnit = "PaneAlbumDetails";
 constexpr const char* kViewName = "AlbumDetails";
 constexpr const char* kShownTree = "AlbumDetailsTree";
 constexpr const char* kShownBelow = "AlbumDetailsBelow";
-constexpr UINT kSelectionMessage = WM_APP + 1; // to itself: the lists below follow
-constexpr UINT kFocusListMessage = WM_APP + 2; // to itself, when albums have been played
-constexpr UINT kFoldedMessage = WM_APP + 3;    // to itself, when a node has opened or closed
 
 constexpr const char* kTreeNames[AlbumTrees::kCount] = {"TreeLibrary", "TreeNew", "TreeFavourites",
                                                         "TreeCompleted"};
@@ -38,18 +35,6 @@ constexpr Keys::Key kListKeys[] = {
     {'N', Keys::kControl | Keys::kShift, albumCommand::kNewToday},
     {'Z', Keys::kControl, albumCommand::kTakeBack},
 };
-
-ListStyle styleOf(std::int32_t setting)
-{
-    switch (setting) {
-    case 0:
-        return ListStyle::Icons;
-    case 3:
-        return ListStyle::Tiles;
-    default:
-        return ListStyle::Details;
-    }
-}
 
 } // namespace
 
@@ -167,7 +152,7 @@ void PaneAlbumDetails::createTrees()
 
 void PaneAlbumDetails::createAlbumList()
 {
-    const ListStyle style = styleOf(commands().albumDetails().listviewStyle);
+    const ListStyle style = listStyleOf(commands().albumDetails().listviewStyle, ListStyle::Details);
     commands().albumDetails().listviewStyle = static_cast<int>(style);
     if (!m_plvwAlbums.initAlbumList(handle(), controlId::kDetailsAlbums, style))
         assertionFailed("m_plvwAlbums->GetSafeHwnd()", kUnit, __LINE__);

@@ -59,6 +59,12 @@ public:
     Menu contextMenu(bool overList) const;
 
 private:
+    // To itself: the lists below follow the selection; albums have been played; a node has opened or
+    // closed.
+    static constexpr UINT kSelectionMessage = WM_APP + 1;
+    static constexpr UINT kFocusListMessage = WM_APP + 2;
+    static constexpr UINT kFoldedMessage = WM_APP + 3;
+
     enum class Below { AlbumInfo, AlbumTracks, PlayingNow };
     struct Strip { // a combo box between two lines
         const ComboBoxEx& combo;
@@ -152,7 +158,6 @@ private:
 
     LibrarySummary m_summary;
     Below m_below = Below::AlbumInfo;
-    bool m_laysOut = false;
     bool m_selectionPosted = false;
     HTREEITEM m_followed = nullptr; // what was selected in the tree when its albums were taken last
     std::string m_path;             // of the selected node

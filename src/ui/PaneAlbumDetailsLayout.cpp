@@ -26,9 +26,8 @@ int partOf(LONG extent, double percent)
 // The bars say how the pane is divided, each by its own percentage; what is between them follows.
 void PaneAlbumDetails::layoutContent(const RECT& content)
 {
-    if (!m_pSplitTracks || m_laysOut)
+    if (!m_pSplitTracks)
         return;
-    m_laysOut = true; // a bar that moves tells us so
     m_strips.clear();
     const RECT client = clientRect();
 
@@ -49,7 +48,6 @@ void PaneAlbumDetails::layoutContent(const RECT& content)
     m_plvwPlayingNow.move(lists);
     m_trackDetails.move(layoutStrip({m_trackDetails.combo(), m_psepTrackDetails},
                                     {tracks.right, details.bottom, client.right, client.bottom}));
-    m_laysOut = false;
 }
 
 // Its percentage counts from the pane's left edge, as that of every bar, and where it is dropped it

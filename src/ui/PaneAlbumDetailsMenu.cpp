@@ -18,7 +18,6 @@ namespace tessera {
 namespace {
 
 constexpr const char* kUnit = "PaneAlbumDetails";
-constexpr UINT kFocusListMessage = WM_APP + 2; // to itself, when albums have been played
 constexpr UINT kFromAccelerator = 1;
 
 Menu subMenu(const char* expression)

@@ -14,8 +14,6 @@ namespace tessera {
 namespace {
 
 constexpr std::chrono::milliseconds kTurn{30};
-constexpr UINT kSelectionMessage = WM_APP + 1; // to itself: the lists below follow
-constexpr UINT kFoldedMessage = WM_APP + 3;    // to itself, when a node has opened or closed
 
 // Null for a file that is not in the library.
 const Track* findTrack(Commands& commands, const HostFilePtr& file)

@@ -13,19 +13,6 @@ namespace {
 
 constexpr const char* kUnit = "PaneOverview";
 constexpr const char* kViewName = "Overview";
-constexpr UINT kPlayedMessage = WM_APP + 1; // to itself, when albums have been played
-
-ListStyle styleOf(std::int32_t setting)
-{
-    switch (setting) {
-    case 0:
-        return ListStyle::Icons;
-    case 1:
-        return ListStyle::Details;
-    default:
-        return ListStyle::Tiles;
-    }
-}
 
 } // namespace
 
@@ -79,7 +66,7 @@ bool PaneOverview::createPane(HWND parent)
     }
     m_view = loadViewState(commands().viewStore(), kViewName);
     createSearchBox();
-    const ListStyle style = styleOf(commands().overview().listviewStyle);
+    const ListStyle style = listStyleOf(commands().overview().listviewStyle, ListStyle::Tiles);
     commands().overview().listviewStyle = static_cast<int>(style);
     if (!m_plvwDetails.initAlbumList(handle(), controlId::kOverviewList, style))
         assertionFailed("m_plvwDetails->GetSafeHwnd()", kUnit, __LINE__);

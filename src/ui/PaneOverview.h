@@ -40,6 +40,7 @@ public:
 
 private:
     static constexpr std::size_t kSwitches = 3;
+    static constexpr UINT kPlayedMessage = WM_APP + 1; // to itself, when albums have been played
 
     // search box
     static std::span<const CommandKeys::Key> searchKeys(); // outside the box

@@ -11,12 +11,6 @@
 
 namespace tessera {
 
-namespace {
-
-constexpr UINT kPlayedMessage = WM_APP + 1;
-
-} // namespace
-
 Menu PaneOverview::contextMenu() const
 {
     const std::vector<Album*> albums = m_plvwDetails.selectedAlbums();

@@ -80,16 +80,6 @@ void TreeView::setData(HTREEITEM treeItem, LPARAM data) const
     send(TVM_SETITEMA, 0, reinterpret_cast<LPARAM>(&item));
 }
 
-void TreeView::clear() const
-{
-    const RedrawOff quiet(m_handle);
-    select(nullptr);
-    for (HTREEITEM item = root(); item; item = next(item)) {
-        expand(item, TVE_COLLAPSE);
-    }
-    send(TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(TVI_ROOT));
-}
-
 namespace {
 
 bool isHidden(HWND window)

@@ -64,8 +64,6 @@ public:
     HTREEITEM itemAt(POINT screen) const;
     RECT itemRect(HTREEITEM item) const;
     int count() const { return static_cast<int>(send(TVM_GETCOUNT)); }
-    // Collapsed and unselected first, which is what makes it quick.
-    void clear() const;
     void setImageList(HIMAGELIST list) const
     {
         send(TVM_SETIMAGELIST, TVSIL_NORMAL, reinterpret_cast<LPARAM>(list));

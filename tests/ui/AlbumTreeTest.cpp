@@ -1,6 +1,7 @@
 #include "ui/AlbumTrees.h"
 
 #include "AlbumFixture.h"
+#include "PaintCounter.h"
 #include "base/Errors.h"
 #include "base/Text.h"
 #include "ui/ids.h"
@@ -49,31 +50,6 @@ private:
         if (trees && trees->answer(header))
             return 0;
         selectionChanges += header.code == TVN_SELCHANGEDA || header.code == TVN_SELCHANGEDW ? 1 : 0;
-        return kDefault;
-    }
-};
-
-// What a tree has been told to paint.
-class PaintCounter : public Mapped<PaintCounter, Subclass> {
-public:
-    static std::span<const MapEntry<PaintCounter>> messageMap()
-    {
-        static constexpr MapEntry<PaintCounter> kMap[] = {{WM_PAINT, &PaintCounter::onPaint},
-                                                          {WM_ERASEBKGND, &PaintCounter::onErase}};
-        return kMap;
-    }
-    int paints = 0;
-    int erases = 0;
-
-private:
-    Handled onPaint(const Message&)
-    {
-        ++paints;
-        return kDefault;
-    }
-    Handled onErase(const Message&)
-    {
-        ++erases;
         return kDefault;
     }
 };

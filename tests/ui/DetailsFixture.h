@@ -1,6 +1,7 @@
 #pragma once
 
 #include "AlbumFixture.h"
+#include "PaintCounter.h"
 #include "ui/DetailsList.h"
 
 #include <algorithm>
@@ -32,25 +33,6 @@ public:
 
 private:
     WindowClass windowClass() const override { return {.name = "TesseraTestPane"}; }
-};
-
-// Counts what a window is told to paint.
-class PaintCounter final : public Mapped<PaintCounter, Subclass> {
-public:
-    static std::span<const MapEntry<PaintCounter>> messageMap() { return {}; }
-    Handled route(const Message& message) override
-    {
-        if (message.id == WM_PAINT) {
-            ++paints;
-            GetUpdateRect(message.window, &area, FALSE);
-        }
-        if (message.id == WM_ERASEBKGND)
-            ++erases;
-        return kDefault;
-    }
-    int paints = 0;
-    int erases = 0;
-    RECT area{}; // of the last paint
 };
 
 // A library whose tracks the fake host knows, one album after another.
