@@ -1,15 +1,12 @@
 #include "ui/AlbumCaptions.h"
 
 #include "tokens/TokenParser.h"
-#include "windowing/Drawing.h"
 
 #include <algorithm>
 
 namespace tessera {
 
 namespace {
-
-constexpr const wchar_t* kEllipsis = L"...";
 
 // Takes the first line off the text, its line break too.
 std::string_view takeLine(std::string_view& text)
@@ -20,40 +17,6 @@ std::string_view takeLine(std::string_view& text)
     if (line.ends_with('\r'))
         line.remove_suffix(1);
     return line;
-}
-
-int widthOf(std::wstring_view text, HDC dc)
-{
-    SIZE size{};
-    GetTextExtentPoint32W(dc, text.data(), static_cast<int>(text.size()), &size);
-    return static_cast<int>(size.cx);
-}
-
-// Whole characters only, and no blank before the ellipsis.
-std::wstring_view fittingPart(std::wstring_view text, HDC dc, int width)
-{
-    int fits = 0;
-    SIZE size{};
-    GetTextExtentExPointW(dc, text.data(), static_cast<int>(text.size()), std::max(width, 0), &fits, nullptr,
-                          &size);
-    std::wstring_view part = text.substr(0, static_cast<std::size_t>(fits));
-    if (!part.empty() && IS_HIGH_SURROGATE(part.back()))
-        part.remove_suffix(1);
-    while (part.ends_with(L' '))
-        part.remove_suffix(1);
-    return part;
-}
-
-AlbumCaptions::Line fitted(std::string_view text, HDC dc, int width)
-{
-    const WideText wide(text);
-    const std::wstring_view whole(wide.data(), static_cast<std::size_t>(wide.size()));
-    if (const int wholeWidth = widthOf(whole, dc); wholeWidth <= width)
-        return {std::wstring(whole), wholeWidth};
-    std::wstring cut(fittingPart(whole, dc, width - widthOf(kEllipsis, dc)));
-    cut += kEllipsis;
-    const int cutWidth = widthOf(cut, dc);
-    return {std::move(cut), cutWidth};
 }
 
 } // namespace
@@ -81,7 +44,7 @@ AlbumCaptions::Lines AlbumCaptions::make(const Album& album, HDC dc) const
     Lines lines;
     std::string_view left = text;
     do
-        lines.push_back(fitted(takeLine(left), dc, m_width));
+        lines.push_back(fitLine(dc, takeLine(left), m_width));
     while (!left.empty() && lines.size() < m_mostLines);
     return lines;
 }

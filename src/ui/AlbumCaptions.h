@@ -1,10 +1,10 @@
 #pragma once
 
 #include "library/Records.h"
+#include "ui/FittedLine.h"
 
 #include <string>
 #include <vector>
-#include <windows.h>
 
 namespace tessera {
 
@@ -14,11 +14,7 @@ class TokenParser;
 // album and kept until they are dropped.
 class AlbumCaptions {
 public:
-    struct Line {
-        std::wstring text; // ready to be drawn
-        int width;         // pixels
-    };
-    using Lines = std::vector<Line>;
+    using Lines = std::vector<FittedLine>;
 
     explicit AlbumCaptions(const TokenParser& tokens) : m_tokens(tokens) {}
 

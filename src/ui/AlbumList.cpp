@@ -58,6 +58,7 @@ void AlbumList::settingsChanged()
     TEXTMETRICA metrics{};
     GetTextMetricsA(dc.dc(), &metrics);
     m_lineHeight = std::max<int>(metrics.tmHeight, 1);
+    m_rows.clear();
     setStyle(m_style);
 }
 
@@ -130,6 +131,7 @@ void AlbumList::resetAlbums()
 {
     setAlbums({});
     resetCaptions();
+    m_rows.clear();
 }
 
 void AlbumList::setCount()
@@ -139,8 +141,10 @@ void AlbumList::setCount()
 
 void AlbumList::marksChanged(std::span<Album* const> changed)
 {
-    for (const Album* const album : changed)
+    for (const Album* const album : changed) {
         m_captions.drop(m_catalogue.find(album->id));
+        m_rows.drop(m_catalogue.find(album->id));
+    }
     redrawAlbums(changed);
 }
 

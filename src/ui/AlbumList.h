@@ -2,6 +2,7 @@
 
 #include "ui/AlbumCaptions.h"
 #include "ui/AlbumCatalogue.h"
+#include "ui/AlbumRows.h"
 #include "ui/Pane.h"
 #include "windowing/ImageList.h"
 #include "windowing/ListView.h"
@@ -105,9 +106,8 @@ private:
     void setCount();
 
     // drawing
-    Handled onCustomDraw(NMLVCUSTOMDRAW& draw);
-    Handled drawItem(NMLVCUSTOMDRAW& draw);
-    bool drawNumber(const NMLVCUSTOMDRAW& draw) const;
+    Handled onCustomDraw(const NMLVCUSTOMDRAW& draw);
+    void drawItem(HDC dc, int item, const RECT& bounds);
     Cell cellOf(int item) const;
     void drawCell(HDC dc, const Cell& cell);
     void drawIcon(HDC dc, const Cell& cell);
@@ -116,6 +116,10 @@ private:
     // Left of an icon's caption: it begins where the cover does, unless it is centred.
     static int captionInset(bool centred) { return centred ? 2 : 5; }
     void drawCaption(HDC dc, int item, const RECT& place, bool centred, bool middle);
+    void measureColumns();
+    void drawRow(HDC dc, int item, RECT place);
+    void markRow(HDC dc, const RECT& row) const;
+    void drawRowTexts(HDC dc, int item, const RECT& row);
     COLORREF selectedText() const;
     void drawBackground(HDC dc, const RECT& area) const;
     Handled onPaint(const Message& message);
@@ -147,7 +151,10 @@ private:
     Commands& m_commands;
     AlbumCatalogue& m_catalogue;
     AlbumCaptions m_captions;
+    AlbumRows m_rows;
     ListView m_lvw;
+    std::array<RECT, kColumnCount> m_columns{}; // of the paint under way; the first without its cover
+    RECT m_rowIcon{};
     HWND m_hHeader = nullptr; // kept: each question to the list goes through its subclasses
     ImageList m_imlCells;     // gives the cells of the picture views their size
     AlbumPlaces m_given;
@@ -156,8 +163,7 @@ private:
     int m_sortColumn = -1;
     int m_markedColumn = -1; // in the header
     bool m_ascending = true;
-    bool m_rowSelected = false; // the row that is being drawn
-    bool m_quiet = false;       // changes of the selection are our own
+    bool m_quiet = false; // changes of the selection are our own
     int m_captionHeight = 0;
     int m_tileWidth = 0;
     SIZE m_cell{};

@@ -1,9 +1,7 @@
 // What the list draws itself.
 
 #include "artwork/Covers.h"
-#include "ui/AlbumColumns.h"
 #include "ui/AlbumList.h"
-#include "ui/Colours.h"
 #include "ui/Commands.h"
 #include "windowing/Drawing.h"
 
@@ -15,10 +13,8 @@ namespace {
 
 constexpr const char* kNothing = "There are no items to show.";
 constexpr int kTileSide = 64;
-constexpr int kTextMargin = 6; // beside a column's text
 constexpr int kTileMargin = 6;
-constexpr int kIconMargin = 5;  // round the cover
-constexpr int kMarkPercent = 5; // of the text colour in the sorted column
+constexpr int kIconMargin = 5; // round the cover
 
 void drawBitmapTiled(HDC dc, HBITMAP bitmap, const RECT& area)
 {
@@ -80,66 +76,31 @@ Handled AlbumList::onPaint(const Message&)
     return 0;
 }
 
-Handled AlbumList::onCustomDraw(NMLVCUSTOMDRAW& draw)
+Handled AlbumList::onCustomDraw(const NMLVCUSTOMDRAW& draw)
 {
     switch (draw.nmcd.dwDrawStage) {
     case CDDS_PREPAINT:
         if (m_background)
             drawBackground(draw.nmcd.hdc, m_lvw.clientRect());
+        if (!picturesShown())
+            measureColumns();
         return CDRF_NOTIFYITEMDRAW;
     case CDDS_ITEMPREPAINT:
-        return drawItem(draw);
-    case CDDS_ITEMPREPAINT | CDDS_SUBITEM: {
-        const COLORREF back = m_commands.treeBackground();
-        draw.clrTextBk = m_background                    ? CLR_NONE
-                         : draw.iSubItem == m_sortColumn ? mixed(back, m_commands.treeText(), kMarkPercent)
-                                                         : back;
-        draw.clrText = m_commands.treeText();
-        return drawNumber(draw) ? CDRF_SKIPDEFAULT : CDRF_NEWFONT;
-    }
+        drawItem(draw.nmcd.hdc, static_cast<int>(draw.nmcd.dwItemSpec), draw.nmcd.rc);
+        return CDRF_SKIPDEFAULT;
     default:
         return CDRF_DODEFAULT;
     }
 }
 
-Handled AlbumList::drawItem(NMLVCUSTOMDRAW& draw)
+void AlbumList::drawItem(HDC dc, int item, const RECT& bounds)
 {
-    const auto item = static_cast<int>(draw.nmcd.dwItemSpec);
-    if (!picturesShown()) {
-        m_rowSelected = m_lvw.send(LVM_GETITEMSTATE, static_cast<WPARAM>(item), LVIS_SELECTED) != 0;
-        return CDRF_NOTIFYSUBITEMDRAW;
-    }
-    if (item >= 0 && static_cast<std::size_t>(item) < m_places.size() && !m_commands.isBusy())
-        drawCell(draw.nmcd.hdc, cellOf(item));
-    return CDRF_SKIPDEFAULT;
-}
-
-// Right-aligned texts may reach over what they are measured as, and the list would cut their last digit.
-bool AlbumList::drawNumber(const NMLVCUSTOMDRAW& draw) const
-{
-    const auto item = static_cast<int>(draw.nmcd.dwItemSpec);
-    const auto column = static_cast<std::size_t>(std::max(draw.iSubItem, 0));
-    if (column >= kColumnCount || albumColumns()[column].format != LVCFMT_RIGHT || m_commands.isBusy() ||
-        item < 0 || static_cast<std::size_t>(item) >= m_places.size())
-        return false;
-    RECT place = draw.nmcd.rc;
-    if (IsRectEmpty(&place)) {
-        place = {LVIR_BOUNDS, draw.iSubItem, 0, 0};
-        m_lvw.send(LVM_GETSUBITEMRECT, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(&place));
-    }
-    const HDC dc = draw.nmcd.hdc;
-    const DcScope restore(dc);
-    const bool focus = GetFocus() == m_lvw.handle();
-    if (m_rowSelected)
-        fillRect(dc, place, GetSysColor(focus ? COLOR_HIGHLIGHT : COLOR_BTNFACE));
-    else if (draw.clrTextBk != CLR_NONE)
-        fillRect(dc, place, draw.clrTextBk);
-    SelectObject(dc, m_commands.listFont());
-    SetBkMode(dc, TRANSPARENT);
-    SetTextColor(dc, m_rowSelected ? GetSysColor(focus ? COLOR_HIGHLIGHTTEXT : COLOR_BTNTEXT) : draw.clrText);
-    InflateRect(&place, -kTextMargin, 0);
-    drawLine(dc, columnTexts(album(item))[column], place, DT_RIGHT | DT_VCENTER | DT_NOCLIP);
-    return true;
+    if (item < 0 || static_cast<std::size_t>(item) >= m_places.size() || m_commands.isBusy())
+        return;
+    if (picturesShown())
+        drawCell(dc, cellOf(item));
+    else
+        drawRow(dc, item, bounds);
 }
 
 AlbumList::Cell AlbumList::cellOf(int item) const
@@ -216,10 +177,8 @@ void AlbumList::drawCaption(HDC dc, int item, const RECT& place, bool centred, b
     LONG y = place.top;
     if (middle)
         y += (place.bottom - place.top - static_cast<LONG>(lines.size()) * m_lineHeight) / 2;
-    for (const AlbumCaptions::Line& line : lines) {
-        const LONG x = centred ? (place.left + place.right - line.width) / 2 : place.left;
-        ExtTextOutW(dc, x, y, ETO_CLIPPED, &place, line.text.data(), static_cast<UINT>(line.text.size()),
-                    nullptr);
+    for (const FittedLine& line : lines) {
+        drawFitted(dc, line, centred ? (place.left + place.right - line.width) / 2 : place.left, y, place);
         y += m_lineHeight;
     }
 }

@@ -68,7 +68,7 @@ TEST_F(AlbumCaptionsTest, DoubleByteTextIsCutBetweenCharacters)
     std::string title;
     for (int i = 0; i < 40; ++i)
         title += "\x83\x5C"; // its second byte is a backslash elsewhere
-    const AlbumCaptions::Line& cut = lines(title.c_str()).at(0);
+    const FittedLine& cut = lines(title.c_str()).at(0);
     ASSERT_GT(cut.text.size(), 3u);
     EXPECT_EQ(cut.text, std::wstring(cut.text.size() - 3, L'\u30BD') + L"...");
     EXPECT_LE(cut.width, kWidth);

@@ -2,6 +2,9 @@
 
 #include "PaneAlbumDetailsFixture.h"
 #include "base/Errors.h"
+#include "library/Database.h"
+#include "support/Recorders.h"
+#include "support/TemporaryFolder.h"
 
 #include <chrono>
 
@@ -366,6 +369,62 @@ TEST_F(PaneAlbumDetailsTest, TheLastChangesAreTakenBackOneByOne)
     EXPECT_EQ(written(), (Texts{"Yearling", "Tidewater"}));
     key('Z', true);
     EXPECT_EQ(written(), Texts{});
+}
+
+TEST_F(PaneAlbumDetailsTest, TheCaptionOffersTheMarksOfThePreviousDatabase)
+{
+    const TemporaryFolder folder("caption-offer");
+    commands.databaseSettings.lastUsed = folder.file("a.ts2");
+    Database previous;
+    Artist& lumen = addArtist(previous.library(), "LUMEN");
+    Album& early = addAlbum(previous.library(), "Early", lumen);
+    lumen.albums.emplace(early.id, &early);
+    auto track = std::make_unique<Track>();
+    track->id = early.id;
+    track->album = &early;
+    early.tracks.emplace(track->id, track.get());
+    previous.library().tracks[track->id] = std::move(track);
+    early.hostTitle = album(1).hostTitle = "Early";
+    early.rank = 9;
+    test::JobRig rig;
+    JobContext context{systemFiles(), rig.log, rig.prompt, rig.terminating};
+    ASSERT_TRUE(previous.write(folder.file("a.ts2.bak"), context));
+    open();
+    // All along the bar: whoever is asked does not know where the offer stands.
+    const auto clickBar = [&] {
+        for (int x = kWide / 4; x < kWide; x += 8)
+            SendMessageA(pane->window(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, 8));
+        settle();
+    };
+    clickBar();
+    EXPECT_EQ(commands.dialogs.size(), 0u) << "nothing is offered yet";
+    pane->offerMarks(1);
+    clickBar();
+    ASSERT_GT(commands.dialogs.size(), 0u);
+    const auto answer = [&](int button) {
+        const Meanwhile user([&] {
+            const HWND dialog = FindWindowA("#32770", "Take marks from another database");
+            if (!dialog)
+                return false;
+            const bool possible = IsWindowEnabled(GetDlgItem(dialog, button)) != FALSE;
+            EXPECT_TRUE(possible);
+            PostMessageA(dialog, WM_COMMAND, static_cast<WPARAM>(possible ? button : IDCANCEL), 0);
+            return true;
+        });
+        std::exchange(commands.dialogs, {}).front()(parent);
+    };
+    answer(IDCANCEL);
+    EXPECT_EQ(album(1).rank, 3);
+    clickBar();
+    ASSERT_GT(commands.dialogs.size(), 0u) << "it stays until it is taken";
+    answer(IDOK);
+    EXPECT_EQ(album(1).rank, 9);
+    EXPECT_TRUE(album(1).has(kAlbumFavourite)) << "what is not marked there stays";
+    EXPECT_EQ(written(), Texts{"Early"});
+    clickBar();
+    EXPECT_EQ(commands.dialogs.size(), 0u) << "it is taken";
+    key('Z', true);
+    EXPECT_EQ(album(1).rank, 3);
 }
 
 TEST_F(PaneAlbumDetailsTest, WhileALibraryIsBusyNothingIsDone)
