@@ -1,6 +1,7 @@
 // Figures of the album details' trees, in a window of their own. bench_trees [PART]: all, or one of
 // marks, gap, select, small and large (rebuilds of 8,400 and 100,000 albums).
 
+#include "BareTree.h"
 #include "GeneratedLibrary.h"
 #include "Report.h"
 
@@ -11,8 +12,7 @@
 #include "ui/ids.h"
 
 #include <algorithm>
-#include <map>
-#include <numeric>
+#include <array>
 #include <string_view>
 
 using namespace tessera;
@@ -23,9 +23,9 @@ namespace {
 constexpr const char* kGenres[] = {"Rock",  "Jazz",   "Pop",  "Folk",    "Metal", "Ambient", "Soul", "Blues",
                                    "House", "Reggae", "Punk", "Classic", "Dub",   "Funk",    "Rap",  "Ska"};
 
-constexpr std::int32_t kSmall = 10000; // a library of fewer albums is measured more often
+constexpr std::uint32_t kFlags[AlbumTrees::kCount] = {0, kAlbumNew, kAlbumFavourite, kAlbumHasImage};
 
-// `variant` names other artists and albums.
+// `variant` names other artists and albums. A tenth of the albums is by one artist.
 void fillLibrary(Library& records, std::int32_t albums, const std::string& variant)
 {
     const GeneratedLibrary made({albums * 12, albums});
@@ -33,7 +33,8 @@ void fillLibrary(Library& records, std::int32_t albums, const std::string& varia
         addArtist(records, (variant + made.artist(i * 7919 % made.artists() * 4)).c_str()).complete =
             i % 3 == 0;
     for (std::int32_t i = 0; i < albums; ++i) {
-        Album& album = addAlbum(records, (variant + made.title(i)).c_str(), *records.artists[i / 4 + 1]);
+        Album& album = addAlbum(records, (variant + made.title(i)).c_str(),
+                                *records.artists[i % 10 == 0 ? 1 : i / 4 + 1]);
         album.genre = kGenres[static_cast<std::size_t>(i) / 4 % std::size(kGenres)];
         album.rank = i % 5 == 0 ? i % 11 : 0;
         album.set(kAlbumHasImage, i % 10 != 0);
@@ -67,75 +68,6 @@ private:
     }
 };
 
-// The items of a tree as lists: what a tree of the same contents is made from.
-struct BareItem {
-    std::string text;
-    int image;
-    LPARAM data;
-    int parent;  // item's number; -1: a root
-    bool sorted; // its children are
-};
-
-std::vector<BareItem> itemsOf(const AlbumTree& tree)
-{
-    std::vector<BareItem> items;
-    const auto visit = [&](auto& self, HTREEITEM first, int parent) -> void {
-        for (HTREEITEM item = first; item; item = tree.view().next(item)) {
-            const bool leaf = tree.isLeaf(item);
-            const HTREEITEM child = tree.view().child(item);
-            const auto number = static_cast<int>(items.size());
-            items.push_back({tree.view().text(item), leaf ? icon::kAlbum : icon::kPerson,
-                             tree.view().data(item), parent, child && !tree.isLeaf(child)});
-            if (child)
-                self(self, child, number);
-        }
-    };
-    visit(visit, tree.view().root(), -1);
-    return items;
-}
-
-// Groups come in no order, as they do from a library.
-void mixGroups(std::vector<BareItem>& items)
-{
-    std::map<int, std::vector<int>> children;
-    for (std::size_t i = 0; i < items.size(); ++i)
-        children[items[i].parent].push_back(static_cast<int>(i));
-    std::vector<BareItem> mixed;
-    const auto visit = [&](auto& self, int parent, int newParent) -> void {
-        const auto& list = children[parent];
-        const std::size_t step =
-            newParent >= 0 && items[static_cast<std::size_t>(parent)].sorted ? list.size() * 5 / 8 | 1 : 1;
-        std::size_t stride = step;
-        while (std::gcd(stride, list.size()) > 1)
-            ++stride;
-        for (std::size_t i = 0; i < list.size(); ++i) {
-            const int old = list[i * stride % list.size()];
-            mixed.push_back(items[static_cast<std::size_t>(old)]);
-            mixed.back().parent = newParent;
-            const auto number = static_cast<int>(mixed.size()) - 1;
-            self(self, old, number);
-        }
-    };
-    visit(visit, -1, -1);
-    items = std::move(mixed);
-}
-
-// Into an empty tree, and sorted where groups are.
-void insertBare(const TreeView& tree, const std::vector<BareItem>& items, bool sort)
-{
-    const TreeUpdate update(tree);
-    std::vector<HTREEITEM> made(items.size());
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        const BareItem& item = items[i];
-        made[i] = tree.add(item.parent < 0 ? TVI_ROOT : made[static_cast<std::size_t>(item.parent)],
-                           item.text, item.image, item.data);
-    }
-    for (std::size_t i = 0; sort && i < items.size(); ++i) {
-        if (items[i].sorted)
-            tree.send(TVM_SORTCHILDREN, 0, reinterpret_cast<LPARAM>(made[i]));
-    }
-}
-
 struct Rig {
     FakeCommands commands;
     Library other;
@@ -154,9 +86,29 @@ struct Rig {
         trees.move({0, 0, 300, 600});
         commands.library();
     }
+    // What tree `index` holds.
+    BareItems itemsOf(std::size_t index)
+    {
+        AlbumTreeNames names;
+        names.fill(commands.catalogue(), commands.general().moveThe, commands.firstNames());
+        AlbumPlaces places;
+        for (std::uint32_t place = 0; place < commands.catalogue().size(); ++place) {
+            if ((commands.catalogue().album(place).flags & kFlags[index]) == kFlags[index])
+                places.push_back(place);
+        }
+        return bareItems(commands.catalogue(), names, places);
+    }
+    // Puts in every album, as somebody who asks for the number of nodes does.
+    std::array<int, AlbumTrees::kCount> fill()
+    {
+        std::array<int, AlbumTrees::kCount> counts{};
+        for (std::size_t i = 0; i < counts.size(); ++i)
+            counts[i] = trees.tree(i).view().count();
+        return counts;
+    }
+    // Behind `release`.
     void changeLibrary()
     {
-        trees.release();
         std::swap(commands.records, other);
         commands.catalogue().clear();
         commands.library();
@@ -176,49 +128,128 @@ std::string named(const char* what, std::int32_t albums)
     return std::string(what) + ", " + std::to_string(albums) + " albums, 32-bit";
 }
 
-// Trees of many items take long to destroy, so those of the large library stay.
-double bareTrees(HWND parent, const std::vector<std::vector<BareItem>>& items, bool keep)
+// Inserting the same items and sorting the groups. Trees of many items take long to destroy: they stay.
+double bareTime(HWND parent, const std::vector<BareItems>& lists)
 {
-    std::vector<TreeView> bare(items.size());
-    for (TreeView& tree : bare) {
-        require(tree.create(parent, 7000, {0, 0, 300, 600}, TreeView::kTree, 0), "no bare tree");
-        tree.show(false);
-    }
-    const double time = timed([&] {
-        for (std::size_t i = 0; i < items.size(); ++i)
-            insertBare(bare[i], items[i], true);
+    std::vector<TreeView> trees;
+    for (std::size_t i = 0; i < lists.size(); ++i)
+        trees.push_back(bareTree(parent));
+    return timed([&] {
+        for (std::size_t i = 0; i < lists.size(); ++i)
+            insertAndSort(trees[i], lists[i]);
     });
-    for (TreeView& tree : bare) {
-        if (!keep)
-            tree.destroy();
-    }
-    return time;
 }
 
 void rebuildRows(std::int32_t albums, int runs)
 {
     Rig rig(albums);
-    const double first = timed([&] { rig.trees.rebuild(TreeRebuild::Full, rig.log); });
-    std::vector<std::vector<BareItem>> items;
-    for (std::size_t i = 0; i < AlbumTrees::kCount; ++i) {
-        items.push_back(itemsOf(rig.trees.tree(i)));
-        mixGroups(items.back());
-    }
+    const auto rebuild = [&] { rig.trees.rebuild(TreeRebuild::Full, rig.log); };
+    const double first = timed(rebuild);
+    std::vector<BareItems> lists;
+    for (std::size_t i = 0; i < AlbumTrees::kCount; ++i)
+        lists.push_back(rig.itemsOf(i));
     double bare = 1e9;
-    for (int i = 0; i < runs; ++i)
-        bare = std::min(bare, bareTrees(rig.parent.handle(), items, albums > kSmall));
     double again = 1e9;
     double other = 1e9;
-    for (int i = 0; i < runs; ++i) {
-        if (albums <= kSmall)
-            again = std::min(again, timed([&] { rig.trees.rebuild(TreeRebuild::Full, rig.log); }));
+    double filling = 1e9;
+    double filled = 1e9;
+    double otherFilled = 1e9;
+    const auto change = [&] {
+        const double emptying = timed([&] { rig.trees.release(); });
         rig.changeLibrary();
-        other = std::min(other, timed([&] { rig.trees.rebuild(TreeRebuild::Full, rig.log); }));
+        return emptying + timed(rebuild);
+    };
+    for (int i = 0; i < runs; ++i) {
+        bare = std::min(bare, bareTime(rig.parent.handle(), lists));
+        again = std::min(again, timed(rebuild));
+        const double changing = change();
+        other = std::min(other, changing);
+        std::array<int, AlbumTrees::kCount> counts{};
+        filling = std::min(filling, changing + timed([&] { counts = rig.fill(); }));
+        for (std::size_t tree = 0; tree < counts.size(); ++tree)
+            require(counts[tree] == static_cast<int>(lists[tree].items.size()), "items are missing");
+        filled = std::min(filled, timed(rebuild));
+        otherFilled = std::min(otherFilled, change());
     }
     report({named("first rebuild of the four trees", albums), first, "ms", bare, 1.3});
-    if (albums <= kSmall)
-        report({named("rebuild of the four trees, same library", albums), again, "ms", bare, 1.3});
+    report({named("rebuild of the four trees, same library", albums), again, "ms", bare, 1.3});
     report({named("rebuild of the four trees, another library", albums), other, "ms", bare, 1.3});
+    report({named("rebuild of the four trees, another library, and all groups filled", albums), filling, "ms",
+            bare, 1.3});
+    report({named("rebuild of the four trees, same library, all groups filled before", albums), filled, "ms",
+            bare, 1.3});
+    report({named("rebuild of the four trees, another library, all groups filled before", albums),
+            otherFilled, "ms", bare});
+}
+
+HTREEITEM childNamed(const TreeView& tree, HTREEITEM parent, const std::string& text)
+{
+    HTREEITEM item = tree.child(parent);
+    while (item && tree.text(item) != text)
+        item = tree.next(item);
+    require(item != nullptr, "a group is missing");
+    return item;
+}
+
+struct Opening {
+    std::size_t albums;
+    double work;
+    double bare;
+};
+
+// In a tree in view whose artists are open. The bare tree has all its groups, and gets the same albums.
+Opening openLargest(std::int32_t albums)
+{
+    Rig rig(albums);
+    rig.trees.rebuild(TreeRebuild::Full, rig.log);
+    const BareItems list = rig.itemsOf(0);
+    std::vector<std::size_t> counts(list.groups);
+    for (std::size_t i = list.groups; i < list.items.size(); ++i)
+        ++counts[static_cast<std::size_t>(list.items[i].parent)];
+    const auto largest = static_cast<std::size_t>(std::ranges::max_element(counts) - counts.begin());
+    std::size_t begin = list.groups;
+    while (list.items[begin].parent != static_cast<int>(largest))
+        ++begin;
+
+    const TreeView& view = rig.trees.tree(0).view();
+    const HTREEITEM root = rig.trees.tree(0).root(Grouping::Artist);
+    const HTREEITEM group = childNamed(view, root, list.items[largest].text);
+    rig.trees.show(0);
+    ShowWindow(rig.frame, SW_SHOWNOACTIVATE);
+    view.expand(root);
+    view.scrollToTop(group);
+    pumpMessages(50);
+    const double work = timed([&] {
+        view.expand(group);
+        UpdateWindow(view.handle());
+    });
+    view.show(false);
+
+    const TreeView bare = bareTree(rig.parent.handle());
+    std::vector<HTREEITEM> made;
+    insertBare(bare, list, 0, list.groups, made);
+    bare.show(true);
+    bare.expand(made[static_cast<std::size_t>(list.items[largest].parent)]);
+    bare.scrollToTop(made[largest]);
+    pumpMessages(50);
+    const double reference = timed([&] {
+        insertBare(bare, list, begin, begin + counts[largest], made);
+        bare.expand(made[largest]);
+        UpdateWindow(bare.handle());
+    });
+    return {counts[largest], work, reference};
+}
+
+void openRow(std::int32_t albums)
+{
+    Opening best = openLargest(albums);
+    for (int i = 0; i < 2; ++i) {
+        const Opening next = openLargest(albums);
+        best.work = std::min(best.work, next.work);
+        best.bare = std::min(best.bare, next.bare);
+    }
+    const std::string what = "opening the largest group (" + std::to_string(best.albums) + " albums)";
+    report({named(what.c_str(), albums), best.work, "ms", best.bare, 1.3});
 }
 
 // As a job does it: one turn after the other, with messages between.
@@ -232,8 +263,10 @@ void gapRow(std::int32_t albums)
         pumpMessages(100);
         rig.parent.longestGap = 0;
         rig.parent.lastTick = Clock::now();
-        if (i > 0)
+        if (i > 0) {
+            rig.trees.release();
             rig.changeLibrary();
+        }
         rig.trees.begin(TreeRebuild::Full, rig.log);
         for (bool more = true; more; pumpMessages(1)) {
             const double time = timed([&] { more = rig.trees.step(std::chrono::milliseconds(30)); });
@@ -300,7 +333,7 @@ void marksRows(std::int32_t favourites, int runs)
     const AlbumTree& tree = rig.trees.tree(2);
     tree.view().expand(tree.root(Grouping::Artist));
     pumpMessages(200);
-    const std::vector<BareItem> items = itemsOf(tree);
+    const BareItems list = rig.itemsOf(2);
     PaintCounter counter;
     require(counter.attach(tree.view().handle()), "no subclass");
     Album& marked = *rig.commands.records.albums[favourites / 2];
@@ -317,11 +350,12 @@ void marksRows(std::int32_t favourites, int runs)
             return time;
         },
         [&] {
-            TreeView bare;
-            require(bare.create(rig.parent.handle(), 7000, {0, 0, 300, 600}, TreeView::kTree, 0),
-                    "no bare tree");
-            bare.show(false);
-            const double time = timed([&] { insertBare(bare, items, false); });
+            TreeView bare = bareTree(rig.parent.handle());
+            const double time = timed([&] {
+                const TreeUpdate update(bare);
+                std::vector<HTREEITEM> made;
+                insertBare(bare, list, 0, list.items.size(), made);
+            });
             bare.destroy();
             return time;
         });
@@ -342,8 +376,8 @@ int main(int count, char** arguments)
         {"marks", [] { marksRows(8400, 3); }},
         {"gap", [] { gapRow(8400); }},
         {"select", [] { return selectRow(8400, 8), selectRow(100000, 5); }},
-        {"small", [] { rebuildRows(8400, 3); }},
-        {"large", [] { rebuildRows(100000, 1); }},
+        {"small", [] { return rebuildRows(8400, 3), openRow(8400); }},
+        {"large", [] { return rebuildRows(100000, 1), openRow(100000); }},
     };
     const std::string_view only = count > 1 ? arguments[1] : "";
     for (const auto& part : parts) {

@@ -1,9 +1,12 @@
-// How a tree gets its nodes.
+// How a tree gets its groups.
 
 #include "ui/AlbumTree.h"
 
 #include "base/Errors.h"
 #include "ui/ids.h"
+
+#include <algorithm>
+#include <unordered_set>
 
 namespace tessera {
 
@@ -12,6 +15,11 @@ namespace {
 constexpr const char* kUnit = "PaneAlbumDetails";
 constexpr const char* kGroupFailed = "hItem";
 constexpr std::size_t kRankPrefix = 2; // sorts ranks, and is not shown
+constexpr std::size_t kLastGrouping = kGroupings - 1;
+
+// A node that goes or comes on its own costs some systems as much as so many of a tree that is emptied
+// and filled.
+constexpr std::size_t kChangeCost = 8;
 
 // What every node of a kind has.
 struct Look {
@@ -20,13 +28,12 @@ struct Look {
     LPARAM outerData;
     LPARAM innerData;
     int outerImage;
-    const char* leafFailed;
 };
 
 constexpr Look kLooks[kGroupings] = {
-    {"Artist/Album", 100, 101, 0, icon::kPerson, "pTVI->m_hArtistAlbums"},
-    {"Genre", 300, 202, 202, icon::kGenre, "pTVI->m_hGenre"},
-    {"Rank", 0, 301, 302, icon::kPerson, "pTVI->m_hRank"},
+    {"Artist/Album", 100, 101, 0, icon::kPerson},
+    {"Genre", 300, 202, 202, icon::kGenre},
+    {"Rank", 0, 301, 302, icon::kPerson},
 };
 
 const Look& lookOf(Grouping grouping)
@@ -46,62 +53,83 @@ bool AlbumTree::create(HWND parent)
         assertionFailed(m_expression, kUnit, __LINE__);
         return false;
     }
+    attach(m_tvw.handle());
     m_tvw.show(false);
-    for (std::size_t i = 0; i < kGroupings; ++i) {
-        m_roots[i] = m_tvw.add(TVI_ROOT, kLooks[i].root, icon::kGroup, kLooks[i].rootData);
-        if (!m_roots[i])
-            insertionFailed(kGroupFailed);
-    }
+    for (std::size_t i = 0; i < kGroupings; ++i)
+        addRoot(i);
     return true;
+}
+
+void AlbumTree::addRoot(std::size_t grouping)
+{
+    const Look& look = kLooks[grouping];
+    const HTREEITEM behind = grouping > 0 ? m_roots[grouping - 1] : TVI_FIRST;
+    m_roots[grouping] = m_tvw.add(TVI_ROOT, look.root, icon::kGroup, look.rootData, behind);
+    if (!m_roots[grouping])
+        insertionFailed(kGroupFailed);
 }
 
 void AlbumTree::begin(const AlbumCatalogue& catalogue, const AlbumTreeNames& names, AlbumPlaces places,
                       bool sameLibrary)
 {
-    abandon();
-    m_filled = false;
-    m_tvw.select(nullptr);
+    leave();
     m_catalogue = &catalogue;
     m_names = &names;
     m_given = std::move(places);
     m_sameLibrary = sameLibrary;
-    m_stage = Stage::Groups;
-    m_grouping = 0;
+    m_stage = Stage::Lists;
+    m_grouping = kLastGrouping;
     m_at = 0;
     m_reported = {};
 }
 
 void AlbumTree::release()
 {
-    abandon();
-    m_filled = false;
-    m_tvw.select(nullptr);
+    leave();
 }
 
 // A change that is half done leaves nodes of both libraries: all go.
-void AlbumTree::abandon()
+void AlbumTree::leave()
 {
-    const bool begun = m_stage != Stage::Done && (m_stage != Stage::Groups || m_grouping > 0);
+    const bool halfDone = m_stage != Stage::Done && m_stage != Stage::Lists;
     m_stage = Stage::Done;
-    if (!begun)
+    m_ready = false;
+    m_groups.clear();
+    m_next = {};
+    m_tvw.select(nullptr);
+    if (!halfDone)
         return;
     const TreeUpdate update(m_tvw);
-    for (const HTREEITEM root : m_roots) {
-        while (const HTREEITEM group = m_tvw.child(root))
-            m_tvw.remove(group);
-    }
-    m_contents = {};
-    m_next = {};
+    for (std::size_t i = 0; i < kGroupings; ++i)
+        clearRoot(i);
 }
 
-// One list of groups or the albums of one group at a time. All groups come before the albums: some
-// systems look for an item's parent among all items from the oldest on.
+void AlbumTree::clearRoot(std::size_t grouping)
+{
+    if (m_roots[grouping])
+        m_tvw.remove(m_roots[grouping]);
+    addRoot(grouping);
+    m_contents[grouping] = {};
+}
+
+// One list of groups or the albums of one group at a time. Some systems look for an item's parent
+// among all items from the oldest on: all groups come before the albums, and of the groupings the
+// artists, which are many, come last.
 bool AlbumTree::step()
 {
-    Contents& next = m_next[m_grouping % kGroupings];
+    Contents& next = m_next[m_grouping];
     switch (m_stage) {
+    case Stage::Lists:
+        listGroups();
+        advance();
+        break;
+    case Stage::Clearing:
+        if (m_startOver)
+            clearRoot(m_grouping);
+        advance();
+        break;
     case Stage::Groups:
-        listOuter();
+        matchNodes(m_roots[m_grouping], m_contents[m_grouping].outer, next.outer, level(false));
         advance();
         break;
     case Stage::InnerGroups:
@@ -111,9 +139,7 @@ bool AlbumTree::step()
             advance();
         break;
     case Stage::Albums:
-        if (const std::vector<Node>& nodes = deepest(m_next); m_at < nodes.size())
-            fillLeaves(nodes[m_at++]);
-        else
+        if (!changeNextLeaves())
             advance();
         break;
     case Stage::Done:
@@ -125,31 +151,32 @@ bool AlbumTree::step()
 void AlbumTree::advance()
 {
     m_at = 0;
-    if (++m_grouping < kGroupings)
+    if (m_grouping > 0) {
+        --m_grouping;
         return;
-    m_grouping = 0;
-    m_stage = static_cast<Stage>(static_cast<int>(m_stage) + 1);
-    if (m_stage == Stage::Done) {
-        m_contents = std::exchange(m_next, {});
-        m_filled = true;
     }
+    m_grouping = kLastGrouping;
+    m_stage = static_cast<Stage>(static_cast<int>(m_stage) + 1);
+    if (m_stage == Stage::Clearing)
+        m_startOver = isOther();
+    if (m_stage == Stage::Done)
+        finish();
 }
 
-// The groups that hold albums.
-std::vector<AlbumTree::Node>& AlbumTree::deepest(std::array<Contents, kGroupings>& contents) const
+void AlbumTree::finish()
 {
-    return m_grouping == 0 ? contents[m_grouping].outer : contents[m_grouping].inner;
+    m_contents = std::exchange(m_next, {});
+    for (std::size_t i = 0; i < kGroupings; ++i) {
+        for (auto* const nodes : {&m_contents[i].outer, &m_contents[i].inner}) {
+            for (Node& node : *nodes)
+                m_groups.push_back({node.item, &node, i});
+        }
+    }
+    std::ranges::sort(m_groups, std::less(), &GroupItem::item);
+    m_ready = true;
 }
 
-AlbumTree::Level AlbumTree::level(bool inner) const
-{
-    const auto grouping = static_cast<Grouping>(m_grouping);
-    if (inner || grouping == Grouping::Artist)
-        return {grouping, inner, m_names->artists};
-    return {grouping, inner, grouping == Grouping::Genre ? m_names->genres : m_names->ranks};
-}
-
-void AlbumTree::listOuter()
+void AlbumTree::listGroups()
 {
     const Naming artists{m_names->artists, m_names->artistOf};
     const Naming genres{m_names->genres, m_names->genreOf};
@@ -157,7 +184,6 @@ void AlbumTree::listOuter()
     const Naming* const kOuter[kGroupings] = {&artists, &genres, &ranks};
     AlbumGroups groups = groupAlbums(m_given, *kOuter[m_grouping], m_grouping == 0 ? nullptr : &artists);
     Contents& next = m_next[m_grouping];
-    next = {};
     next.places = std::move(groups.places);
     next.leaves.resize(next.places.size());
     next.outer.reserve(groups.outer.size());
@@ -168,7 +194,29 @@ void AlbumTree::listOuter()
         next.inner.push_back({group});
     describe(next.outer, level(false));
     describe(next.inner, level(true));
-    matchNodes(m_roots[m_grouping], m_contents[m_grouping].outer, next.outer, level(false));
+}
+
+// By the artists, which most groups are made of: whether too few stay for changing them one by one.
+bool AlbumTree::isOther() const
+{
+    const std::vector<Node>& old = m_contents[0].outer;
+    const std::vector<Node>& next = m_next[0].outer;
+    if (m_sameLibrary || old.empty())
+        return false;
+    std::unordered_set<std::size_t> keys;
+    for (const Node& node : old)
+        keys.insert(node.keyHash);
+    const auto kept = static_cast<std::size_t>(
+        std::ranges::count_if(next, [&](const Node& node) { return keys.contains(node.keyHash); }));
+    return kept * 2 * kChangeCost < (old.size() + next.size()) * (kChangeCost - 1);
+}
+
+AlbumTree::Level AlbumTree::level(bool inner) const
+{
+    const auto grouping = static_cast<Grouping>(m_grouping);
+    if (inner || grouping == Grouping::Artist)
+        return {grouping, inner, m_names->artists};
+    return {grouping, inner, grouping == Grouping::Genre ? m_names->genres : m_names->ranks};
 }
 
 void AlbumTree::describe(std::span<Node> nodes, const Level& level) const
@@ -207,7 +255,7 @@ std::string AlbumTree::textOf(const Node& node, const Level& level)
     return isRank && text.size() > kRankPrefix ? text.substr(kRankPrefix) : text;
 }
 
-const AlbumTree::Node* AlbumTree::oldOf(const Node& node, const std::vector<Node>& old) const
+const AlbumTree::Node* AlbumTree::oldOf(const Node& node, const std::vector<Node>& old)
 {
     return node.before == kNoGroup ? nullptr : &old[node.before];
 }
@@ -215,11 +263,14 @@ const AlbumTree::Node* AlbumTree::oldOf(const Node& node, const std::vector<Node
 void AlbumTree::matchNodes(HTREEITEM parent, std::span<const Node> old, std::span<Node> next,
                            const Level& level)
 {
-    pairNodes(parent, old, next);
+    pairNodes(old, next);
     std::vector<bool> kept(old.size());
-    for (const Node& node : next) {
-        if (node.before != kNoGroup)
-            kept[node.before] = true;
+    std::size_t firstOfEnd = 0; // what comes behind all nodes that are there
+    for (std::size_t i = 0; i < next.size(); ++i) {
+        if (next[i].before == kNoGroup)
+            continue;
+        kept[next[i].before] = true;
+        firstOfEnd = i + 1;
     }
     for (std::size_t i = 0; i < old.size(); ++i) {
         if (!kept[i] && old[i].item)
@@ -228,28 +279,24 @@ void AlbumTree::matchNodes(HTREEITEM parent, std::span<const Node> old, std::spa
     const auto& look = lookOf(level.grouping);
     const LPARAM data = level.inner ? look.innerData : look.outerData;
     HTREEITEM behind = TVI_FIRST;
-    for (Node& node : next) {
+    for (std::size_t i = 0; i < next.size(); ++i) {
+        Node& node = next[i];
         if (node.before == kNoGroup) {
-            node.item = addGroup(parent, node, level, old.empty() ? TVI_LAST : behind);
+            node.item = addGroup(parent, node, level, i < firstOfEnd ? behind : TVI_LAST);
         } else {
             const Node& was = old[node.before];
             node.item = was.item;
-            const bool same =
-                was.keyHash == node.keyHash && was.textHash == node.textHash && was.image == node.image;
-            if (!same)
+            node.filled = was.filled;
+            if (was.textHash != node.textHash || was.image != node.image)
                 m_tvw.set(node.item, textOf(node, level), node.image, data);
         }
         behind = node.item ? node.item : behind;
     }
 }
 
-// By their keys as far as the order allows. What is new between two pairs takes over what is left
-// there, closed nodes only. Nodes that may be in view are made again instead: the tree measures each
-// new text of those at once.
-void AlbumTree::pairNodes(HTREEITEM parent, std::span<const Node> old, std::span<Node> next) const
+// By their keys as far as the order allows.
+void AlbumTree::pairNodes(std::span<const Node> old, std::span<Node> next)
 {
-    if (old.empty())
-        return;
     std::unordered_map<std::size_t, std::uint32_t> byKey;
     for (std::uint32_t i = 0; i < old.size(); ++i) {
         if (old[i].item)
@@ -263,93 +310,19 @@ void AlbumTree::pairNodes(HTREEITEM parent, std::span<const Node> old, std::span
         node.before = found->second;
         from = node.before + 1;
     }
-    if (m_tvw.expanded(parent))
-        return;
-    std::uint32_t spare = 0;
-    for (std::size_t i = 0; i < next.size();) {
-        std::size_t end = i;
-        while (end < next.size() && next[end].before == kNoGroup)
-            ++end;
-        const auto limit = end < next.size() ? next[end].before : static_cast<std::uint32_t>(old.size());
-        for (; i < end && spare < limit; ++spare) {
-            if (old[spare].item && !m_tvw.expanded(old[spare].item))
-                next[i++].before = spare;
-        }
-        spare = limit + 1;
-        i = end + 1;
-    }
 }
 
 HTREEITEM AlbumTree::addGroup(HTREEITEM parent, const Node& node, const Level& level, HTREEITEM behind)
 {
     const auto& look = lookOf(level.grouping);
+    const bool holdsAlbums = level.inner || level.grouping == Grouping::Artist;
     const HTREEITEM item = parent ? m_tvw.add(parent, textOf(node, level), node.image,
-                                              level.inner ? look.innerData : look.outerData, behind)
+                                              level.inner ? look.innerData : look.outerData, behind,
+                                              holdsAlbums ? TreeChildren::Later : TreeChildren::Now)
                                   : nullptr;
     if (!item)
         insertionFailed(kGroupFailed);
     return item;
-}
-
-// Both sequences are in ascending order: of the same library, albums that are in both keep their
-// nodes as they are. Else the nodes of a closed group are any album's.
-void AlbumTree::fillLeaves(const Node& node)
-{
-    const Contents& before = m_contents[m_grouping];
-    Contents& next = m_next[m_grouping];
-    const Node* const old = oldOf(node, deepest(m_contents));
-    std::uint32_t oldAt = old ? old->first : 0;
-    const std::uint32_t oldEnd = old ? old->last : 0;
-    const bool takeAny = !m_sameLibrary && oldAt < oldEnd && !m_tvw.expanded(node.item);
-    const auto dropOld = [&] {
-        if (before.leaves[oldAt])
-            m_tvw.remove(before.leaves[oldAt]);
-        ++oldAt;
-    };
-    while (!m_sameLibrary && !takeAny && oldAt < oldEnd)
-        dropOld();
-    HTREEITEM behind = oldAt < oldEnd ? TVI_FIRST : TVI_LAST;
-    for (std::uint32_t at = node.first; at < node.last; ++at) {
-        const std::uint32_t place = next.places[at];
-        while (m_sameLibrary && oldAt < oldEnd && before.places[oldAt] < place)
-            dropOld();
-        const bool reuse =
-            oldAt < oldEnd && before.leaves[oldAt] && (takeAny || before.places[oldAt] == place);
-        HTREEITEM& leaf = next.leaves[at];
-        leaf = reuse ? before.leaves[oldAt++] : addLeaf(node.item, place, behind);
-        if (reuse && !m_sameLibrary)
-            setLeaf(leaf, place);
-        if (leaf && behind != TVI_LAST)
-            behind = leaf;
-    }
-    while (oldAt < oldEnd)
-        dropOld();
-}
-
-namespace {
-
-int leafImage(const Album& album)
-{
-    return album.has(kAlbumHasImage) ? icon::kAlbum : icon::kAlbumWithoutImage;
-}
-
-} // namespace
-
-HTREEITEM AlbumTree::addLeaf(HTREEITEM parent, std::uint32_t place, HTREEITEM behind)
-{
-    Album& album = m_catalogue->album(place);
-    const HTREEITEM item = parent ? m_tvw.add(parent, album.displayTitle, leafImage(album),
-                                              reinterpret_cast<LPARAM>(&album), behind)
-                                  : nullptr;
-    if (!item)
-        insertionFailed(kLooks[m_grouping].leafFailed);
-    return item;
-}
-
-void AlbumTree::setLeaf(HTREEITEM item, std::uint32_t place) const
-{
-    Album& album = m_catalogue->album(place);
-    m_tvw.set(item, album.displayTitle, leafImage(album), reinterpret_cast<LPARAM>(&album));
 }
 
 // Each kind once a rebuild: there may be as many as albums.

@@ -38,23 +38,16 @@ bool AlbumTree::isLeaf(HTREEITEM item) const
     return item && !isGroupData(m_tvw.data(item));
 }
 
-const AlbumTree::Node* AlbumTree::findGroup(HTREEITEM item, Grouping& grouping) const
+const AlbumTree::GroupItem* AlbumTree::findGroup(HTREEITEM item) const
 {
-    for (std::size_t i = 0; i < kGroupings; ++i) {
-        grouping = static_cast<Grouping>(i);
-        for (const auto* const nodes : {&m_contents[i].outer, &m_contents[i].inner}) {
-            const auto found = std::ranges::find(*nodes, item, &Node::item);
-            if (found != nodes->end())
-                return &*found;
-        }
-    }
-    return nullptr;
+    const auto found = std::ranges::lower_bound(m_groups, item, std::less(), &GroupItem::item);
+    return item && found != m_groups.end() && found->item == item ? &*found : nullptr;
 }
 
 void AlbumTree::albumsOf(HTREEITEM item, const AlbumCatalogue& catalogue, AlbumPlaces& albums) const
 {
     albums.clear();
-    if (!m_filled || !item)
+    if (!m_ready || !item)
         return;
     const LPARAM data = m_tvw.data(item);
     if (!isGroupData(data)) {
@@ -68,10 +61,9 @@ void AlbumTree::albumsOf(HTREEITEM item, const AlbumCatalogue& catalogue, AlbumP
         albums = m_contents[static_cast<std::size_t>(root - m_roots.begin())].places;
         return;
     }
-    Grouping grouping{};
-    if (const Node* const node = findGroup(item, grouping)) {
-        const AlbumPlaces& places = m_contents[static_cast<std::size_t>(grouping)].places;
-        albums.assign(places.begin() + node->first, places.begin() + node->last);
+    if (const GroupItem* const group = findGroup(item)) {
+        const AlbumPlaces& places = m_contents[group->grouping].places;
+        albums.assign(places.begin() + group->node->first, places.begin() + group->node->last);
     }
 }
 
@@ -89,15 +81,15 @@ void AlbumTree::forEachGroup(const AlbumTreeNames& names, const Visit& visit) co
     const NameTable* const kOuter[kGroupings] = {&names.artists, &names.genres, &names.ranks};
     for (std::size_t i = 0; i < kGroupings; ++i) {
         const Contents& contents = m_contents[i];
-        if (!visit(kRootKeys[i], m_roots[i]))
+        if (!visit(kRootKeys[i], m_roots[i], true))
             continue;
         for (const Node& outer : contents.outer) {
             const std::string path = kRootKeys[i] + (kKeySeparator + (*kOuter[i])[outer.name].key);
-            if (!visit(path, outer.item))
+            if (!visit(path, outer.item, !holdsAlbums(outer) || outer.filled))
                 continue;
             for (std::uint32_t at = outer.firstInner; at < outer.lastInner; ++at) {
                 const Node& inner = contents.inner[at];
-                visit(path + kKeySeparator + names.artists[inner.name].key, inner.item);
+                visit(path + kKeySeparator + names.artists[inner.name].key, inner.item, inner.filled);
             }
         }
     }
@@ -106,7 +98,7 @@ void AlbumTree::forEachGroup(const AlbumTreeNames& names, const Visit& visit) co
 TreeState AlbumTree::state(const AlbumTreeNames& names) const
 {
     TreeState state;
-    if (!m_filled)
+    if (!m_ready)
         return state;
     HTREEITEM top = m_tvw.top();
     std::string ending;
@@ -114,8 +106,8 @@ TreeState AlbumTree::state(const AlbumTreeNames& names) const
         ending = kKeySeparator + albumKey(*albumOf(m_tvw, top));
         top = m_tvw.parent(top);
     }
-    forEachGroup(names, [&](const std::string& path, HTREEITEM item) {
-        const UINT opened = m_tvw.state(item) & (TVIS_EXPANDED | TVIS_EXPANDEDONCE);
+    forEachGroup(names, [&](const std::string& path, HTREEITEM item, bool mayBeOpen) {
+        const UINT opened = mayBeOpen ? m_tvw.state(item) & (TVIS_EXPANDED | TVIS_EXPANDEDONCE) : 0;
         if ((opened & TVIS_EXPANDED) != 0)
             state.open.push_back(path);
         if (item == top)
@@ -128,14 +120,14 @@ TreeState AlbumTree::state(const AlbumTreeNames& names) const
 
 void AlbumTree::restore(const TreeState& state, const AlbumTreeNames& names) const
 {
-    if (!m_filled || state.empty())
+    if (!m_ready || state.empty())
         return;
     const std::set<std::string> open(state.open.begin(), state.open.end());
     const std::size_t album = state.top.rfind(std::string{kKeySeparator, kAlbumMark});
     const std::string topGroup = state.top.substr(0, album);
     std::vector<HTREEITEM> opening;
     HTREEITEM top = nullptr;
-    forEachGroup(names, [&](const std::string& path, HTREEITEM item) {
+    forEachGroup(names, [&](const std::string& path, HTREEITEM item, bool) {
         if (item && open.contains(path) && !m_tvw.expanded(item))
             opening.push_back(item);
         if (path == topGroup)

@@ -73,13 +73,6 @@ void AlbumTrees::show(std::size_t tree)
         m_trees[i].view().show(i == m_shown);
 }
 
-const AlbumTree* AlbumTrees::find(HWND control) const
-{
-    const auto found = std::ranges::find_if(
-        m_trees, [&](const AlbumTree& tree) { return control && tree.view().handle() == control; });
-    return found == m_trees.end() ? nullptr : &*found;
-}
-
 void AlbumTrees::rebuild(TreeRebuild kind, Log& log)
 {
     begin(kind, log);
@@ -90,7 +83,7 @@ void AlbumTrees::rebuild(TreeRebuild kind, Log& log)
 void AlbumTrees::begin(TreeRebuild kind, Log& log)
 {
     const bool named = m_names.artistOf.size() == m_commands.catalogue().size();
-    m_kind = named && m_trees[0].isFilled() ? kind : TreeRebuild::Full;
+    m_kind = named && m_trees[0].isReady() ? kind : TreeRebuild::Full;
     m_log = &log;
     m_named = false;
     m_current = 0;
@@ -115,8 +108,10 @@ bool AlbumTrees::step(std::chrono::milliseconds turn)
             if (isOver())
                 return true;
         }
-        tree.restore(m_states[m_current], m_names);
-        m_states[m_current] = {};
+        if (hasState(m_current)) {
+            tree.restore(m_states[m_current], m_names);
+            m_states[m_current] = {};
+        }
         ++m_current;
         beginTree();
     } while (m_current < kCount && !isOver());
@@ -176,24 +171,40 @@ void AlbumTrees::release()
     m_names.clear();
 }
 
+// While there are no albums, what was open with the last ones waits.
+bool AlbumTrees::hasState(std::size_t tree) const
+{
+    return m_trees[tree].isReady() && m_trees[0].albumCount() > 0;
+}
+
 void AlbumTrees::keepStates()
 {
     for (std::size_t i = 0; i < kCount; ++i) {
-        if (m_trees[i].isFilled())
+        if (hasState(i))
             m_states[i] = m_trees[i].state(m_names);
     }
 }
 
-Handled AlbumTrees::answer(const NMHDR& header) const
+Handled AlbumTrees::answer(const NMHDR& header)
 {
-    return m_changing && find(header.hwndFrom) ? Handled(0) : kDefault;
+    const auto tree = std::ranges::find_if(m_trees, [&](const AlbumTree& each) {
+        return header.hwndFrom && each.view().handle() == header.hwndFrom;
+    });
+    if (tree == m_trees.end())
+        return kDefault;
+    if (header.code == TVN_ITEMEXPANDINGA || header.code == TVN_ITEMEXPANDINGW) {
+        const auto& opening = reinterpret_cast<const NMTREEVIEWA&>(header);
+        if ((opening.action & TVE_TOGGLE) == TVE_EXPAND && !tree->prepareOpening(opening.itemNew.hItem))
+            return TRUE;
+    }
+    return m_changing ? Handled(0) : kDefault;
 }
 
 std::array<TreeState, AlbumTrees::kCount> AlbumTrees::states() const
 {
     std::array<TreeState, kCount> states = m_states;
     for (std::size_t i = 0; i < kCount; ++i) {
-        if (m_trees[i].isFilled())
+        if (hasState(i))
             states[i] = m_trees[i].state(m_names);
     }
     return states;

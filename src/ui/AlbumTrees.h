@@ -30,10 +30,9 @@ public:
     std::size_t shownIndex() const { return m_shown; }
     AlbumTree& shown() { return m_trees[m_shown]; }
     const AlbumTree& tree(std::size_t index) const { return m_trees[index]; }
-    // The tree whose control this is, or null.
-    const AlbumTree* find(HWND control) const;
 
-    // All in one go; nothing is selected afterwards. The catalogue is filled.
+    // All in one go; nothing is selected afterwards. The catalogue is filled, and is asked until
+    // `release`.
     void rebuild(TreeRebuild kind, Log& log);
     // In turns, for a library so large that messages should be handled between them: `begin`, then
     // `step` until it answers false. The trees answer no questions about albums until then. The log
@@ -42,14 +41,14 @@ public:
     bool step(std::chrono::milliseconds turn);
     bool isDone() const { return m_current == kCount; }
     // The records are about to go. What the controls show stays until the next rebuild, which must
-    // follow even when no library does.
+    // follow even when no library does; until then no node opens.
     void release();
     bool isChanging() const { return m_changing; }
 
-    // Swallows what the trees tell of changes that are not the user's.
-    Handled answer(const NMHDR& header) const;
+    // Fills groups that open, and swallows what the trees tell of changes that are not the user's.
+    Handled answer(const NMHDR& header);
 
-    // Open nodes and scroll places; they come back with the next full rebuild.
+    // Open nodes and scroll places; they come back with the next full rebuild that has albums.
     std::array<TreeState, kCount> states() const;
     void setStates(std::array<TreeState, kCount> states);
 
@@ -60,6 +59,7 @@ private:
     AlbumPlaces placesOf(std::size_t tree) const;
     void makeNames();
     void beginTree();
+    bool hasState(std::size_t tree) const;
     void keepStates();
 
     Commands& m_commands;

@@ -24,13 +24,17 @@ TVITEMA described(const std::string& text, int image, LPARAM data)
 
 } // namespace
 
-HTREEITEM TreeView::add(HTREEITEM parent, const std::string& text, int image, LPARAM data,
-                        HTREEITEM behind) const
+HTREEITEM TreeView::add(HTREEITEM parent, const std::string& text, int image, LPARAM data, HTREEITEM behind,
+                        TreeChildren children) const
 {
     TVINSERTSTRUCTA insert{};
     insert.hParent = parent;
     insert.hInsertAfter = behind;
     insert.item = described(text, image, data);
+    if (children == TreeChildren::Later) {
+        insert.item.mask |= TVIF_CHILDREN;
+        insert.item.cChildren = 1;
+    }
     return reinterpret_cast<HTREEITEM>(send(TVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&insert)));
 }
 

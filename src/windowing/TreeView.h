@@ -4,6 +4,9 @@
 
 namespace tessera {
 
+// Whether an item's children are inserted now, or when it is opened: it can be opened without them.
+enum class TreeChildren { Now, Later };
+
 class TreeView : public Control {
 public:
     using Control::Control;
@@ -13,7 +16,7 @@ public:
                 DWORD extended = WS_EX_CLIENTEDGE);
     // The last child, or behind another child (TVI_FIRST: in front). Null when refused.
     HTREEITEM add(HTREEITEM parent, const std::string& text, int image = -1, LPARAM data = 0,
-                  HTREEITEM behind = TVI_LAST) const;
+                  HTREEITEM behind = TVI_LAST, TreeChildren children = TreeChildren::Now) const;
     void remove(HTREEITEM item) const { send(TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(item)); }
     void set(HTREEITEM item, const std::string& text, int image, LPARAM data) const;
     std::string text(HTREEITEM item) const;

@@ -130,4 +130,69 @@ LRESULT CALLBACK Subclass::procedure(HWND handle, UINT id, WPARAM wParam, LPARAM
     return handled ? *handled : DefSubclassProc(handle, id, wParam, lParam);
 }
 
+namespace {
+
+WNDPROC exchangeProcedure(HWND window, WNDPROC procedure)
+{
+    const auto next = reinterpret_cast<LONG_PTR>(procedure);
+    return reinterpret_cast<WNDPROC>(IsWindowUnicode(window) ? SetWindowLongPtrW(window, GWLP_WNDPROC, next)
+                                                             : SetWindowLongPtrA(window, GWLP_WNDPROC, next));
+}
+
+WNDPROC currentProcedure(HWND window)
+{
+    return reinterpret_cast<WNDPROC>(IsWindowUnicode(window) ? GetWindowLongPtrW(window, GWLP_WNDPROC)
+                                                             : GetWindowLongPtrA(window, GWLP_WNDPROC));
+}
+
+WNDPROC classProcedure(HWND window)
+{
+    return reinterpret_cast<WNDPROC>(IsWindowUnicode(window) ? GetClassLongPtrW(window, GCLP_WNDPROC)
+                                                             : GetClassLongPtrA(window, GCLP_WNDPROC));
+}
+
+} // namespace
+
+bool DirectSubclass::attach(HWND window)
+{
+    detach();
+    if (!IsWindow(window)) {
+        return false;
+    }
+    SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+    m_unicode = IsWindowUnicode(window) != FALSE;
+    m_original = exchangeProcedure(window, &DirectSubclass::procedure);
+    m_window = m_original ? window : nullptr;
+    return m_window != nullptr;
+}
+
+// Below somebody else's subclass the procedure has to stay, and passes on.
+void DirectSubclass::detach()
+{
+    if (!m_window) {
+        return;
+    }
+    SetWindowLongPtrA(m_window, GWLP_USERDATA, 0);
+    if (currentProcedure(m_window) == &DirectSubclass::procedure) {
+        exchangeProcedure(m_window, m_original);
+    }
+    m_window = nullptr;
+}
+
+LRESULT CALLBACK DirectSubclass::procedure(HWND window, UINT id, WPARAM wParam, LPARAM lParam) noexcept
+{
+    auto* const subclass = reinterpret_cast<DirectSubclass*>(GetWindowLongPtrA(window, GWLP_USERDATA));
+    const WNDPROC original = subclass ? subclass->m_original : classProcedure(window);
+    const bool unicode = subclass ? subclass->m_unicode : IsWindowUnicode(window) != FALSE;
+    const Handled handled = subclass ? routeGuarded(*subclass, {window, id, wParam, lParam}) : kDefault;
+    if (subclass && id == WM_NCDESTROY) {
+        subclass->detach();
+    }
+    if (handled) {
+        return *handled;
+    }
+    return unicode ? CallWindowProcW(original, window, id, wParam, lParam)
+                   : CallWindowProcA(original, window, id, wParam, lParam);
+}
+
 } // namespace tessera

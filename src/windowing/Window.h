@@ -77,4 +77,25 @@ private:
     HWND m_handle = nullptr;
 };
 
+// The same for a standard control of our own that gets very many messages. It sits below any
+// Subclass, is attached when the control has just been made, stays to its end, and takes its user
+// data. Some systems ask another process about a Subclass at each message, which takes longer than
+// most messages do.
+class DirectSubclass : public MessageTarget {
+public:
+    DirectSubclass() = default;
+    ~DirectSubclass() override { detach(); }
+    DirectSubclass(const DirectSubclass&) = delete;
+    DirectSubclass& operator=(const DirectSubclass&) = delete;
+
+    bool attach(HWND window);
+    void detach();
+
+private:
+    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+    HWND m_window = nullptr;
+    WNDPROC m_original = nullptr;
+    bool m_unicode = false;
+};
+
 } // namespace tessera

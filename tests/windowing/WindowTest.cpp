@@ -222,9 +222,10 @@ TEST(Window, CreationThatIsRefusedLeavesNothing)
 namespace {
 
 // Listens to a control and may answer in its place.
-class Listener : public Subclass {
+template <class Base>
+class ListenerOf : public Base {
 public:
-    explicit Listener(std::string name, Log& log) : m_name(std::move(name)), m_log(log) {}
+    explicit ListenerOf(std::string name, Log& log) : m_name(std::move(name)), m_log(log) {}
     Handled route(const Message& message) override
     {
         if (message.id != WM_APP) {
@@ -238,6 +239,8 @@ private:
     std::string m_name;
     Log& m_log;
 };
+using Listener = ListenerOf<Subclass>;
+using DirectListener = ListenerOf<DirectSubclass>;
 
 } // namespace
 
@@ -263,4 +266,40 @@ TEST(Subclass, TwoSitOnOneControlAndEitherMayLeave)
     edit.destroy();
     EXPECT_EQ(first.handle(), nullptr); // the control is gone, the listener knows
     EXPECT_FALSE(first.attach(nullptr));
+}
+
+TEST(DirectSubclass, SitsBelowOthersAndMayLeaveBeforeThem)
+{
+    Recorder window;
+    ASSERT_TRUE(window.create(nullptr, 0, kPlace, kHidden));
+    Edit edit;
+    ASSERT_TRUE(edit.create(window.handle(), 10, kPlace));
+    const bool unicode = IsWindowUnicode(edit.handle()) != FALSE;
+    const LONG_PTR procedure = GetWindowLongPtrA(edit.handle(), GWLP_WNDPROC);
+    Log log;
+    Listener above("above", log);
+    {
+        DirectListener direct("direct", log);
+        EXPECT_FALSE(direct.attach(nullptr));
+        ASSERT_TRUE(direct.attach(edit.handle()));
+        EXPECT_EQ(IsWindowUnicode(edit.handle()) != FALSE, unicode);
+        EXPECT_EQ(edit.send(WM_APP, 1), 5);
+        direct.detach();
+        EXPECT_EQ(GetWindowLongPtrA(edit.handle(), GWLP_WNDPROC), procedure);
+        ASSERT_TRUE(direct.attach(edit.handle()));
+        ASSERT_TRUE(above.attach(edit.handle()));
+        log.clear();
+        edit.send(WM_APP);
+        EXPECT_EQ(std::exchange(log, {}), (Log{"above", "direct"}));
+    }
+    edit.send(WM_APP);
+    edit.setText("still an edit box");
+    EXPECT_EQ(edit.text(), "still an edit box");
+    EXPECT_EQ(log, (Log{"above"}));
+    DirectListener second("second", log);
+    above.detach();
+    edit.destroy();
+    ASSERT_TRUE(edit.create(window.handle(), 10, kPlace));
+    ASSERT_TRUE(second.attach(edit.handle()));
+    edit.destroy(); // the listener lives longer
 }

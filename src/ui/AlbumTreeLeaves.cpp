@@ -1,0 +1,169 @@
+// How the groups of a tree get their albums.
+
+#include "ui/AlbumTree.h"
+#include "ui/ids.h"
+
+#include <algorithm>
+
+namespace tessera {
+
+namespace {
+
+constexpr const char* kLeafFailed[kGroupings] = {"pTVI->m_hArtistAlbums", "pTVI->m_hGenre", "pTVI->m_hRank"};
+
+int leafImage(const Album& album)
+{
+    return album.has(kAlbumHasImage) ? icon::kAlbum : icon::kAlbumWithoutImage;
+}
+
+} // namespace
+
+std::span<const MapEntry<AlbumTree>> AlbumTree::messageMap()
+{
+    static constexpr MapEntry<AlbumTree> kMap[] = {
+        {TVM_GETNEXTITEM, &AlbumTree::onNextItem},
+        {TVM_GETCOUNT, &AlbumTree::onCount},
+    };
+    return kMap;
+}
+
+// Scripts and assistive tools walk down without opening anything.
+Handled AlbumTree::onNextItem(const Message& message)
+{
+    if (message.wParam == TVGN_CHILD)
+        prepareOpening(reinterpret_cast<HTREEITEM>(message.lParam));
+    return kDefault;
+}
+
+Handled AlbumTree::onCount(const Message&)
+{
+    fillAll();
+    return kDefault;
+}
+
+bool AlbumTree::prepareOpening(HTREEITEM item)
+{
+    if (!m_ready)
+        return false;
+    const GroupItem* const group = findGroup(item);
+    if (group && holdsAlbums(*group->node))
+        fill(*group->node, group->grouping);
+    return true;
+}
+
+void AlbumTree::fillAll()
+{
+    if (!m_ready)
+        return;
+    for (const GroupItem& group : m_groups) {
+        if (holdsAlbums(*group.node))
+            fill(*group.node, group.grouping);
+    }
+}
+
+void AlbumTree::fill(Node& node, std::size_t grouping)
+{
+    if (std::exchange(node.filled, true))
+        return;
+    Contents& contents = m_contents[grouping];
+    for (std::uint32_t at = node.first; at < node.last; ++at)
+        contents.leaves[at] = addLeaf(node.item, contents.places[at], grouping, TVI_LAST);
+}
+
+// Of the next group that is filled already; false when there is none.
+bool AlbumTree::changeNextLeaves()
+{
+    const std::vector<Node>& nodes = m_grouping == 0 ? m_next[0].outer : m_next[m_grouping].inner;
+    while (m_at < nodes.size() && !nodes[m_at].filled)
+        ++m_at;
+    if (m_at == nodes.size())
+        return false;
+    changeLeaves(nodes[m_at++]);
+    return true;
+}
+
+// Both sequences are in ascending order: of the same library, albums that are in both keep their
+// nodes. Else the nodes of a closed group are any album's.
+void AlbumTree::changeLeaves(const Node& node)
+{
+    const Contents& before = m_contents[m_grouping];
+    Contents& next = m_next[m_grouping];
+    const Node& old = (m_grouping == 0 ? before.outer : before.inner)[node.before];
+    if (keepLeaves(node, old))
+        return;
+    std::uint32_t oldAt = old.first;
+    const bool takeAny = !m_sameLibrary && !m_tvw.expanded(node.item);
+    const auto dropOld = [&] {
+        if (before.leaves[oldAt].item)
+            m_tvw.remove(before.leaves[oldAt].item);
+        ++oldAt;
+    };
+    while (!m_sameLibrary && !takeAny && oldAt < old.last)
+        dropOld();
+    HTREEITEM behind = oldAt < old.last ? TVI_FIRST : TVI_LAST;
+    for (std::uint32_t at = node.first; at < node.last; ++at) {
+        const std::uint32_t place = next.places[at];
+        while (m_sameLibrary && oldAt < old.last && before.places[oldAt] < place)
+            dropOld();
+        const bool reuse =
+            oldAt < old.last && before.leaves[oldAt].item && (takeAny || before.places[oldAt] == place);
+        Leaf& leaf = next.leaves[at];
+        if (!reuse)
+            leaf = addLeaf(node.item, place, m_grouping, behind);
+        else if (m_sameLibrary)
+            leaf = before.leaves[oldAt++];
+        else
+            leaf = setLeaf(before.leaves[oldAt++].item, place);
+        if (leaf.item && behind != TVI_LAST)
+            behind = leaf.item;
+    }
+    while (oldAt < old.last)
+        dropOld();
+}
+
+// True when the group has the albums that it had, and they look the same.
+bool AlbumTree::keepLeaves(const Node& node, const Node& old)
+{
+    const std::span<const Leaf> leaves =
+        std::span(m_contents[m_grouping].leaves).subspan(old.first, old.last - old.first);
+    Contents& next = m_next[m_grouping];
+    if (leaves.size() != node.last - node.first)
+        return false;
+    for (std::size_t i = 0; i < leaves.size(); ++i) {
+        if (!leaves[i].item || leaves[i].look != leafLook(next.places[node.first + i]))
+            return false;
+    }
+    std::ranges::copy(leaves, next.leaves.begin() + node.first);
+    return true;
+}
+
+// Of all that a node is made of.
+std::size_t AlbumTree::leafLook(std::uint32_t place) const
+{
+    const Album& album = m_catalogue->album(place);
+    const auto mixed = [](std::size_t hash, std::size_t value) { return hash * 31 + value; };
+    const std::size_t text = std::hash<std::string>{}(album.displayTitle);
+    return mixed(mixed(text, reinterpret_cast<std::size_t>(&album)),
+                 static_cast<std::size_t>(leafImage(album)));
+}
+
+AlbumTree::Leaf AlbumTree::addLeaf(HTREEITEM parent, std::uint32_t place, std::size_t grouping,
+                                   HTREEITEM behind)
+{
+    Album& album = m_catalogue->album(place);
+    const HTREEITEM item = parent ? m_tvw.add(parent, album.displayTitle, leafImage(album),
+                                              reinterpret_cast<LPARAM>(&album), behind)
+                                  : nullptr;
+    if (!item)
+        insertionFailed(kLeafFailed[grouping]);
+    return {item, leafLook(place)};
+}
+
+AlbumTree::Leaf AlbumTree::setLeaf(HTREEITEM item, std::uint32_t place) const
+{
+    Album& album = m_catalogue->album(place);
+    m_tvw.set(item, album.displayTitle, leafImage(album), reinterpret_cast<LPARAM>(&album));
+    return {item, leafLook(place)};
+}
+
+} // namespace tessera
