@@ -145,11 +145,24 @@ void AlbumList::marksChanged(std::span<Album* const> changed)
         m_captions.drop(m_catalogue.find(album->id));
         m_rows.drop(m_catalogue.find(album->id));
     }
-    redrawAlbums(changed);
+    redrawAlbums(changed, [this](int item) { return partOf(item, LVIR_BOUNDS); });
+}
+
+void AlbumList::coversArrived(std::span<Album* const> albums)
+{
+    redrawAlbums(albums, [this](int item) { return coverPlace(item); });
+}
+
+RECT AlbumList::partOf(int item, LONG part) const
+{
+    RECT place{part, 0, 0, 0};
+    m_lvw.send(LVM_GETITEMRECT, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(&place));
+    return place;
 }
 
 // Only what is in view. The list is asked as little as can be: this happens many times a second.
-void AlbumList::redrawAlbums(std::span<Album* const> albums)
+template <class PlaceOf>
+void AlbumList::redrawAlbums(std::span<Album* const> albums, PlaceOf placeOf)
 {
     if (!IsWindowVisible(m_lvw.handle()))
         return;
@@ -157,9 +170,8 @@ void AlbumList::redrawAlbums(std::span<Album* const> albums)
     for (int item = startOfView(); item < end; ++item) {
         if (std::ranges::find(albums, &album(item)) == albums.end())
             continue;
-        RECT cell{LVIR_BOUNDS, 0, 0, 0};
-        m_lvw.send(LVM_GETITEMRECT, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(&cell));
-        InvalidateRect(m_lvw.handle(), &cell, FALSE);
+        const RECT place = placeOf(item);
+        InvalidateRect(m_lvw.handle(), &place, FALSE);
     }
 }
 
@@ -176,8 +188,7 @@ int AlbumList::itemAt(POINT screen) const
 
 RECT AlbumList::itemRect(int item) const
 {
-    RECT rect{picturesShown() ? LVIR_ICON : LVIR_BOUNDS, 0, 0, 0};
-    m_lvw.send(LVM_GETITEMRECT, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(&rect));
+    RECT rect = partOf(item, picturesShown() ? LVIR_ICON : LVIR_BOUNDS);
     MapWindowPoints(m_lvw.handle(), nullptr, reinterpret_cast<POINT*>(&rect), 2);
     return rect;
 }

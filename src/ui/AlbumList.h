@@ -20,7 +20,7 @@ struct ViewState;
 // the selection) are the parent's. Keys become notifications too: Enter NM_RETURN, and the
 // Applications key and Shift+F10 NM_RCLICK with the pointer at the item. The wheel with the Ctrl key
 // goes to the parent.
-class AlbumList final : public Mapped<AlbumList, Subclass> {
+class AlbumList final : public Mapped<AlbumList, DirectSubclass> {
 public:
     static std::span<const MapEntry<AlbumList>> messageMap();
 
@@ -70,7 +70,7 @@ public:
     int itemAt(POINT screen) const;
     RECT itemRect(int item) const;
     // Covers of these albums have come.
-    void redrawAlbums(std::span<Album* const> albums);
+    void coversArrived(std::span<Album* const> albums);
     // These albums have other marks, which columns and captions may show.
     void marksChanged(std::span<Album* const> changed);
     // Null: none, as it is at first. The bitmap stays the caller's.
@@ -102,6 +102,9 @@ private:
     void sizeCells(SIZE cell, SIZE spacing);
     void applyGeometry();
     void layoutAgain() const;
+    RECT partOf(int item, LONG part) const; // LVIR_*
+    template <class PlaceOf>
+    void redrawAlbums(std::span<Album* const> albums, PlaceOf placeOf);
     void resetCaptions();
     void setCount();
 
@@ -109,6 +112,8 @@ private:
     Handled onCustomDraw(const NMLVCUSTOMDRAW& draw);
     void drawItem(HDC dc, int item, const RECT& bounds);
     Cell cellOf(int item) const;
+    RECT cellPlace(int item) const;
+    RECT coverPlace(int item) const;
     void drawCell(HDC dc, const Cell& cell);
     void drawIcon(HDC dc, const Cell& cell);
     void drawTile(HDC dc, const Cell& cell);
@@ -155,6 +160,7 @@ private:
     ListView m_lvw;
     std::array<RECT, kColumnCount> m_columns{}; // of the paint under way; the first without its cover
     RECT m_rowIcon{};
+    bool m_hasFocus = false;  // asked once for all items of a paint
     HWND m_hHeader = nullptr; // kept: each question to the list goes through its subclasses
     ImageList m_imlCells;     // gives the cells of the picture views their size
     AlbumPlaces m_given;

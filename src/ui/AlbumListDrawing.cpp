@@ -80,6 +80,7 @@ Handled AlbumList::onCustomDraw(const NMLVCUSTOMDRAW& draw)
 {
     switch (draw.nmcd.dwDrawStage) {
     case CDDS_PREPAINT:
+        m_hasFocus = GetFocus() == m_lvw.handle();
         if (m_background)
             drawBackground(draw.nmcd.hdc, m_lvw.clientRect());
         if (!picturesShown())
@@ -103,17 +104,31 @@ void AlbumList::drawItem(HDC dc, int item, const RECT& bounds)
         drawRow(dc, item, bounds);
 }
 
-AlbumList::Cell AlbumList::cellOf(int item) const
+RECT AlbumList::cellPlace(int item) const
 {
-    RECT icon{LVIR_ICON, 0, 0, 0};
-    m_lvw.send(LVM_GETITEMRECT, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(&icon));
-    const auto state = m_lvw.send(LVM_GETITEMSTATE, static_cast<WPARAM>(item), LVIS_SELECTED | LVIS_FOCUSED);
+    RECT icon = partOf(item, LVIR_ICON);
     const LONG left = (icon.left + icon.right - m_cell.cx) / 2;
     const LONG top = (icon.top + icon.bottom - m_cell.cy) / 2;
-    return {item,
-            {left, top, left + m_cell.cx, top + m_cell.cy},
-            (state & LVIS_SELECTED) != 0,
-            (state & LVIS_FOCUSED) != 0 && GetFocus() == m_lvw.handle()};
+    return {left, top, left + m_cell.cx, top + m_cell.cy};
+}
+
+// All that changes when the album's cover comes.
+RECT AlbumList::coverPlace(int item) const
+{
+    if (m_style == ListStyle::Details)
+        return partOf(item, LVIR_ICON);
+    const RECT cell = cellPlace(item);
+    if (m_style == ListStyle::Tiles)
+        return {cell.left, cell.top, cell.left + kTileSide, cell.top + kTileSide};
+    const SIZE artwork = m_commands.covers().largeSize();
+    return {cell.left + kIconMargin, cell.top + kIconMargin, cell.left + kIconMargin + artwork.cx,
+            cell.top + kIconMargin + artwork.cy};
+}
+
+AlbumList::Cell AlbumList::cellOf(int item) const
+{
+    const auto state = m_lvw.send(LVM_GETITEMSTATE, static_cast<WPARAM>(item), LVIS_SELECTED | LVIS_FOCUSED);
+    return {item, cellPlace(item), (state & LVIS_SELECTED) != 0, (state & LVIS_FOCUSED) != 0 && m_hasFocus};
 }
 
 // A text colour of the panes' own, when the host's skin gives one that shows on the highlight.
@@ -172,6 +187,8 @@ void AlbumList::drawCover(HDC dc, HIMAGELIST list, int item, int x, int y)
 
 void AlbumList::drawCaption(HDC dc, int item, const RECT& place, bool centred, bool middle)
 {
+    if (!RectVisible(dc, &place))
+        return; // only the cover is new
     const std::size_t at = m_places[static_cast<std::size_t>(item)];
     const AlbumCaptions::Lines& lines = m_captions.lines(at, album(item), dc);
     LONG y = place.top;

@@ -62,8 +62,7 @@ void AlbumList::menuAtItem()
     if (item < 0)
         return;
     m_lvw.makeVisible(item);
-    RECT whole{LVIR_BOUNDS, 0, 0, 0};
-    m_lvw.send(LVM_GETITEMRECT, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(&whole));
+    RECT whole = partOf(item, LVIR_BOUNDS);
     const RECT client = m_lvw.clientRect();
     RECT place{};
     if (!IntersectRect(&place, &whole, &client)) // a row may be wider than the list

@@ -44,11 +44,6 @@ void AlbumList::measureColumns()
         OffsetRect(&place, header.x, 0);
         widths[column] = static_cast<int>(place.right - place.left) - 2 * kTextMargin;
     }
-    const auto partOf = [this](int item, LONG part) {
-        RECT place{part, 0, 0, 0};
-        m_lvw.send(LVM_GETITEMRECT, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(&place));
-        return place;
-    };
     const int top = std::max(topItem(), 0);
     m_rowIcon = partOf(top, LVIR_ICON);
     RECT& first = m_columns[0];
@@ -59,22 +54,19 @@ void AlbumList::measureColumns()
 
 void AlbumList::drawRow(HDC dc, int item, RECT place)
 {
-    if (IsRectEmpty(&place)) {
-        place = {LVIR_BOUNDS, 0, 0, 0};
-        m_lvw.send(LVM_GETITEMRECT, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(&place));
-    }
+    if (IsRectEmpty(&place))
+        place = partOf(item, LVIR_BOUNDS);
     const bool selected = m_lvw.send(LVM_GETITEMSTATE, static_cast<WPARAM>(item), LVIS_SELECTED) != 0;
-    const bool focus = GetFocus() == m_lvw.handle();
     const DcScope restore(dc);
     SelectObject(dc, m_commands.listFont());
     SetBkMode(dc, TRANSPARENT);
     if (selected)
         fillRect(dc, {m_columns.front().left, place.top, m_columns.back().right, place.bottom},
-                 GetSysColor(focus ? COLOR_HIGHLIGHT : COLOR_BTNFACE));
+                 GetSysColor(m_hasFocus ? COLOR_HIGHLIGHT : COLOR_BTNFACE));
     else
         markRow(dc, place);
     SetTextColor(dc, !selected ? m_commands.treeText()
-                               : GetSysColor(focus ? COLOR_HIGHLIGHTTEXT : COLOR_BTNTEXT));
+                               : GetSysColor(m_hasFocus ? COLOR_HIGHLIGHTTEXT : COLOR_BTNTEXT));
     drawRowTexts(dc, item, place);
     const RECT icon{m_rowIcon.left, place.top, m_rowIcon.right, place.bottom};
     if (RectVisible(dc, &icon))

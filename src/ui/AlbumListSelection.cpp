@@ -134,13 +134,10 @@ int AlbumList::firstBelow(LONG top) const
 
 void AlbumList::scrollToTop(int item) const
 {
-    RECT row{LVIR_BOUNDS, 0, 0, 0};
-    m_lvw.send(LVM_GETITEMRECT, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(&row));
+    RECT row = partOf(item, LVIR_BOUNDS);
     int top = 0;
     if (!picturesShown()) {
-        RECT first{LVIR_BOUNDS, 0, 0, 0};
-        m_lvw.send(LVM_GETITEMRECT, static_cast<WPARAM>(topItem()), reinterpret_cast<LPARAM>(&first));
-        top = static_cast<int>(first.top);
+        top = static_cast<int>(partOf(topItem(), LVIR_BOUNDS).top);
     }
     m_lvw.send(LVM_SCROLL, 0, row.top - top);
 }

@@ -7,7 +7,7 @@
 namespace tessera {
 
 // Keys of a control that mean commands of its parent's: sent as accelerators are, with code 1.
-class CommandKeys final : public Mapped<CommandKeys, Subclass> {
+class CommandKeys final : public Mapped<CommandKeys, DirectSubclass> {
 public:
     enum Modifiers : unsigned { kNone = 0, kControl = 1, kShift = 2 };
     struct Key {

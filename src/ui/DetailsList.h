@@ -13,7 +13,7 @@ class Commands;
 // A virtual report list of the album details pane: one row selected at most, one column as wide as the
 // others leave it. Its parent hands it the list's notifications first; those that it leaves (clicks,
 // changes of the selection) are the parent's. A double click and Enter are its own.
-class DetailsList : public Mapped<DetailsList, Subclass> {
+class DetailsList : public Mapped<DetailsList, DirectSubclass> {
 public:
     static std::span<const MapEntry<DetailsList>> messageMap();
 

@@ -289,7 +289,7 @@ std::string PaneAlbumDetails::exportText(int item, int column) const
 
 void PaneAlbumDetails::coversArrived(const std::vector<Album*>& albums)
 {
-    m_plvwAlbums.redrawAlbums(albums);
+    m_plvwAlbums.coversArrived(albums);
 }
 
 void PaneAlbumDetails::imageListsRebuilt()

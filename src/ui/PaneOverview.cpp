@@ -224,7 +224,7 @@ Handled PaneOverview::onSelectionChanged(NMHDR&)
 
 void PaneOverview::coversArrived(const std::vector<Album*>& albums)
 {
-    m_plvwDetails.redrawAlbums(albums);
+    m_plvwDetails.coversArrived(albums);
 }
 
 void PaneOverview::imageListsRebuilt()

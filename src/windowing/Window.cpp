@@ -4,6 +4,8 @@
 #include "system/Module.h"
 
 #include <commctrl.h>
+#include <memory>
+#include <utility>
 
 namespace tessera {
 namespace {
@@ -145,54 +147,84 @@ WNDPROC currentProcedure(HWND window)
                                                              : GetWindowLongPtrA(window, GWLP_WNDPROC));
 }
 
-WNDPROC classProcedure(HWND window)
-{
-    return reinterpret_cast<WNDPROC>(IsWindowUnicode(window) ? GetClassLongPtrW(window, GCLP_WNDPROC)
-                                                             : GetClassLongPtrA(window, GCLP_WNDPROC));
-}
-
 } // namespace
+
+// Of a control; goes with it.
+struct DirectSubclass::Chain {
+    WNDPROC original;
+    bool unicode;
+    DirectSubclass* top = nullptr;
+    unsigned changes = 0;
+
+    static Chain* of(HWND window)
+    {
+        return reinterpret_cast<Chain*>(GetWindowLongPtrA(window, GWLP_USERDATA));
+    }
+    LRESULT pass(const Message& message) const
+    {
+        const auto call = unicode ? &CallWindowProcW : &CallWindowProcA;
+        return call(original, message.window, message.id, message.wParam, message.lParam);
+    }
+};
 
 bool DirectSubclass::attach(HWND window)
 {
     detach();
-    if (!IsWindow(window)) {
+    if (!IsWindow(window))
         return false;
+    Chain* chain = Chain::of(window);
+    if (!chain) {
+        auto made =
+            std::make_unique<Chain>(Chain{currentProcedure(window), IsWindowUnicode(window) != FALSE});
+        SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(made.get()));
+        exchangeProcedure(window, &DirectSubclass::procedure);
+        chain = made.release(); // until the control's last message
     }
-    SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-    m_unicode = IsWindowUnicode(window) != FALSE;
-    m_original = exchangeProcedure(window, &DirectSubclass::procedure);
-    m_window = m_original ? window : nullptr;
-    return m_window != nullptr;
+    m_handle = window;
+    m_below = std::exchange(chain->top, this);
+    ++chain->changes;
+    return true;
 }
 
-// Below somebody else's subclass the procedure has to stay, and passes on.
 void DirectSubclass::detach()
 {
-    if (!m_window) {
+    if (!m_handle)
         return;
-    }
-    SetWindowLongPtrA(m_window, GWLP_USERDATA, 0);
-    if (currentProcedure(m_window) == &DirectSubclass::procedure) {
-        exchangeProcedure(m_window, m_original);
-    }
-    m_window = nullptr;
+    Chain& chain = *Chain::of(m_handle);
+    DirectSubclass** link = &chain.top;
+    while (*link != this)
+        link = &(*link)->m_below;
+    *link = m_below;
+    ++chain.changes;
+    m_handle = nullptr;
+    m_below = nullptr;
 }
 
+// Whoever handles a message may take others off, and end the control.
 LRESULT CALLBACK DirectSubclass::procedure(HWND window, UINT id, WPARAM wParam, LPARAM lParam) noexcept
 {
-    auto* const subclass = reinterpret_cast<DirectSubclass*>(GetWindowLongPtrA(window, GWLP_USERDATA));
-    const WNDPROC original = subclass ? subclass->m_original : classProcedure(window);
-    const bool unicode = subclass ? subclass->m_unicode : IsWindowUnicode(window) != FALSE;
-    const Handled handled = subclass ? routeGuarded(*subclass, {window, id, wParam, lParam}) : kDefault;
-    if (subclass && id == WM_NCDESTROY) {
-        subclass->detach();
+    Chain* const chain = Chain::of(window);
+    const Message message{window, id, wParam, lParam};
+    Handled handled = kDefault;
+    const unsigned before = chain->changes;
+    for (DirectSubclass* each = chain->top; each && !handled;) {
+        DirectSubclass* const below = each->m_below;
+        handled = routeGuarded(*each, message);
+        if (!handled && (!IsWindow(window) || chain->changes != before))
+            break;
+        each = below;
     }
-    if (handled) {
+    if (id == WM_NCDESTROY) {
+        const std::unique_ptr<Chain> last(chain);
+        while (chain->top)
+            chain->top->detach();
+        SetWindowLongPtrA(window, GWLP_USERDATA, 0);
+        exchangeProcedure(window, chain->original);
+        return handled ? *handled : chain->pass(message);
+    }
+    if (handled)
         return *handled;
-    }
-    return unicode ? CallWindowProcW(original, window, id, wParam, lParam)
-                   : CallWindowProcA(original, window, id, wParam, lParam);
+    return Chain::of(window) ? chain->pass(message) : 0;
 }
 
 } // namespace tessera

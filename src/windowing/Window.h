@@ -77,10 +77,9 @@ private:
     HWND m_handle = nullptr;
 };
 
-// The same for a standard control of our own that gets very many messages. It sits below any
-// Subclass, is attached when the control has just been made, stays to its end, and takes its user
-// data. Some systems ask another process about a Subclass at each message, which takes longer than
-// most messages do.
+// The same for a standard control of our own, whose user data it takes; several may sit on one, below
+// any Subclass. Some systems ask another process about a Subclass at each message, which takes longer
+// than most messages do.
 class DirectSubclass : public MessageTarget {
 public:
     DirectSubclass() = default;
@@ -90,12 +89,14 @@ public:
 
     bool attach(HWND window);
     void detach();
+    HWND handle() const { return m_handle; }
 
 private:
+    struct Chain;
     static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
-    HWND m_window = nullptr;
-    WNDPROC m_original = nullptr;
-    bool m_unicode = false;
+
+    HWND m_handle = nullptr;
+    DirectSubclass* m_below = nullptr; // hears of a message after this one
 };
 
 } // namespace tessera

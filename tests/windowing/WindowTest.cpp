@@ -268,38 +268,40 @@ TEST(Subclass, TwoSitOnOneControlAndEitherMayLeave)
     EXPECT_FALSE(first.attach(nullptr));
 }
 
-TEST(DirectSubclass, SitsBelowOthersAndMayLeaveBeforeThem)
+TEST(DirectSubclass, SeveralSitBelowOthersAndAnyMayLeave)
 {
     Recorder window;
     ASSERT_TRUE(window.create(nullptr, 0, kPlace, kHidden));
     Edit edit;
     ASSERT_TRUE(edit.create(window.handle(), 10, kPlace));
     const bool unicode = IsWindowUnicode(edit.handle()) != FALSE;
-    const LONG_PTR procedure = GetWindowLongPtrA(edit.handle(), GWLP_WNDPROC);
     Log log;
     Listener above("above", log);
+    DirectListener first("first", log);
+    EXPECT_FALSE(first.attach(nullptr));
+    ASSERT_TRUE(first.attach(edit.handle()));
+    EXPECT_EQ(IsWindowUnicode(edit.handle()) != FALSE, unicode);
     {
-        DirectListener direct("direct", log);
-        EXPECT_FALSE(direct.attach(nullptr));
-        ASSERT_TRUE(direct.attach(edit.handle()));
-        EXPECT_EQ(IsWindowUnicode(edit.handle()) != FALSE, unicode);
-        EXPECT_EQ(edit.send(WM_APP, 1), 5);
-        direct.detach();
-        EXPECT_EQ(GetWindowLongPtrA(edit.handle(), GWLP_WNDPROC), procedure);
-        ASSERT_TRUE(direct.attach(edit.handle()));
+        DirectListener second("second", log);
+        ASSERT_TRUE(second.attach(edit.handle()));
         ASSERT_TRUE(above.attach(edit.handle()));
+        DirectListener third("third", log);
+        ASSERT_TRUE(third.attach(edit.handle()));
         log.clear();
         edit.send(WM_APP);
-        EXPECT_EQ(std::exchange(log, {}), (Log{"above", "direct"}));
+        EXPECT_EQ(std::exchange(log, {}), (Log{"above", "third", "second", "first"}));
+        second.detach();
+        edit.send(WM_APP);
+        EXPECT_EQ(std::exchange(log, {}), (Log{"above", "third", "first"}));
     }
-    edit.send(WM_APP);
+    above.detach();
+    EXPECT_EQ(edit.send(WM_APP, 1), 5);
+    EXPECT_EQ(std::exchange(log, {}), (Log{"first"}));
+    first.detach();
     edit.setText("still an edit box");
     EXPECT_EQ(edit.text(), "still an edit box");
-    EXPECT_EQ(log, (Log{"above"}));
-    DirectListener second("second", log);
-    above.detach();
-    edit.destroy();
-    ASSERT_TRUE(edit.create(window.handle(), 10, kPlace));
-    ASSERT_TRUE(second.attach(edit.handle()));
-    edit.destroy(); // the listener lives longer
+    EXPECT_EQ(log, Log{});
+    ASSERT_TRUE(first.attach(edit.handle()));
+    edit.destroy(); // the listener lives longer, and knows
+    EXPECT_EQ(first.handle(), nullptr);
 }
