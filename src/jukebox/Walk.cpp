@@ -25,6 +25,7 @@ constexpr int kFileNameBox = 0x47c; // of the system's file dialogs
 constexpr unsigned kPollMs = 50;
 constexpr unsigned kStartMs = 60 * 1000;
 constexpr unsigned kDialogMs = 20 * 1000;
+constexpr unsigned kChoiceMs = 1000;
 constexpr unsigned kJobMs = 570 * 1000;
 constexpr unsigned kStallMs = 120 * 1000; // without a change in the log
 constexpr unsigned kQuietMs = 5 * 1000;   // the same after a message, or with nothing going on
@@ -323,9 +324,14 @@ void Walk::selectPane(int index, int paneId)
     if (!combo) {
         throw StepFailed{"the main pane has no 'Go To' box"};
     }
-    chooseEntry(combo, index);
+    unsigned chosen = 0;
     waitFor(
         [&] {
+            // The log says that a job is done a moment before the plug-in takes choices again.
+            if (chosen == 0 || m_report.elapsedMs() - chosen > kChoiceMs) {
+                chooseEntry(combo, index);
+                chosen = m_report.elapsedMs();
+            }
             bool only = true;
             for (const int id : {kOverviewPane, kDetailsPane, kLogPane}) {
                 only = only && (IsWindowVisible(childWithId(m_control, id)) != FALSE) == (id == paneId);
