@@ -115,6 +115,7 @@ private:
     RECT cellPlace(int item) const;
     RECT coverPlace(int item) const;
     void drawCell(HDC dc, const Cell& cell);
+    static void drawFocus(HDC dc, const RECT& place);
     void drawIcon(HDC dc, const Cell& cell);
     void drawTile(HDC dc, const Cell& cell);
     void drawCover(HDC dc, HIMAGELIST list, int item, int x, int y);

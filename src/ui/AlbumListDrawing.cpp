@@ -150,11 +150,15 @@ void AlbumList::drawCell(HDC dc, const Cell& cell)
         drawIcon(dc, cell);
     else
         drawTile(dc, cell);
-    if (cell.focused) {
-        SetTextColor(dc, RGB(0, 0, 0));
-        SetBkColor(dc, RGB(255, 255, 255));
-        DrawFocusRect(dc, &cell.place);
-    }
+    if (cell.focused)
+        drawFocus(dc, cell.place);
+}
+
+void AlbumList::drawFocus(HDC dc, const RECT& place)
+{
+    SetTextColor(dc, RGB(0, 0, 0));
+    SetBkColor(dc, RGB(255, 255, 255));
+    DrawFocusRect(dc, &place);
 }
 
 void AlbumList::drawIcon(HDC dc, const Cell& cell)

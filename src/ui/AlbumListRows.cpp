@@ -14,8 +14,9 @@ namespace tessera {
 
 namespace {
 
-constexpr int kTextMargin = 6;  // on both sides of a column's text
+constexpr int kTextMargin = 6;  // beside a column's text
 constexpr int kLabelMargin = 2; // between the small cover and the first one
+constexpr int kEndMargin = 2;   // behind a text that fills its column
 constexpr int kMarkPercent = 5; // of the text colour in the sorted column
 
 LONG textStart(const RECT& place, int format, int width)
@@ -42,13 +43,13 @@ void AlbumList::measureColumns()
         RECT& place = m_columns[column];
         SendMessageA(m_hHeader, HDM_GETITEMRECT, column, reinterpret_cast<LPARAM>(&place));
         OffsetRect(&place, header.x, 0);
-        widths[column] = static_cast<int>(place.right - place.left) - 2 * kTextMargin;
+        widths[column] = static_cast<int>(place.right - place.left) - kTextMargin - kEndMargin;
     }
     const int top = std::max(topItem(), 0);
     m_rowIcon = partOf(top, LVIR_ICON);
     RECT& first = m_columns[0];
     first.left = std::min(partOf(top, LVIR_LABEL).left + kLabelMargin - kTextMargin, first.right);
-    widths[0] = static_cast<int>(first.right - first.left) - 2 * kTextMargin;
+    widths[0] = static_cast<int>(first.right - first.left) - kTextMargin - kEndMargin;
     m_rows.setWidths(widths);
 }
 
@@ -56,13 +57,14 @@ void AlbumList::drawRow(HDC dc, int item, RECT place)
 {
     if (IsRectEmpty(&place))
         place = partOf(item, LVIR_BOUNDS);
-    const bool selected = m_lvw.send(LVM_GETITEMSTATE, static_cast<WPARAM>(item), LVIS_SELECTED) != 0;
+    const auto state = m_lvw.send(LVM_GETITEMSTATE, static_cast<WPARAM>(item), LVIS_SELECTED | LVIS_FOCUSED);
+    const bool selected = (state & LVIS_SELECTED) != 0;
+    const RECT texts{m_columns.front().left, place.top, m_columns.back().right, place.bottom};
     const DcScope restore(dc);
     SelectObject(dc, m_commands.listFont());
     SetBkMode(dc, TRANSPARENT);
     if (selected)
-        fillRect(dc, {m_columns.front().left, place.top, m_columns.back().right, place.bottom},
-                 GetSysColor(m_hasFocus ? COLOR_HIGHLIGHT : COLOR_BTNFACE));
+        fillRect(dc, texts, GetSysColor(m_hasFocus ? COLOR_HIGHLIGHT : COLOR_BTNFACE));
     else
         markRow(dc, place);
     SetTextColor(dc, !selected ? m_commands.treeText()
@@ -71,6 +73,8 @@ void AlbumList::drawRow(HDC dc, int item, RECT place)
     const RECT icon{m_rowIcon.left, place.top, m_rowIcon.right, place.bottom};
     if (RectVisible(dc, &icon))
         drawCover(dc, m_commands.covers().smallList(), item, icon.left, icon.top);
+    if (m_hasFocus && (state & LVIS_FOCUSED) != 0)
+        drawFocus(dc, texts);
 }
 
 // The sorted column.

@@ -151,10 +151,11 @@ WNDPROC currentProcedure(HWND window)
 
 // Of a control; goes with it.
 struct DirectSubclass::Chain {
-    WNDPROC original;
-    bool unicode;
+    WNDPROC original = nullptr;
+    bool unicode = false;
     DirectSubclass* top = nullptr;
     unsigned changes = 0;
+    std::unique_ptr<Chain> self; // until the control's last message
 
     static Chain* of(HWND window)
     {
@@ -174,11 +175,13 @@ bool DirectSubclass::attach(HWND window)
         return false;
     Chain* chain = Chain::of(window);
     if (!chain) {
-        auto made =
-            std::make_unique<Chain>(Chain{currentProcedure(window), IsWindowUnicode(window) != FALSE});
-        SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(made.get()));
+        auto made = std::make_unique<Chain>();
+        made->original = currentProcedure(window);
+        made->unicode = IsWindowUnicode(window) != FALSE;
+        chain = made.get();
+        chain->self = std::move(made);
+        SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(chain));
         exchangeProcedure(window, &DirectSubclass::procedure);
-        chain = made.release(); // until the control's last message
     }
     m_handle = window;
     m_below = std::exchange(chain->top, this);
@@ -215,7 +218,7 @@ LRESULT CALLBACK DirectSubclass::procedure(HWND window, UINT id, WPARAM wParam, 
         each = below;
     }
     if (id == WM_NCDESTROY) {
-        const std::unique_ptr<Chain> last(chain);
+        const std::unique_ptr<Chain> last = std::move(chain->self);
         while (chain->top)
             chain->top->detach();
         SetWindowLongPtrA(window, GWLP_USERDATA, 0);

@@ -99,6 +99,34 @@ public:
     std::vector<std::string> files;
 };
 
+TEST_F(AlbumListTest, RowsShowWhatIsSelectedAndWhereTheFocusIs)
+{
+    open();
+    SetFocus(list().handle());
+    selectOnly({2});
+    list().setFocused(1);
+    const auto rowOf = [&](int item) {
+        RECT row{LVIR_BOUNDS, 0, 0, 0};
+        list().send(LVM_GETITEMRECT, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(&row));
+        return row;
+    };
+    const auto dotted = [&](int item) {
+        int dots = 0;
+        for (int x = 700; x < 720; ++x) // behind the texts
+            dots += pixel(x, static_cast<int>(rowOf(item).top)) !=
+                    pixel(x, static_cast<int>(rowOf(item).top) + 4);
+        return dots > 0;
+    };
+    const auto ground = [&](int item) { return pixel(700, static_cast<int>(rowOf(item).top) + 4); };
+    EXPECT_TRUE(dotted(1));
+    EXPECT_FALSE(dotted(0) || dotted(2));
+    EXPECT_EQ(ground(1), m_commands.background);
+    EXPECT_EQ(ground(2), GetSysColor(COLOR_HIGHLIGHT));
+    SetFocus(box().handle());
+    EXPECT_FALSE(dotted(1));
+    EXPECT_EQ(ground(2), GetSysColor(COLOR_BTNFACE));
+}
+
 TEST_F(AlbumListTest, AlbumsAreDraggedOutAsTheirFilesInTrackOrder)
 {
     m_commands.generalSettings.sortTracksByLocation = true;
