@@ -500,8 +500,9 @@ TEST_F(PaneOverviewTest, ListensToCoversWhileItLives)
         listener->coversArrived({m_commands.records.albums[2].get()});
     RECT dirty{};
     GetUpdateRect(list().handle(), &dirty, FALSE);
-    EXPECT_EQ(dirty.left, 140);
-    EXPECT_EQ(dirty.right, 280);
+    EXPECT_EQ(dirty.left, 150) << "the cover alone";
+    EXPECT_EQ(dirty.right, 270);
+    EXPECT_EQ(dirty.bottom - dirty.top, 100);
     m_pane.reset();
     EXPECT_TRUE(m_commands.fakeCovers.listeners.empty());
 }
