@@ -1,5 +1,6 @@
 #pragma once
 
+#include "system/Handle.h"
 #include "ui/AlbumCaptions.h"
 #include "ui/AlbumCatalogue.h"
 #include "ui/AlbumRows.h"
@@ -111,7 +112,8 @@ private:
     // drawing
     Handled onCustomDraw(const NMLVCUSTOMDRAW& draw);
     void drawItem(HDC dc, int item, const RECT& bounds);
-    Cell cellOf(int item) const;
+    bool isDirty(const RECT& place) const;
+    Cell cellOf(int item, const RECT& place) const;
     RECT cellPlace(int item) const;
     RECT coverPlace(int item) const;
     void drawCell(HDC dc, const Cell& cell);
@@ -161,6 +163,7 @@ private:
     ListView m_lvw;
     std::array<RECT, kColumnCount> m_columns{}; // of the paint under way; the first without its cover
     RECT m_rowIcon{};
+    RegionHandle m_dirty;     // of the paint under way; none: everything is drawn
     bool m_hasFocus = false;  // asked once for all items of a paint
     HWND m_hHeader = nullptr; // kept: each question to the list goes through its subclasses
     ImageList m_imlCells;     // gives the cells of the picture views their size

@@ -55,11 +55,16 @@ Handled AlbumList::onErase(const Message& message)
     return 1;
 }
 
-// Only the empty list is painted here; with items the control goes through them.
+// Only the empty list is painted here; with items the control goes through them: through all in the
+// rectangle around what is to be painted, which covers that come here and there make a large one.
 Handled AlbumList::onPaint(const Message&)
 {
-    if (!m_places.empty())
+    if (!m_places.empty()) {
+        m_dirty.reset(CreateRectRgn(0, 0, 0, 0));
+        if (GetUpdateRgn(m_lvw.handle(), m_dirty.get(), FALSE) == ERROR)
+            m_dirty.reset();
         return kDefault;
+    }
     const PaintScope paint(m_lvw.handle());
     RECT area = m_lvw.clientRect();
     if (!picturesShown()) {
@@ -85,22 +90,31 @@ Handled AlbumList::onCustomDraw(const NMLVCUSTOMDRAW& draw)
             drawBackground(draw.nmcd.hdc, m_lvw.clientRect());
         if (!picturesShown())
             measureColumns();
-        return CDRF_NOTIFYITEMDRAW;
+        return CDRF_NOTIFYITEMDRAW | CDRF_NOTIFYPOSTPAINT;
     case CDDS_ITEMPREPAINT:
         drawItem(draw.nmcd.hdc, static_cast<int>(draw.nmcd.dwItemSpec), draw.nmcd.rc);
         return CDRF_SKIPDEFAULT;
+    case CDDS_POSTPAINT:
+        m_dirty.reset();
+        return CDRF_DODEFAULT;
     default:
         return CDRF_DODEFAULT;
     }
+}
+
+bool AlbumList::isDirty(const RECT& place) const
+{
+    return !m_dirty || RectInRegion(m_dirty.get(), &place);
 }
 
 void AlbumList::drawItem(HDC dc, int item, const RECT& bounds)
 {
     if (item < 0 || static_cast<std::size_t>(item) >= m_places.size() || m_commands.isBusy())
         return;
-    if (picturesShown())
-        drawCell(dc, cellOf(item));
-    else
+    if (picturesShown()) {
+        if (const RECT place = cellPlace(item); isDirty(place))
+            drawCell(dc, cellOf(item, place));
+    } else
         drawRow(dc, item, bounds);
 }
 
@@ -125,10 +139,10 @@ RECT AlbumList::coverPlace(int item) const
             cell.top + kIconMargin + artwork.cy};
 }
 
-AlbumList::Cell AlbumList::cellOf(int item) const
+AlbumList::Cell AlbumList::cellOf(int item, const RECT& place) const
 {
     const auto state = m_lvw.send(LVM_GETITEMSTATE, static_cast<WPARAM>(item), LVIS_SELECTED | LVIS_FOCUSED);
-    return {item, cellPlace(item), (state & LVIS_SELECTED) != 0, (state & LVIS_FOCUSED) != 0 && m_hasFocus};
+    return {item, place, (state & LVIS_SELECTED) != 0, (state & LVIS_FOCUSED) != 0 && m_hasFocus};
 }
 
 // A text colour of the panes' own, when the host's skin gives one that shows on the highlight.
@@ -191,7 +205,7 @@ void AlbumList::drawCover(HDC dc, HIMAGELIST list, int item, int x, int y)
 
 void AlbumList::drawCaption(HDC dc, int item, const RECT& place, bool centred, bool middle)
 {
-    if (!RectVisible(dc, &place))
+    if (!isDirty(place))
         return; // only the cover is new
     const std::size_t at = m_places[static_cast<std::size_t>(item)];
     const AlbumCaptions::Lines& lines = m_captions.lines(at, album(item), dc);

@@ -57,6 +57,8 @@ void AlbumList::drawRow(HDC dc, int item, RECT place)
 {
     if (IsRectEmpty(&place))
         place = partOf(item, LVIR_BOUNDS);
+    if (!isDirty(place))
+        return;
     const auto state = m_lvw.send(LVM_GETITEMSTATE, static_cast<WPARAM>(item), LVIS_SELECTED | LVIS_FOCUSED);
     const bool selected = (state & LVIS_SELECTED) != 0;
     const RECT texts{m_columns.front().left, place.top, m_columns.back().right, place.bottom};
@@ -71,7 +73,7 @@ void AlbumList::drawRow(HDC dc, int item, RECT place)
                                : GetSysColor(m_hasFocus ? COLOR_HIGHLIGHTTEXT : COLOR_BTNTEXT));
     drawRowTexts(dc, item, place);
     const RECT icon{m_rowIcon.left, place.top, m_rowIcon.right, place.bottom};
-    if (RectVisible(dc, &icon))
+    if (isDirty(icon))
         drawCover(dc, m_commands.covers().smallList(), item, icon.left, icon.top);
     if (m_hasFocus && (state & LVIS_FOCUSED) != 0)
         drawFocus(dc, texts);
@@ -93,7 +95,7 @@ void AlbumList::drawRowTexts(HDC dc, int item, const RECT& row)
     const LONG y = (row.top + row.bottom - m_lineHeight) / 2;
     for (std::size_t column = 0; column < kColumnCount; ++column) {
         const RECT place{m_columns[column].left, row.top, m_columns[column].right, row.bottom};
-        if (!texts[column].text.empty() && RectVisible(dc, &place))
+        if (!texts[column].text.empty() && isDirty(place))
             drawFitted(dc, texts[column],
                        textStart(place, albumColumns()[column].format, texts[column].width), y, place);
     }
