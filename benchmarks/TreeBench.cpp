@@ -1,5 +1,5 @@
 // Figures of the album details' trees, in a window of their own. bench_trees [PART]: all, or one of
-// marks, gap, select, small and large (rebuilds of 8,400 and 100,000 albums).
+// marks, gap, places, select, small and large (rebuilds of 8,400 and 100,000 albums).
 
 #include "BareTree.h"
 #include "GeneratedLibrary.h"
@@ -280,6 +280,47 @@ void gapRow(std::int32_t albums)
     report({named("longest wait of a 20 ms timer in a rebuild", albums), longest, "ms", 100.0, 1.0});
 }
 
+// Some systems walk all siblings to the last place and to a node that another is put behind.
+class SearchedPlaces final : public Subclass {
+public:
+    Handled route(const Message& message) override
+    {
+        if (message.id != TVM_INSERTITEMA)
+            return kDefault;
+        const auto& insert = *reinterpret_cast<const TVINSERTSTRUCTA*>(message.lParam);
+        if (insert.hParent == TVI_ROOT)
+            return kDefault;
+        ++insertions;
+        searched += insert.hInsertAfter != TVI_FIRST;
+        return kDefault;
+    }
+    int insertions = 0;
+    int searched = 0;
+};
+
+void placesRow(std::int32_t albums)
+{
+    Rig rig(albums);
+    std::array<SearchedPlaces, AlbumTrees::kCount> places;
+    for (std::size_t i = 0; i < places.size(); ++i)
+        require(places[i].attach(rig.trees.tree(i).view().handle()), "no subclass");
+    rig.trees.rebuild(TreeRebuild::Full, rig.log);
+    rig.fill();
+    rig.trees.release();
+    rig.changeLibrary();
+    rig.trees.rebuild(TreeRebuild::Full, rig.log);
+    rig.fill();
+    int searched = 0;
+    int insertions = 0;
+    for (const SearchedPlaces& each : places) {
+        searched += each.searched;
+        insertions += each.insertions;
+    }
+    require(insertions > 6 * albums, "nothing was inserted");
+    report({named("nodes put behind another or to the last place in two fresh fills", albums),
+            static_cast<double>(searched), "", std::nullopt, 0.0});
+}
+
 void selectRow(std::int32_t albums, int runs)
 {
     Rig rig(albums);
@@ -375,6 +416,7 @@ int main(int count, char** arguments)
     } parts[] = {
         {"marks", [] { marksRows(8400, 3); }},
         {"gap", [] { gapRow(8400); }},
+        {"places", [] { placesRow(8400); }},
         {"select", [] { return selectRow(8400, 8), selectRow(100000, 5); }},
         {"small", [] { return rebuildRows(8400, 3), openRow(8400); }},
         {"large", [] { return rebuildRows(100000, 1), openRow(100000); }},

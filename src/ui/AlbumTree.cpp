@@ -21,6 +21,8 @@ constexpr std::size_t kLastGrouping = kGroupings - 1;
 // and filled.
 constexpr std::size_t kChangeCost = 8;
 
+constexpr std::size_t kNodesAtATime = 64; // a millisecond, or a few on slow systems
+
 // What every node of a kind has.
 struct Look {
     const char* root;
@@ -39,6 +41,14 @@ constexpr Look kLooks[kGroupings] = {
 const Look& lookOf(Grouping grouping)
 {
     return kLooks[static_cast<std::size_t>(grouping)];
+}
+
+template <class Value>
+Value taken(std::vector<Value>& values)
+{
+    const Value value = values.back();
+    values.pop_back();
+    return value;
 }
 
 } // namespace
@@ -95,6 +105,7 @@ void AlbumTree::leave()
     m_stage = Stage::Done;
     m_ready = false;
     m_groups.clear();
+    m_change.reset();
     m_next = {};
     m_tvw.select(nullptr);
     if (!halfDone)
@@ -112,12 +123,11 @@ void AlbumTree::clearRoot(std::size_t grouping)
     m_contents[grouping] = {};
 }
 
-// One list of groups or the albums of one group at a time. Some systems look for an item's parent
-// among all items from the oldest on: all groups come before the albums, and of the groupings the
-// artists, which are many, come last.
+// A few groups or the albums of one group at a time. Some systems look for an item's parent among all
+// items from the oldest on: all groups come before the albums, and of the groupings the artists, which
+// are many, come last.
 bool AlbumTree::step()
 {
-    Contents& next = m_next[m_grouping];
     switch (m_stage) {
     case Stage::Lists:
         listGroups();
@@ -129,14 +139,17 @@ bool AlbumTree::step()
         advance();
         break;
     case Stage::Groups:
-        matchNodes(m_roots[m_grouping], m_contents[m_grouping].outer, next.outer, level(false));
-        advance();
+        if (!m_change)
+            matchNodes(m_roots[m_grouping], m_contents[m_grouping].outer, m_next[m_grouping].outer,
+                       level(false));
+        if (!changeGroups())
+            advance();
         break;
     case Stage::InnerGroups:
-        if (m_at < next.outer.size() && m_grouping > 0)
-            listInner(next.outer[m_at++]);
-        else
+        if (!m_change && !beginNextInner())
             advance();
+        else
+            changeGroups();
         break;
     case Stage::Albums:
         if (!changeNextLeaves())
@@ -151,6 +164,7 @@ bool AlbumTree::step()
 void AlbumTree::advance()
 {
     m_at = 0;
+    m_change.reset();
     if (m_grouping > 0) {
         --m_grouping;
         return;
@@ -232,7 +246,16 @@ void AlbumTree::describe(std::span<Node> nodes, const Level& level) const
     }
 }
 
-void AlbumTree::listInner(const Node& outer)
+bool AlbumTree::beginNextInner()
+{
+    const std::vector<Node>& outer = m_next[m_grouping].outer;
+    if (m_grouping == 0 || m_at == outer.size())
+        return false;
+    beginInner(outer[m_at++]);
+    return true;
+}
+
+void AlbumTree::beginInner(const Node& outer)
 {
     const Contents& before = m_contents[m_grouping];
     const Node* const old = oldOf(outer, before.outer);
@@ -260,38 +283,81 @@ const AlbumTree::Node* AlbumTree::oldOf(const Node& node, const std::vector<Node
     return node.before == kNoGroup ? nullptr : &old[node.before];
 }
 
+// Plans the change; nothing is asked of the control yet.
 void AlbumTree::matchNodes(HTREEITEM parent, std::span<const Node> old, std::span<Node> next,
                            const Level& level)
 {
     pairNodes(old, next);
+    GroupChange& change = m_change.emplace(GroupChange{parent, level, next, {}, {}, {}});
     std::vector<bool> kept(old.size());
-    std::size_t firstOfEnd = 0; // what comes behind all nodes that are there
-    for (std::size_t i = 0; i < next.size(); ++i) {
-        if (next[i].before == kNoGroup)
+    for (std::uint32_t i = 0; i < next.size(); ++i) {
+        Node& node = next[i];
+        if (node.before == kNoGroup)
             continue;
-        kept[next[i].before] = true;
-        firstOfEnd = i + 1;
+        const Node& was = old[node.before];
+        kept[node.before] = true;
+        node.item = was.item;
+        node.filled = was.filled;
+        if (was.textHash != node.textHash || was.image != node.image)
+            change.renewals.push_back(i);
     }
     for (std::size_t i = 0; i < old.size(); ++i) {
         if (!kept[i] && old[i].item)
-            m_tvw.remove(old[i].item);
+            change.removals.push_back(old[i].item);
     }
-    const auto& look = lookOf(level.grouping);
-    const LPARAM data = level.inner ? look.innerData : look.outerData;
+    std::vector<HTREEITEM> items(next.size());
+    std::ranges::transform(next, items.begin(), &Node::item);
+    change.insertions = insertionsOf(items);
+    std::ranges::reverse(change.insertions); // they are taken from the end
+    std::ranges::reverse(change.removals);
+}
+
+// What is missing (null), each where it costs least: some systems walk all siblings to the last place
+// and to the node that another is put behind, so where none of them stays all go to the front, from
+// the last to the first.
+std::vector<AlbumTree::Insertion> AlbumTree::insertionsOf(const std::vector<HTREEITEM>& items)
+{
+    std::vector<Insertion> insertions;
     HTREEITEM behind = TVI_FIRST;
-    for (std::size_t i = 0; i < next.size(); ++i) {
-        Node& node = next[i];
-        if (node.before == kNoGroup) {
-            node.item = addGroup(parent, node, level, i < firstOfEnd ? behind : TVI_LAST);
-        } else {
-            const Node& was = old[node.before];
-            node.item = was.item;
-            node.filled = was.filled;
-            if (was.textHash != node.textHash || was.image != node.image)
-                m_tvw.set(node.item, textOf(node, level), node.image, data);
+    std::uint32_t ending = 0; // comes behind all that is there
+    for (std::uint32_t i = 0; i < items.size(); ++i) {
+        if (!items[i]) {
+            insertions.push_back({i, behind});
+            continue;
         }
-        behind = node.item ? node.item : behind;
+        behind = items[i];
+        ending = i + 1;
     }
+    const auto firstOfEnd = std::ranges::lower_bound(insertions, ending, {}, &Insertion::at);
+    const bool anyStays = ending > 0;
+    for (auto each = firstOfEnd; anyStays && each != insertions.end(); ++each)
+        each->behind = TVI_LAST;
+    // Those behind the same node come out in order when the last is put in first.
+    std::reverse(insertions.begin(), anyStays ? firstOfEnd : insertions.end());
+    return insertions;
+}
+
+// A part of the change under way; false when nothing is left of it.
+bool AlbumTree::changeGroups()
+{
+    GroupChange& change = *m_change;
+    const auto& look = lookOf(change.level.grouping);
+    const LPARAM data = change.level.inner ? look.innerData : look.outerData;
+    for (std::size_t i = 0; i < kNodesAtATime; ++i) {
+        if (!change.renewals.empty()) {
+            const Node& node = change.next[taken(change.renewals)];
+            m_tvw.set(node.item, textOf(node, change.level), node.image, data);
+        } else if (!change.insertions.empty()) {
+            const Insertion next = taken(change.insertions);
+            change.next[next.at].item = addGroup(change, change.next[next.at], next.behind);
+        } else if (!change.removals.empty()) {
+            m_tvw.remove(taken(change.removals)); // last: a node without others below would close
+        } else {
+            m_change.reset();
+            return false;
+        }
+    }
+    return true;
 }
 
 // By their keys as far as the order allows.
@@ -312,14 +378,15 @@ void AlbumTree::pairNodes(std::span<const Node> old, std::span<Node> next)
     }
 }
 
-HTREEITEM AlbumTree::addGroup(HTREEITEM parent, const Node& node, const Level& level, HTREEITEM behind)
+HTREEITEM AlbumTree::addGroup(const GroupChange& change, const Node& node, HTREEITEM behind)
 {
+    const Level& level = change.level;
     const auto& look = lookOf(level.grouping);
     const bool holdsAlbums = level.inner || level.grouping == Grouping::Artist;
-    const HTREEITEM item = parent ? m_tvw.add(parent, textOf(node, level), node.image,
-                                              level.inner ? look.innerData : look.outerData, behind,
-                                              holdsAlbums ? TreeChildren::Later : TreeChildren::Now)
-                                  : nullptr;
+    const HTREEITEM item = change.parent ? m_tvw.add(change.parent, textOf(node, level), node.image,
+                                                     level.inner ? look.innerData : look.outerData, behind,
+                                                     holdsAlbums ? TreeChildren::Later : TreeChildren::Now)
+                                         : nullptr;
     if (!item)
         insertionFailed(kGroupFailed);
     return item;

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <functional>
+#include <optional>
 
 namespace tessera {
 
@@ -92,6 +93,19 @@ private:
     };
     // Whether to go on to what is below. `mayBeOpen`: asking the control is worth the time.
     using Visit = std::function<bool(const std::string& path, HTREEITEM item, bool mayBeOpen)>;
+    struct Insertion {
+        std::uint32_t at; // in the list of what is under one parent
+        HTREEITEM behind;
+    };
+    // What is left to do to the groups under one parent.
+    struct GroupChange {
+        HTREEITEM parent;
+        Level level;
+        std::span<Node> next;
+        std::vector<std::uint32_t> renewals;
+        std::vector<Insertion> insertions;
+        std::vector<HTREEITEM> removals;
+    };
 
     Handled onNextItem(const Message& message);
     Handled onCount(const Message& message);
@@ -105,11 +119,15 @@ private:
     void clearRoot(std::size_t grouping);
     Level level(bool inner) const;
     static std::string textOf(const Node& node, const Level& level);
-    void listInner(const Node& outer);
+    void beginGroups();
+    bool beginNextInner();
+    void beginInner(const Node& outer);
     void matchNodes(HTREEITEM parent, std::span<const Node> old, std::span<Node> next, const Level& level);
+    bool changeGroups();
+    static std::vector<Insertion> insertionsOf(const std::vector<HTREEITEM>& items);
     static void pairNodes(std::span<const Node> old, std::span<Node> next);
     void describe(std::span<Node> nodes, const Level& level) const;
-    HTREEITEM addGroup(HTREEITEM parent, const Node& node, const Level& level, HTREEITEM behind);
+    HTREEITEM addGroup(const GroupChange& change, const Node& node, HTREEITEM behind);
     static const Node* oldOf(const Node& node, const std::vector<Node>& old);
     void insertionFailed(const char* expression);
 
@@ -117,6 +135,7 @@ private:
     void fillAll();
     bool changeNextLeaves();
     void changeLeaves(const Node& node);
+    void addLeaves(const Node& node, std::size_t grouping, Contents& contents);
     bool keepLeaves(const Node& node, const Node& old);
     std::size_t leafLook(std::uint32_t place) const;
     Leaf addLeaf(HTREEITEM parent, std::uint32_t place, std::size_t grouping, HTREEITEM behind);
@@ -144,6 +163,7 @@ private:
     enum class Stage { Lists, Clearing, Groups, InnerGroups, Albums, Done } m_stage = Stage::Done;
     std::size_t m_grouping = 0;                           // which is under way, from the last to the first
     std::size_t m_at = 0;                                 // the next of its groups
+    std::optional<GroupChange> m_change;                  // of the groups before that one
     std::array<const char*, kGroupings + 1> m_reported{}; // failures are told once
 };
 

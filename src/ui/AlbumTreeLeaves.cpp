@@ -65,9 +65,17 @@ void AlbumTree::fill(Node& node, std::size_t grouping)
 {
     if (std::exchange(node.filled, true))
         return;
-    Contents& contents = m_contents[grouping];
-    for (std::uint32_t at = node.first; at < node.last; ++at)
-        contents.leaves[at] = addLeaf(node.item, contents.places[at], grouping, TVI_LAST);
+    addLeaves(node, grouping, m_contents[grouping]);
+}
+
+// Those of a group that have no nodes.
+void AlbumTree::addLeaves(const Node& node, std::size_t grouping, Contents& contents)
+{
+    const auto leaves = std::span(contents.leaves).subspan(node.first, node.last - node.first);
+    std::vector<HTREEITEM> items(leaves.size());
+    std::ranges::transform(leaves, items.begin(), &Leaf::item);
+    for (const Insertion& each : insertionsOf(items))
+        leaves[each.at] = addLeaf(node.item, contents.places[node.first + each.at], grouping, each.behind);
 }
 
 // Of the next group that is filled already; false when there is none.
@@ -93,32 +101,28 @@ void AlbumTree::changeLeaves(const Node& node)
         return;
     std::uint32_t oldAt = old.first;
     const bool takeAny = !m_sameLibrary && !m_tvw.expanded(node.item);
+    std::vector<HTREEITEM> removals;
     const auto dropOld = [&] {
         if (before.leaves[oldAt].item)
-            m_tvw.remove(before.leaves[oldAt].item);
+            removals.push_back(before.leaves[oldAt].item);
         ++oldAt;
     };
-    while (!m_sameLibrary && !takeAny && oldAt < old.last)
-        dropOld();
-    HTREEITEM behind = oldAt < old.last ? TVI_FIRST : TVI_LAST;
     for (std::uint32_t at = node.first; at < node.last; ++at) {
         const std::uint32_t place = next.places[at];
         while (m_sameLibrary && oldAt < old.last && before.places[oldAt] < place)
             dropOld();
-        const bool reuse =
-            oldAt < old.last && before.leaves[oldAt].item && (takeAny || before.places[oldAt] == place);
-        Leaf& leaf = next.leaves[at];
-        if (!reuse)
-            leaf = addLeaf(node.item, place, m_grouping, behind);
-        else if (m_sameLibrary)
-            leaf = before.leaves[oldAt++];
-        else
-            leaf = setLeaf(before.leaves[oldAt++].item, place);
-        if (leaf.item && behind != TVI_LAST)
-            behind = leaf.item;
+        if (oldAt == old.last || !before.leaves[oldAt].item)
+            continue;
+        if (takeAny)
+            next.leaves[at] = setLeaf(before.leaves[oldAt++].item, place);
+        else if (m_sameLibrary && before.places[oldAt] == place)
+            next.leaves[at] = before.leaves[oldAt++];
     }
     while (oldAt < old.last)
         dropOld();
+    addLeaves(node, m_grouping, next);
+    for (const HTREEITEM item : removals)
+        m_tvw.remove(item);
 }
 
 // True when the group has the albums that it had, and they look the same.

@@ -51,15 +51,20 @@ private:
     }
 };
 
-// Counts what is put into a tree, without asking the tree.
+// Counts what is put into a tree, without asking the tree; and what of it is put behind a node or to the
+// last place, which some systems look for among all siblings.
 class InsertionCounter final : public Subclass {
 public:
     Handled route(const Message& message) override
     {
-        count += message.id == TVM_INSERTITEMA ? 1 : 0;
+        if (message.id == TVM_INSERTITEMA) {
+            ++count;
+            searched += reinterpret_cast<const TVINSERTSTRUCTA*>(message.lParam)->hInsertAfter != TVI_FIRST;
+        }
         return kDefault;
     }
     int count = 0;
+    int searched = 0;
 };
 
 inline std::vector<std::string> s_assertions;
