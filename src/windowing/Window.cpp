@@ -4,6 +4,7 @@
 #include "system/Module.h"
 
 #include <commctrl.h>
+#include <map>
 #include <memory>
 #include <utility>
 
@@ -149,17 +150,24 @@ WNDPROC currentProcedure(HWND window)
 
 } // namespace
 
-// Of a control; goes with it.
+// Of a control; goes with it. Kept beside the control: its user data is anybody's who is given the
+// control to skin.
 struct DirectSubclass::Chain {
     WNDPROC original = nullptr;
     bool unicode = false;
     DirectSubclass* top = nullptr;
     unsigned changes = 0;
-    std::unique_ptr<Chain> self; // until the control's last message
 
+    using Chains = std::map<HWND, std::unique_ptr<Chain>>;
+    static Chains& all()
+    {
+        static Chains chains;
+        return chains;
+    }
     static Chain* of(HWND window)
     {
-        return reinterpret_cast<Chain*>(GetWindowLongPtrA(window, GWLP_USERDATA));
+        const auto found = all().find(window);
+        return found == all().end() ? nullptr : found->second.get();
     }
     LRESULT pass(const Message& message) const
     {
@@ -178,9 +186,7 @@ bool DirectSubclass::attach(HWND window)
         auto made = std::make_unique<Chain>();
         made->original = currentProcedure(window);
         made->unicode = IsWindowUnicode(window) != FALSE;
-        chain = made.get();
-        chain->self = std::move(made);
-        SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(chain));
+        chain = Chain::all().insert_or_assign(window, std::move(made)).first->second.get();
         exchangeProcedure(window, &DirectSubclass::procedure);
     }
     m_handle = window;
@@ -203,10 +209,13 @@ void DirectSubclass::detach()
     m_below = nullptr;
 }
 
-// Whoever handles a message may take others off, and end the control.
+// Whoever handles a message may take others off, and end the control. A control without a chain is past
+// its last message, which somebody who sits above told it twice.
 LRESULT CALLBACK DirectSubclass::procedure(HWND window, UINT id, WPARAM wParam, LPARAM lParam) noexcept
 {
     Chain* const chain = Chain::of(window);
+    if (!chain)
+        return DefWindowProcA(window, id, wParam, lParam);
     const Message message{window, id, wParam, lParam};
     Handled handled = kDefault;
     const unsigned before = chain->changes;
@@ -218,11 +227,11 @@ LRESULT CALLBACK DirectSubclass::procedure(HWND window, UINT id, WPARAM wParam, 
         each = below;
     }
     if (id == WM_NCDESTROY) {
-        const std::unique_ptr<Chain> last = std::move(chain->self);
         while (chain->top)
             chain->top->detach();
-        SetWindowLongPtrA(window, GWLP_USERDATA, 0);
-        exchangeProcedure(window, chain->original);
+        const auto last = Chain::all().extract(window);
+        if (currentProcedure(window) == &DirectSubclass::procedure)
+            exchangeProcedure(window, chain->original);
         return handled ? *handled : chain->pass(message);
     }
     if (handled)

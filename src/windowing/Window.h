@@ -77,7 +77,7 @@ private:
     HWND m_handle = nullptr;
 };
 
-// The same for a standard control of our own, whose user data it takes; several may sit on one, below
+// The same for a standard control of our own, on the user-interface thread; several may sit on one, below
 // any Subclass. Some systems ask another process about a Subclass at each message, which takes longer
 // than most messages do.
 class DirectSubclass : public MessageTarget {

@@ -305,3 +305,48 @@ TEST(DirectSubclass, SeveralSitBelowOthersAndAnyMayLeave)
     edit.destroy(); // the listener lives longer, and knows
     EXPECT_EQ(first.handle(), nullptr);
 }
+
+namespace {
+
+WNDPROC s_below = nullptr;
+
+LRESULT CALLBACK skinProcedure(HWND window, UINT id, WPARAM wParam, LPARAM lParam) noexcept
+{
+    return CallWindowProcA(s_below, window, id, wParam, lParam);
+}
+
+} // namespace
+
+// The host skins our controls: it sits above with a procedure and user data of its own, and may leave or
+// stay until the end.
+TEST(DirectSubclass, SharesItsControlWithAForeignSkin)
+{
+    Recorder window;
+    ASSERT_TRUE(window.create(nullptr, 0, kPlace, kHidden));
+    for (const bool stays : {false, true}) {
+        Edit edit;
+        ASSERT_TRUE(edit.create(window.handle(), 10, kPlace));
+        Log log;
+        DirectListener first("first", log);
+        ASSERT_TRUE(first.attach(edit.handle()));
+        SetWindowLongPtrA(edit.handle(), GWLP_USERDATA, 77);
+        const auto put = [&](WNDPROC procedure) {
+            return reinterpret_cast<WNDPROC>(
+                SetWindowLongPtrA(edit.handle(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure)));
+        };
+        s_below = put(skinProcedure);
+        {
+            DirectListener second("second", log);
+            ASSERT_TRUE(second.attach(edit.handle()));
+            edit.send(WM_APP);
+            EXPECT_EQ(std::exchange(log, {}), (Log{"second", "first"}));
+        }
+        EXPECT_EQ(GetWindowLongPtrA(edit.handle(), GWLP_USERDATA), 77);
+        if (!stays)
+            put(s_below);
+        edit.send(WM_APP);
+        EXPECT_EQ(log, Log{"first"});
+        edit.destroy();
+        EXPECT_EQ(first.handle(), nullptr);
+    }
+}
