@@ -2,6 +2,7 @@
 
 #include "system/Module.h"
 #include "windowing/Control.h"
+#include "windowing/Placement.h"
 
 namespace tessera {
 
@@ -109,7 +110,9 @@ void Dialog::end(INT_PTR result)
 Handled Dialog::route(const Message& message)
 {
     if (message.id == WM_INITDIALOG) {
-        return onInitDialog();
+        const bool first = onInitDialog(); // may change the size
+        centreOverOwner(message.window);
+        return first;
     }
     if (message.id == WM_COMMAND && LOWORD(message.wParam) == IDOK) {
         onOk();

@@ -1,8 +1,29 @@
 #include "windowing/PropertySheet.h"
 
 #include "system/Module.h"
+#include "windowing/Placement.h"
+
+#include <utility>
 
 namespace tessera {
+
+namespace {
+
+// A sheet gets its size after its first page, from the largest of them.
+class Placing final : public Subclass {
+public:
+    Handled route(const Message& message) override
+    {
+        if (message.id == WM_SHOWWINDOW && message.wParam != FALSE && !std::exchange(m_placed, true))
+            centreOverOwner(message.window);
+        return kDefault;
+    }
+
+private:
+    bool m_placed = false;
+};
+
+} // namespace
 
 Handled PropertyPage::route(const Message& message)
 {
@@ -89,6 +110,7 @@ bool PropertySheet::run(HWND owner, int firstPage)
     header.nStartPage = static_cast<UINT>(firstPage);
     header.ppsp = records.data();
     const INT_PTR answer = ::PropertySheetA(&header);
+    m_placing.reset();
     m_handle = nullptr;
     return answer > 0 && !m_closing;
 }
@@ -99,6 +121,8 @@ void PropertySheet::pageCreated(HWND page)
         return;
     }
     m_handle = GetParent(page);
+    m_placing = std::make_unique<Placing>();
+    m_placing->attach(m_handle);
     onInitialised();
     if (m_closing) {
         close();

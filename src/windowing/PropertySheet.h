@@ -2,6 +2,7 @@
 
 #include "windowing/Dialog.h"
 
+#include <memory>
 #include <prsht.h>
 #include <string>
 #include <vector>
@@ -89,6 +90,7 @@ private:
     std::string m_caption;
     std::vector<PropertyPage*> m_pages;
     HWND m_handle = nullptr;
+    std::unique_ptr<Subclass> m_placing; // of the sheet
     bool m_closing = false;
 };
 

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 
 using namespace tessera;
@@ -222,6 +223,56 @@ TEST_F(Sheet, TabsApplyAllPagesThatWereShown)
     first.shown = press(PSBTN_OK);
     EXPECT_TRUE(sheet.run(nullptr));
     EXPECT_EQ(log, (Log{"0 active", "0 apply"}));
+}
+
+// Of an owner in the middle of the screen, at its corner, larger than the screen, and minimised; and of
+// none.
+TEST_F(Sheet, OpensInTheMiddleOfItsOwnerAndInsideTheScreenAsDialogsDo)
+{
+    RECT work{};
+    SystemParametersInfoA(SPI_GETWORKAREA, 0, &work, 0);
+    const auto inMiddle = [&](HWND window, const RECT& around) {
+        RECT place{};
+        GetWindowRect(window, &place);
+        const LONG left = (around.left + around.right - (place.right - place.left)) / 2;
+        const LONG top = (around.top + around.bottom - (place.bottom - place.top)) / 2;
+        EXPECT_NEAR(place.left, std::clamp(left, work.left, work.right - (place.right - place.left)), 1);
+        EXPECT_NEAR(place.top, std::clamp(top, work.top, work.bottom - (place.bottom - place.top)), 1);
+        EXPECT_GT(place.right - place.left, 100);
+    };
+    const auto open = [&](HWND owner, const RECT& around) {
+        SampleDialog dialog;
+        dialog.script = [&](SampleDialog& running) {
+            inMiddle(running.handle(), around);
+            running.end(IDOK);
+        };
+        EXPECT_EQ(dialog.showModal(owner, sample()), IDOK);
+        for (const SheetKind kind : {SheetKind::Wizard, SheetKind::Tabs}) {
+            PropertySheet sheet(kind, "Sheet");
+            Page page{"Page", log};
+            sheet.add(page);
+            page.shown = [&](Page& running) {
+                inMiddle(running.sheet().handle(), around);
+                running.sheet().close();
+            };
+            sheet.run(owner);
+        }
+    };
+    const RECT places[] = {{300, 200, 900, 700},
+                           {work.right - 90, work.bottom - 60, work.right + 200, work.bottom + 90},
+                           {-50, -50, work.right + 300, work.bottom + 100}};
+    for (const RECT& place : places) {
+        const HWND owner = CreateWindowExA(0, "STATIC", "", WS_POPUP | WS_VISIBLE, place.left, place.top,
+                                           place.right - place.left, place.bottom - place.top, nullptr,
+                                           nullptr, nullptr, nullptr);
+        open(owner, place);
+        if (&place == places) {
+            ShowWindow(owner, SW_HIDE);
+            open(owner, work);
+        }
+        DestroyWindow(owner);
+    }
+    open(nullptr, work);
 }
 
 TEST_F(Sheet, ErrorsOfAPageAreShownAndTheSheetGoesOn)
