@@ -108,6 +108,7 @@ public:
     std::unique_ptr<Log> newLog() override { return m_log.newJob(); }
     void postDialog(std::function<void(HWND owner)> dialog) override;
     void skinControl(HWND control) override;
+    bool usesHostColours() const override { return m_colours.usesHost(); }
     int showMessage(UINT flags, const std::string& text) override;
     HWND ownerWindow() const override { return m_hwndOwner; }
 

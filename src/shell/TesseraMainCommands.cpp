@@ -217,7 +217,7 @@ void TesseraMain::refreshAfterChange(bool reload)
 
 void TesseraMain::skinControl(HWND control)
 {
-    if (m_colours.usesHost()) {
+    if (m_colours.usesHost() && !m_terminating) {
         const auto window = static_cast<std::int32_t>(reinterpret_cast<INT_PTR>(control));
         quietBorder(0, [&] { return m_host.skin(window, 1); });
     }

@@ -101,6 +101,7 @@ public:
     virtual void postDialog(std::function<void(HWND owner)> dialog) = 0;
     // Lets the host skin a control of ours when its colours are in use.
     virtual void skinControl(HWND control) = 0;
+    virtual bool usesHostColours() const = 0;
     // The one message box; answers the button pressed.
     virtual int showMessage(UINT flags, const std::string& text) = 0;
     virtual HWND ownerWindow() const = 0;

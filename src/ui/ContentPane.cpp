@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <vector>
 
 namespace tessera {
 
@@ -43,11 +44,12 @@ ContentPane::ContentPane(int id, const char* unit, const std::string& title, Com
 
 std::span<const MapEntry<ContentPane>> ContentPane::messageMap()
 {
-    static constexpr std::array<MapEntry<ContentPane>, 9> kMap{{
+    static constexpr std::array<MapEntry<ContentPane>, 10> kMap{{
         {kActivateMessage, &ContentPane::onActivate},
         {WM_SIZE, &ContentPane::onSize},
         {WM_ERASEBKGND, &ContentPane::onErase},
         {WM_PAINT, &ContentPane::onPaint},
+        {WM_PRINTCLIENT, &ContentPane::onPrint},
         {WM_SETFOCUS, &ContentPane::onFocus},
         {WM_LBUTTONDOWN, &ContentPane::onClick},
         {WM_RBUTTONUP, &ContentPane::onRightButtonUp},
@@ -64,6 +66,18 @@ bool ContentPane::createWindow(HWND parent)
     if (!created)
         assertionFailed("this->GetSafeHwnd()", m_pszUnit, __LINE__);
     return created;
+}
+
+// A list first: the host may end the plug-in inside its call.
+void ContentPane::skinControls()
+{
+    std::vector<HWND> controls;
+    for (HWND each = GetWindow(handle(), GW_CHILD); each; each = GetWindow(each, GW_HWNDNEXT))
+        controls.push_back(each);
+    for (const HWND control : controls) {
+        if (IsWindow(control))
+            m_commands.skinControl(control);
+    }
 }
 
 void ContentPane::settingsChanged()
@@ -84,8 +98,10 @@ void ContentPane::setStatus(const std::string& status)
     if (status == m_caption.status)
         return;
     m_caption.status = status;
-    if (!m_lblStatus && m_lblStatus.create(handle(), controlId::kStatus, {}, status, SS_OWNERDRAW))
+    if (!m_lblStatus && m_lblStatus.create(handle(), controlId::kStatus, {}, status, SS_OWNERDRAW)) {
+        m_commands.skinControl(m_lblStatus.handle());
         layoutStatus();
+    }
     // Past the control, which would draw it at once; it changes with every key stroke of a search.
     DefWindowProcA(m_lblStatus.handle(), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(status.c_str()));
     m_lblStatus.invalidate(false);
@@ -170,11 +186,23 @@ Handled ContentPane::onPaint(const Message&)
 {
     const PaintScope paint(handle());
     const DoubleBuffer buffer(paint.dc(), clientRect());
-    const RECT content = contentRect();
-    fillRect(buffer.dc(), content, m_commands.treeBackground());
-    paintContent(buffer.dc(), content);
-    m_caption.draw(buffer.dc(), captionRect(), m_commands);
+    draw(buffer.dc());
     return 0;
+}
+
+// What shows through a control that asks for its background.
+Handled ContentPane::onPrint(const Message& message)
+{
+    draw(reinterpret_cast<HDC>(message.wParam));
+    return 0;
+}
+
+void ContentPane::draw(HDC dc)
+{
+    const RECT content = contentRect();
+    fillRect(dc, content, m_commands.treeBackground());
+    paintContent(dc, content);
+    m_caption.draw(dc, captionRect(), m_commands);
 }
 
 Handled ContentPane::onDrawItem(const Message& message)

@@ -32,6 +32,8 @@ protected:
     // Raises the assertion of the unit when the window cannot be had.
     bool createWindow(HWND parent);
     Commands& commands() const { return m_commands; }
+    // Offers every child control to the host's skin; those that come later are offered then.
+    void skinControls();
     // In a line of the caption, which is a control of its own so that others can read it.
     void setStatus(const std::string& status);
     // The title opens captionMenu.
@@ -52,6 +54,7 @@ private:
     Handled onSize(const Message& message);
     Handled onErase(const Message& message);
     Handled onPaint(const Message& message);
+    Handled onPrint(const Message& message);
     Handled onFocus(const Message& message);
     Handled onClick(const Message& message);
     Handled onRightButtonUp(const Message& message);
@@ -59,6 +62,7 @@ private:
     Handled onDrawItem(const Message& message);
     enum class CaptionPart { None, Bar, Title, Offer };
     CaptionPart captionPartAt(POINT place) const;
+    void draw(HDC dc);
     void openCaptionMenu();
     RECT captionRect() const;
     void layoutStatus();

@@ -43,7 +43,6 @@ bool DetailsList::createList(HWND parent, UINT id, std::span<const Column> colum
             m_stretched = index;
     }
     DetailsList::settingsChanged();
-    m_commands.skinControl(m_lvw.handle());
     return true;
 }
 

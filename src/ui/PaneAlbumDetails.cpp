@@ -112,6 +112,7 @@ bool PaneAlbumDetails::createPane(HWND parent)
     createLists();
     createTrackDetails();
     createBars();
+    skinControls();
     commands().covers().addListener(*this);
     settingsChanged();
     reload();
@@ -141,8 +142,6 @@ void PaneAlbumDetails::createTrees()
     std::ranges::transform(kTreeNames, states.begin(),
                            [&](const char* name) { return loadTreeState(commands().viewStore(), name); });
     m_trees.setStates(std::move(states));
-    for (std::size_t i = 0; i < AlbumTrees::kCount; ++i)
-        commands().skinControl(m_trees.tree(i).view().handle());
     const std::int32_t shown = loadViewNumber(commands().viewStore(), kShownTree, 0);
     m_trees.show(shown > 0 && shown < static_cast<std::int32_t>(AlbumTrees::kCount)
                      ? static_cast<std::size_t>(shown)
@@ -158,7 +157,6 @@ void PaneAlbumDetails::createAlbumList()
         assertionFailed("m_plvwAlbums->GetSafeHwnd()", kUnit, __LINE__);
     m_plvwAlbums.setSort(m_view.sortColumn, m_view.ascending);
     m_listKeys.attachTo(m_plvwAlbums.handle(), kListKeys);
-    commands().skinControl(m_plvwAlbums.handle());
 }
 
 void PaneAlbumDetails::createLists()

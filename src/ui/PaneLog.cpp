@@ -50,6 +50,7 @@ bool PaneLog::createPane(HWND parent)
     if (!createWindow(parent))
         return false;
     createList();
+    skinControls();
     m_log.attach(handle(), kLogChangedMessage);
     return static_cast<bool>(m_lvwLog);
 }
@@ -65,7 +66,6 @@ void PaneLog::createList()
     for (const auto& column : kColumns)
         m_lvwLog.addColumn(column.title, scaled(column.width, handle()));
     settingsChanged();
-    commands().skinControl(m_lvwLog.handle());
 }
 
 void PaneLog::settingsChanged()

@@ -1,7 +1,6 @@
 #include "ui/PaneMain.h"
 
 #include "base/Errors.h"
-#include "system/Handle.h"
 #include "ui/Commands.h"
 #include "ui/ids.h"
 #include "windowing/Drawing.h"
@@ -69,18 +68,6 @@ constexpr int kComboHeight = 100;    // with the list dropped down
 constexpr int kToolbarWidth = 140;
 constexpr int kToolbarHeight = 30;
 
-// The strip's own colour may differ from the user's visual style, which would hide it.
-void withoutVisualStyle(HWND window)
-{
-    const ModuleHandle library(LoadLibraryA("uxtheme.dll"));
-    using SetTheme = HRESULT(WINAPI*)(HWND, LPCWSTR, LPCWSTR);
-    const auto setTheme = library ? reinterpret_cast<SetTheme>(reinterpret_cast<void*>(
-                                        GetProcAddress(library.get(), "SetWindowTheme")))
-                                  : nullptr;
-    if (setTheme != nullptr)
-        setTheme(window, L" ", L" ");
-}
-
 } // namespace
 
 PaneMain::PaneMain(Commands& commands) : m_commands(commands) {}
@@ -122,6 +109,9 @@ Handled PaneMain::onCreate(const Message& message)
     createImageSizeCombo();
     createToolbar();
     createRebar();
+    for (const Control& control :
+         {Control(m_rbrMain), Control(m_tbrMain), Control(m_cboImageSize), Control(m_cboView)})
+        m_commands.skinControl(control.handle());
     settingsChanged();
     SetTimer(message.window, kTimer, kTimerInterval, nullptr);
     return 0;
@@ -180,7 +170,7 @@ void PaneMain::createRebar()
         assertionFailed("m_prbrMain->GetSafeHwnd()", "PaneMain", __LINE__);
         return;
     }
-    withoutVisualStyle(m_rbrMain.handle());
+    m_rbrMain.useVisualStyle(false); // which would hide the strip's own colour
     // The combos are stops on the way of the Tab key through the plug-in.
     const auto extended = GetWindowLongA(m_rbrMain.handle(), GWL_EXSTYLE);
     SetWindowLongA(m_rbrMain.handle(), GWL_EXSTYLE, extended | WS_EX_CONTROLPARENT);

@@ -72,7 +72,7 @@ bool PaneOverview::createPane(HWND parent)
         assertionFailed("m_plvwDetails->GetSafeHwnd()", kUnit, __LINE__);
     m_plvwDetails.setSort(m_view.sortColumn, m_view.ascending);
     m_keys[kSwitches + 1].attachTo(m_plvwDetails.handle(), searchKeys());
-    commands().skinControl(m_plvwDetails.handle());
+    skinControls();
     commands().covers().addListener(*this);
     reload();
     return true;

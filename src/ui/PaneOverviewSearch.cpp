@@ -68,6 +68,7 @@ void PaneOverview::showSwitches()
         control.setFont(commands().comboFont());
     for (std::size_t i = 0; i < kSwitches; ++i) {
         m_chkFields[i].setFont(commands().comboFont());
+        m_chkFields[i].useVisualStyle(!commands().usesHostColours()); // which has a text colour of its own
         m_chkFields[i].setChecked(commands().overview().*kFields[i].setting);
     }
 }

@@ -112,7 +112,6 @@ bool RichTextBox::createBox(HWND parent, UINT id)
         m_box.attach(createBoxWindow("EDIT", parent, id));
     m_box.send(m_rich ? EM_EXLIMITTEXT : EM_SETLIMITTEXT, m_rich ? 0 : kMostText, m_rich ? kMostText : 0);
     settingsChanged();
-    m_commands.skinControl(m_box.handle());
     return m_box && attach(m_box.handle());
 }
 

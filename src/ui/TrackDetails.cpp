@@ -188,7 +188,6 @@ bool TrackDetails::createCombo(HWND parent)
     m_pcboTrackDetails.setImageList(m_commands.smallIcons());
     for (const auto& choice : kChoices)
         m_pcboTrackDetails.add(choice.text, choice.image, static_cast<LPARAM>(choice.choice));
-    m_commands.skinControl(m_pcboTrackDetails.handle());
     return true;
 }
 

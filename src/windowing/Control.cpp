@@ -1,5 +1,6 @@
 #include "windowing/Control.h"
 
+#include "system/Handle.h"
 #include "system/Module.h"
 
 #include <algorithm>
@@ -57,6 +58,18 @@ std::string Control::text() const
 void Control::setText(const std::string& text) const
 {
     SetWindowTextA(m_handle, text.c_str());
+}
+
+void Control::useVisualStyle(bool use) const
+{
+    const ModuleHandle library(LoadLibraryA("uxtheme.dll"));
+    using SetTheme = HRESULT(WINAPI*)(HWND, LPCWSTR, LPCWSTR);
+    const auto setTheme = library ? reinterpret_cast<SetTheme>(reinterpret_cast<void*>(
+                                        GetProcAddress(library.get(), "SetWindowTheme")))
+                                  : nullptr;
+    const wchar_t* const none = use ? nullptr : L" ";
+    if (setTheme)
+        setTheme(m_handle, none, none);
 }
 
 void Control::move(const RECT& place) const

@@ -24,6 +24,9 @@ public:
     void setText(const std::string& text) const;
     void enable(bool enabled) const { EnableWindow(m_handle, enabled); }
     void show(bool visible) const { ShowWindow(m_handle, visible ? SW_SHOWNA : SW_HIDE); }
+    // Whether it is drawn as the user's theme says, or plain, in the system's colours or those that its
+    // parent gives.
+    void useVisualStyle(bool use) const;
     void move(const RECT& place) const;
     void invalidate(bool erase = true) const { InvalidateRect(m_handle, nullptr, erase); }
     RECT rect() const; // in the parent's client coordinates

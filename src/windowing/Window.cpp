@@ -11,6 +11,8 @@
 namespace tessera {
 namespace {
 
+constexpr int kObject = 0; // its place in a window's own bytes; user data is for whoever skins it
+
 // The class is there while a window of it is; a module that leaves takes its classes along. One
 // that an earlier copy of the module left at the same address is replaced.
 bool registerClass(const WindowClass& kind, WNDPROC procedure)
@@ -25,6 +27,7 @@ bool registerClass(const WindowClass& kind, WNDPROC procedure)
     wanted.cbSize = sizeof wanted;
     wanted.style = kind.style;
     wanted.lpfnWndProc = procedure;
+    wanted.cbWndExtra = sizeof(Window*);
     wanted.hInstance = moduleInstance();
     wanted.hIcon = kind.icon;
     wanted.hCursor = LoadCursorA(nullptr, kind.cursor);
@@ -82,16 +85,16 @@ LRESULT CALLBACK Window::procedure(HWND handle, UINT id, WPARAM wParam, LPARAM l
     if (id == WM_NCCREATE) {
         auto* const created = static_cast<Window*>(reinterpret_cast<CREATESTRUCTA*>(lParam)->lpCreateParams);
         created->m_handle = handle;
-        SetWindowLongPtrA(handle, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(created));
+        SetWindowLongPtrA(handle, kObject, reinterpret_cast<LONG_PTR>(created));
     }
-    auto* const window = reinterpret_cast<Window*>(GetWindowLongPtrA(handle, GWLP_USERDATA));
+    auto* const window = reinterpret_cast<Window*>(GetWindowLongPtrA(handle, kObject));
     if (!window) {
         return DefWindowProcA(handle, id, wParam, lParam);
     }
     const ActivationScope activation(window->m_context);
     const Handled handled = routeGuarded(*window, {handle, id, wParam, lParam});
     if (id == WM_NCDESTROY) {
-        SetWindowLongPtrA(handle, GWLP_USERDATA, 0);
+        SetWindowLongPtrA(handle, kObject, 0);
         window->m_handle = nullptr;
         quietBorder(0, [window] { return window->afterDestroy(), 0; }); // may delete the object
     }

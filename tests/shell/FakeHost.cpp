@@ -231,6 +231,9 @@ private:
             m_script->note("skin query " + std::to_string(call.argument(1).number()));
             return m_script->skinned;
         }
+        if (m_script->onSkin) {
+            m_script->onSkin(reinterpret_cast<HWND>(static_cast<INT_PTR>(call.argument(0).number())));
+        }
         return 0;
     }
     Variant colour(const DispatchCall& call)

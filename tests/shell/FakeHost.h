@@ -26,6 +26,7 @@ struct HostScript {
     int nullAt = 0;                              // the call with this number answers nothing
     std::function<void(int)> onCall;             // on the caller's thread, before the call is answered
     std::int32_t skinned = 0;                    // answer to the skin query
+    std::function<void(HWND)> onSkin;            // a window is to be skinned
     std::map<std::string, std::int32_t> colours; // "Section/Key"
     bool knowsFiles = true;
     bool givesPlayback = true;

@@ -101,11 +101,13 @@ public:
     int bandHeight() const override { return 32; }
     std::unique_ptr<Log> newLog() override { return std::make_unique<LogLines>(logged); }
     void postDialog(std::function<void(HWND owner)> dialog) override { dialogs.push_back(std::move(dialog)); }
-    void skinControl(HWND control) override { skinned.push_back(control); }
+    void skinControl(HWND) override {}
+    bool usesHostColours() const override { return hostColours; }
     int showMessage(UINT flags, const std::string& text) override;
     HWND ownerWindow() const override { return owner; }
 
     bool busy = false;
+    bool hostColours = false;
     int pane = paneId::kLog;
     HWND owner = nullptr;
     HIMAGELIST icons = nullptr;
@@ -118,7 +120,6 @@ public:
     MemorySettingsStore store;
     std::vector<std::string> calls;
     std::vector<std::string> messages;
-    std::vector<HWND> skinned;
     std::vector<std::function<void(HWND owner)>> dialogs; // that wait to be run
     std::vector<bool> cursorMoved;
     std::vector<Album*> marked;
