@@ -135,7 +135,6 @@ void PaneAlbumDetails::createTrees()
     for (std::size_t i = 0; i < AlbumTrees::kCount; ++i)
         m_pcboView.add(kTrees[i].text, kTrees[i].image,
                        LPARAM{controlId::kTreeLibrary} + static_cast<LPARAM>(i));
-    m_pcboView.makeRoomForList();
     createLines(m_psepView, controlId::kSeparatorFirst, {"m_psepView", "m_psepView2"});
     m_trees.create(handle());
     std::array<TreeState, AlbumTrees::kCount> states;
@@ -172,7 +171,6 @@ void PaneAlbumDetails::createLists()
     m_pcboAlbumInfo.setImageList(commands().smallIcons());
     for (const auto& list : kLists)
         m_pcboAlbumInfo.add(list.text, list.image);
-    m_pcboAlbumInfo.makeRoomForList();
     createLines(m_psepAlbumInfo, controlId::kSeparatorFirst + 2, {"m_psepAlbumInfo", "m_psepAlbumInfo2"});
     const auto expect = [](bool created, const char* expression) {
         if (!created)

@@ -129,7 +129,6 @@ void PaneMain::createViewCombo()
     m_cboView.setImageList(m_commands.smallIcons());
     for (const auto& pane : kPanes)
         m_cboView.add(pane.text, pane.image, pane.pane);
-    m_cboView.makeRoomForList();
     showCurrentPane(paneId::kLog);
 }
 
@@ -145,7 +144,6 @@ void PaneMain::createImageSizeCombo()
     m_cboImageSize.setImageList(m_commands.smallIcons());
     for (const auto& size : kImageSizes)
         m_cboImageSize.add(size.text, -1, size.pixels);
-    m_cboImageSize.makeRoomForList();
 }
 
 void PaneMain::createToolbar()

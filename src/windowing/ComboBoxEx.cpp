@@ -18,7 +18,15 @@ int ComboBoxEx::add(const std::string& text, int image, LPARAM data, int indent)
     item.iSelectedImage = image;
     item.iIndent = indent;
     item.lParam = data;
-    return static_cast<int>(send(CBEM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&item)));
+    const auto index = static_cast<int>(send(CBEM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&item)));
+    makeRoomForList();
+    return index;
+}
+
+void ComboBoxEx::setFont(HFONT font) const
+{
+    Control::setFont(font);
+    makeRoomForList();
 }
 
 LPARAM ComboBoxEx::data(int index) const
@@ -41,6 +49,7 @@ std::string ComboBoxEx::itemText(int index) const
     return send(CBEM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item)) && item.pszText ? item.pszText : "";
 }
 
+// Systems that size the list by themselves keep to it, too.
 void ComboBoxEx::makeRoomForList() const
 {
     const Control inner(combo());

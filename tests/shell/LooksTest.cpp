@@ -130,5 +130,35 @@ TEST_F(LooksTest, CheckBoxesCanBeReadUnderADarkSkin)
     EXPECT_NE(themeOf(GetDlgItem(plugin.pane(paneId::kOverview), controlId::kSearchArtist)), nullptr);
 }
 
+TEST_F(LooksTest, EveryDropDownListShowsItsItems)
+{
+    RunningPlugin plugin;
+    plugin.start();
+    ASSERT_TRUE(plugin.create());
+    const ComboBoxEx panes(
+        GetDlgItem(GetDlgItem(plugin.pane(paneId::kMain), controlId::kMainRebar), controlId::kViewCombo));
+    panes.select(1);
+    SendMessageA(plugin.pane(paneId::kMain), WM_COMMAND, MAKEWPARAM(controlId::kViewCombo, CBN_SELCHANGE),
+                 reinterpret_cast<LPARAM>(panes.handle()));
+    ASSERT_EQ(plugin.shownPane(), paneId::kAlbumDetails);
+    int opened = 0;
+    for (const HWND window : descendants(plugin.window())) {
+        if (classOf(window) != "ComboBoxEx32")
+            continue;
+        ++opened;
+        const ComboBoxEx combo(window);
+        COMBOBOXINFO info{};
+        info.cbSize = sizeof info;
+        ASSERT_TRUE(GetComboBoxInfo(combo.combo(), &info));
+        SendMessageA(combo.combo(), CB_SHOWDROPDOWN, TRUE, 0);
+        EXPECT_TRUE(IsWindowVisible(info.hwndList)) << combo.itemText(0);
+        EXPECT_FALSE(GetWindowLongA(info.hwndList, GWL_STYLE) & WS_VSCROLL) << combo.itemText(0);
+        const auto row = static_cast<int>(SendMessageA(combo.combo(), CB_GETITEMHEIGHT, 0, 0));
+        EXPECT_GE(Control(info.hwndList).clientRect().bottom, row * combo.count()) << combo.itemText(0);
+        SendMessageA(combo.combo(), CB_SHOWDROPDOWN, FALSE, 0);
+    }
+    EXPECT_EQ(opened, 5);
+}
+
 } // namespace
 } // namespace tessera

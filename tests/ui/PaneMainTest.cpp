@@ -174,20 +174,6 @@ TEST_F(PaneMainTest, BandsFitIntoTheStripAndShowTheirChildrenWhole)
     EXPECT_STREQ(label, "Go To");
 }
 
-TEST_F(PaneMainTest, DroppedListsShowEveryItem)
-{
-    for (const ComboBoxEx& combo : {viewCombo(), sizeCombo()}) {
-        COMBOBOXINFO info{};
-        info.cbSize = sizeof(info);
-        ASSERT_TRUE(GetComboBoxInfo(combo.combo(), &info));
-        SendMessageA(combo.combo(), CB_SHOWDROPDOWN, TRUE, 0);
-        EXPECT_FALSE(GetWindowLongA(info.hwndList, GWL_STYLE) & WS_VSCROLL) << combo.itemText(0);
-        const auto item = static_cast<int>(SendMessageA(combo.combo(), CB_GETITEMHEIGHT, 0, 0));
-        EXPECT_GE(Control(info.hwndList).clientRect().bottom, item * combo.count());
-        SendMessageA(combo.combo(), CB_SHOWDROPDOWN, FALSE, 0);
-    }
-}
-
 TEST_F(PaneMainTest, CommandsReachTheController)
 {
     for (const UINT id : {57600, 57601, 57602, 57604, 57605, 57603})
