@@ -2,6 +2,8 @@
 
 #include "base/Errors.h"
 
+#include <utility>
+
 namespace tessera {
 
 // A host that refuses has no colour: colours are asked for while painting, where nobody is told.
@@ -20,10 +22,33 @@ COLORREF SkinColours::cached(std::int32_t& value, const char* section, const cha
     return value == kNone ? GetSysColor(fallback) : static_cast<COLORREF>(value);
 }
 
+SkinColours::SystemColours SkinColours::systemColours()
+{
+    SystemColours colours{};
+    for (std::size_t i = 0; i < colours.size(); ++i) {
+        colours[i] = GetSysColor(static_cast<int>(i));
+    }
+    return colours;
+}
+
+bool SkinColours::followSystem()
+{
+    const SystemColours before = std::exchange(m_system, systemColours());
+    if (m_system == before) {
+        return false;
+    }
+    if (std::exchange(m_backgroundIsSystems, false)) {
+        m_treeBackground = kNone;
+    }
+    return true;
+}
+
 // The only one whose fallback is kept, too.
 COLORREF SkinColours::treeBackground()
 {
-    m_treeBackground = static_cast<std::int32_t>(cached(m_treeBackground, "Tree", "BackColor", COLOR_WINDOW));
+    const COLORREF colour = cached(m_treeBackground, "Tree", "BackColor", COLOR_WINDOW);
+    m_backgroundIsSystems = m_backgroundIsSystems || m_treeBackground == kNone;
+    m_treeBackground = static_cast<std::int32_t>(colour);
     return static_cast<COLORREF>(m_treeBackground);
 }
 

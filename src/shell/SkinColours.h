@@ -2,6 +2,7 @@
 
 #include "ports/Host.h"
 
+#include <array>
 #include <windows.h>
 
 namespace tessera {
@@ -13,6 +14,8 @@ public:
 
     void setUseHost(bool use) { m_useHost = use; }
     bool usesHost() const { return m_useHost; }
+    // True when the system's colours are others than at the last call; none of them is kept then.
+    bool followSystem();
 
     COLORREF treeBackground();
     COLORREF treeText();
@@ -26,7 +29,12 @@ private:
     // The first answer of the host stands; as long as there is none the system's colour does.
     COLORREF cached(std::int32_t& value, const char* section, const char* key, int fallback);
 
+    using SystemColours = std::array<COLORREF, COLOR_MENUBAR + 1>;
+    static SystemColours systemColours();
+
     Host& m_host;
+    SystemColours m_system = systemColours();
+    bool m_backgroundIsSystems = false;
     bool m_useHost = false;
     std::int32_t m_treeBackground = kNone;
     std::int32_t m_treeText = kNone;

@@ -127,6 +127,7 @@ private:
     void loadGeneralSettings();
     void saveGeneralSettings();
     void querySkin();
+    void followColours();
     void drawSkinAgain();
     void createPanes();
     void showFirstPane();

@@ -195,9 +195,32 @@ void TesseraMain::startLoadingCovers()
     m_queue.post([main = shared_from_this()] { main->m_artwork.startBackgroundLoading(); });
 }
 
+namespace {
+
+BOOL CALLBACK tellColours(HWND window, LPARAM) noexcept
+{
+    SendMessageA(window, WM_SYSCOLORCHANGE, 0, 0);
+    return TRUE;
+}
+
+} // namespace
+
+// A window inside the host's hears of other colours only from a host that passes them on.
+void TesseraMain::followColours()
+{
+    if (!m_colours.followSystem()) {
+        return;
+    }
+    EnumChildWindows(m_hwndOwner, tellColours, 0);
+    m_panes.forEach([](Pane& pane) { pane.settingsChanged(); });
+    m_artwork.resetImageLists(true);
+    startLoadingCovers();
+}
+
 void TesseraMain::trackCursor(POINT screen, bool moved)
 {
     if (maySelect()) {
+        followColours();
         m_panes.forEach([&](Pane& pane) { pane.trackCursor(screen, moved); });
     }
 }

@@ -35,6 +35,23 @@ std::vector<HWND> descendants(HWND window)
     return found;
 }
 
+// Colours of the system that are others for a while.
+class SystemColours {
+public:
+    explicit SystemColours(COLORREF window, COLORREF text)
+    {
+        const std::array<COLORREF, 2> colours{window, text};
+        SetSysColors(2, kElements.data(), colours.data());
+    }
+    ~SystemColours() { SetSysColors(2, kElements.data(), m_before.data()); }
+    SystemColours(const SystemColours&) = delete;
+    SystemColours& operator=(const SystemColours&) = delete;
+
+private:
+    static constexpr std::array<INT, 2> kElements{COLOR_WINDOW, COLOR_WINDOWTEXT};
+    std::array<COLORREF, 2> m_before{GetSysColor(COLOR_WINDOW), GetSysColor(COLOR_WINDOWTEXT)};
+};
+
 class LooksTest : public testing::Test {
 protected:
     LooksTest() : folder("shell-looks")
@@ -158,6 +175,52 @@ TEST_F(LooksTest, EveryDropDownListShowsItsItems)
         SendMessageA(combo.combo(), CB_SHOWDROPDOWN, FALSE, 0);
     }
     EXPECT_EQ(opened, 5);
+}
+
+// High contrast goes on and off, or a theme comes, without a word to a window inside the host's.
+TEST_F(LooksTest, ColoursFollowTheSystemsWhileThePlugInRuns)
+{
+    RunningPlugin plugin;
+    plugin.start();
+    ASSERT_TRUE(plugin.create());
+    const auto passes = [&] {
+        return std::ranges::count(plugin.log(), "Beginning background loading of images");
+    };
+    ASSERT_TRUE(plugin.container.pump([&] { return passes() == 1 && plugin.log().back() == "Finished"; }));
+    std::vector<ListView> lists;
+    std::vector<TreeView> trees;
+    for (const HWND window : descendants(plugin.window())) {
+        if (classOf(window) == "SysListView32")
+            lists.emplace_back(window);
+        else if (classOf(window) == "SysTreeView32")
+            trees.emplace_back(window);
+    }
+    ASSERT_EQ(lists.size(), 7U);
+    ASSERT_EQ(trees.size(), 4U);
+    const auto shows = [&](COLORREF background, COLORREF text) {
+        const auto has = [](const Control& control, UINT question, COLORREF colour) {
+            return static_cast<COLORREF>(control.send(question)) == colour;
+        };
+        return std::ranges::all_of(lists,
+                                   [&](const ListView& list) {
+                                       return has(list, LVM_GETBKCOLOR, background) &&
+                                              has(list, LVM_GETTEXTCOLOR, text);
+                                   }) &&
+               std::ranges::all_of(trees, [&](const TreeView& tree) {
+                   return has(tree, TVM_GETBKCOLOR, background) && has(tree, TVM_GETTEXTCOLOR, text);
+               });
+    };
+    const COLORREF background = GetSysColor(COLOR_WINDOW);
+    const COLORREF text = GetSysColor(COLOR_WINDOWTEXT);
+    ASSERT_TRUE(shows(background, text));
+    {
+        const SystemColours dark(RGB(16, 0, 48), RGB(255, 255, 0));
+        EXPECT_TRUE(plugin.container.pump([&] { return shows(RGB(16, 0, 48), RGB(255, 255, 0)); }, 3000));
+        EXPECT_TRUE(plugin.container.pump([&] { return passes() == 2; }, 3000)) << "covers anew";
+        plugin.container.pumpFor(700);
+        EXPECT_EQ(passes(), 2) << "once";
+    }
+    EXPECT_TRUE(plugin.container.pump([&] { return shows(background, text); }, 3000));
 }
 
 } // namespace
