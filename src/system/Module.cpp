@@ -30,6 +30,12 @@ std::string programPath()
     return modulePath(nullptr);
 }
 
+bool systemIsWine()
+{
+    const HMODULE library = GetModuleHandleA("ntdll.dll");
+    return library && GetProcAddress(library, "wine_get_version");
+}
+
 std::string versionString(std::string_view name)
 {
     const std::string path = modulePath(moduleInstance());

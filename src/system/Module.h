@@ -12,6 +12,9 @@ HINSTANCE moduleInstance();
 std::string modulePath(HMODULE module);
 std::string programPath();
 
+// The system is Wine, some of whose controls need help that those of Windows do not.
+bool systemIsWine();
+
 // A text of the module's version block (English, Unicode: 040904b0), such as "FileVersion"; "" when it is
 // missing.
 std::string versionString(std::string_view name);

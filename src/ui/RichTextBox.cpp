@@ -18,8 +18,8 @@ namespace {
 constexpr DWORD kStyle =
     WS_CHILD | WS_VSCROLL | WS_TABSTOP | WS_CLIPSIBLINGS | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL;
 constexpr int kMargin = 4;                  // at 96 dpi
-constexpr std::size_t kLongestLine = 2000;  // characters; some systems lay out longer ones for minutes
 constexpr std::size_t kMostShown = 100'000; // characters
+constexpr std::size_t kLongestLine = 2000;  // characters, where longer ones are laid out for minutes
 constexpr LPARAM kMostText = 2 * kMostShown;
 
 HWND createBoxWindow(const char* windowClass, HWND parent, UINT id)
@@ -28,14 +28,14 @@ HWND createBoxWindow(const char* windowClass, HWND parent, UINT id)
                            reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), moduleInstance(), nullptr);
 }
 
-// The bytes of the text that make a line: up to a line's end, or as many as the control lays out in a
-// reasonable time; then the last blank ends it, if there is one.
-std::size_t lineLength(std::string_view text)
+// The bytes of the text that make a line: up to a line's end, or to the longest that the control can do
+// with; then the last blank ends it, if there is one.
+std::size_t lineLength(std::string_view text, std::size_t longest)
 {
     std::size_t blank = 0;
     std::size_t end = 0;
     while (end < text.size() && text[end] != '\n' && text[end] != '\r') {
-        if (end >= kLongestLine)
+        if (end >= longest)
             return blank > 0 ? blank : end;
         const std::size_t size = characterLength(text, end);
         end += size;
@@ -50,11 +50,11 @@ std::size_t lineEndLength(std::string_view text)
 }
 
 // As the control gets it.
-std::string asShown(std::string_view text)
+std::string asShown(std::string_view text, std::size_t longestLine)
 {
     std::string result;
     for (std::size_t at = 0; at < text.size() && result.size() < kMostShown;) {
-        const std::size_t length = lineLength(text.substr(at));
+        const std::size_t length = lineLength(text.substr(at), longestLine);
         result.append(text.substr(at, length));
         at += length;
         result.append(at < text.size() ? "\r\n" : "");
@@ -142,7 +142,7 @@ void RichTextBox::setText(const std::string& text)
     if (text == m_text)
         return;
     m_text = text;
-    const std::string lines = asShown(text);
+    const std::string lines = asShown(text, m_rich && systemIsWine() ? kLongestLine : kMostShown);
     if (m_rich) {
         std::string_view left = lines;
         EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&left), 0, streamText};
