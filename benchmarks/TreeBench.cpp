@@ -58,7 +58,7 @@ public:
 private:
     Handled onNotify(const Message& message)
     {
-        return trees ? trees->answer(*reinterpret_cast<const NMHDR*>(message.lParam)) : kDefault;
+        return trees ? trees->answer(*reinterpret_cast<NMHDR*>(message.lParam)) : kDefault;
     }
     Handled onTimer(const Message&)
     {

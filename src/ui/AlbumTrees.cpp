@@ -185,13 +185,32 @@ void AlbumTrees::keepStates()
     }
 }
 
-Handled AlbumTrees::answer(const NMHDR& header)
+namespace {
+
+// The ground of a selected node without the focus is the system's, and so is what can be read on it.
+LRESULT colourNode(NMTVCUSTOMDRAW& draw)
+{
+    if (draw.nmcd.dwDrawStage == CDDS_PREPAINT)
+        return CDRF_NOTIFYITEMDRAW;
+    const bool selected = (draw.nmcd.uItemState & CDIS_SELECTED) != 0;
+    if (draw.nmcd.dwDrawStage == CDDS_ITEMPREPAINT && selected && GetFocus() != draw.nmcd.hdr.hwndFrom) {
+        draw.clrText = GetSysColor(COLOR_BTNTEXT);
+        draw.clrTextBk = GetSysColor(COLOR_BTNFACE);
+    }
+    return CDRF_DODEFAULT;
+}
+
+} // namespace
+
+Handled AlbumTrees::answer(NMHDR& header)
 {
     const auto tree = std::ranges::find_if(m_trees, [&](const AlbumTree& each) {
         return header.hwndFrom && each.view().handle() == header.hwndFrom;
     });
     if (tree == m_trees.end())
         return kDefault;
+    if (header.code == NM_CUSTOMDRAW)
+        return colourNode(notificationAs<NMTVCUSTOMDRAW>(header));
     if (header.code == TVN_ITEMEXPANDINGA || header.code == TVN_ITEMEXPANDINGW) {
         const auto& opening = reinterpret_cast<const NMTREEVIEWA&>(header);
         if ((opening.action & TVE_TOGGLE) == TVE_EXPAND && !tree->prepareOpening(opening.itemNew.hItem))

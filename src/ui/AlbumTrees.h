@@ -46,7 +46,7 @@ public:
     bool isChanging() const { return m_changing; }
 
     // Fills groups that open, and swallows what the trees tell of changes that are not the user's.
-    Handled answer(const NMHDR& header);
+    Handled answer(NMHDR& header);
 
     // Open nodes and scroll places; they come back with the next full rebuild that has albums.
     std::array<TreeState, kCount> states() const;

@@ -141,6 +141,14 @@ TEST_F(LooksTest, CheckBoxesCanBeReadUnderADarkSkin)
         EXPECT_GT(light, 20) << box.text();
         EXPECT_EQ(themeOf(box.handle()), nullptr);
     }
+    // What shows through a control that asks its parent.
+    const Control pane(plugin.pane(paneId::kOverview));
+    const WindowDc screen(pane.handle());
+    const DoubleBuffer printed(screen.dc(), pane.clientRect());
+    pane.send(WM_ERASEBKGND, reinterpret_cast<WPARAM>(printed.dc()));
+    pane.send(WM_PRINTCLIENT, reinterpret_cast<WPARAM>(printed.dc()), PRF_CLIENT);
+    const RECT place = Control(GetDlgItem(pane.handle(), controlId::kSearchArtist)).rect();
+    EXPECT_EQ(GetPixel(printed.dc(), place.left, place.top), face);
     plugin.stop();
     script->skinned = 0;
     plugin.start();

@@ -43,7 +43,7 @@ public:
 private:
     Handled onNotify(const Message& message)
     {
-        const auto& header = *reinterpret_cast<const NMHDR*>(message.lParam);
+        auto& header = *reinterpret_cast<NMHDR*>(message.lParam);
         if (const Handled handled = trees ? trees->answer(header) : kDefault)
             return handled;
         selectionChanges += header.code == TVN_SELCHANGEDA || header.code == TVN_SELCHANGEDW ? 1 : 0;

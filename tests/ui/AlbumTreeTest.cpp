@@ -1,4 +1,5 @@
 #include "AlbumTreeFixture.h"
+#include "windowing/Drawing.h"
 
 #include <random>
 
@@ -173,4 +174,32 @@ TEST_F(AlbumTreeTest, AMissingControlIsAnAssertion)
     AlbumTrees trees(m_commands);
     EXPECT_FALSE(trees.create(reinterpret_cast<HWND>(1)));
     EXPECT_EQ(s_assertions, Texts{"PaneAlbumDetails: m_tvwLibrary.m_pTVW->GetSafeHwnd()"});
+}
+
+TEST_F(AlbumTreeTest, TheSelectedNodeCanBeReadWithoutTheFocusUnderADarkSkin)
+{
+    makeFiveAlbums();
+    m_commands.background = RGB(0x20, 0x28, 0x30);
+    m_commands.text = RGB(0xE8, 0xE8, 0xE8);
+    m_trees->settingsChanged();
+    m_trees->show(kLibrary);
+    ShowWindow(m_frame, SW_SHOWNOACTIVATE);
+    rebuild();
+    const HTREEITEM node = root(Grouping::Artist);
+    view().select(node);
+    SetFocus(m_frame);
+    RedrawWindow(view().handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+    RECT place = view().itemRect(node);
+    MapWindowPoints(nullptr, view().handle(), reinterpret_cast<POINT*>(&place), 2);
+    const WindowDc dc(view().handle());
+    int darkest = 255;
+    int lightest = 0;
+    for (LONG x = place.left + 3; x < place.right - 3; ++x) {
+        for (LONG y = place.top + 3; y < place.bottom - 3; ++y) {
+            const int green = GetGValue(GetPixel(dc.dc(), static_cast<int>(x), static_cast<int>(y)));
+            darkest = std::min(darkest, green);
+            lightest = std::max(lightest, green);
+        }
+    }
+    EXPECT_GT(lightest - darkest, 120);
 }
