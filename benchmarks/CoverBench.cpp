@@ -155,7 +155,7 @@ void scaleRow(const std::string& picture)
         early = round == 0 ? cost(kFirst) : std::min(early, cost(kFirst));
         late = round == 0 ? cost(kLast) : std::min(late, cost(kLast));
     }
-    report({"a cover, the 8,000th against the 500th", late, "ms", early, 1.1});
+    report({"a cover, the 8,000th against the 500th", late, "ms", early, 1.1}, OnWindows::Helpful);
 }
 
 void memoryRows()

@@ -29,13 +29,14 @@ std::string optionalNumber(std::optional<double> value, const char* pattern)
 
 } // namespace
 
-void report(const Figure& figure)
+void report(const Figure& figure, OnWindows meaning)
 {
+    constexpr const char* kMeanings[] = {"", "needed", "harmless", "helpful"};
     const std::string ratio =
         figure.reference ? optionalNumber(figure.value / *figure.reference, "%.2f") : std::string{};
-    std::printf("%s\t%.3f\t%s\t%s\t%s\t%s\n", figure.name.c_str(), figure.value, figure.unit.c_str(),
+    std::printf("%s\t%.3f\t%s\t%s\t%s\t%s\t%s\n", figure.name.c_str(), figure.value, figure.unit.c_str(),
                 optionalNumber(figure.reference, "%.3f").c_str(), ratio.c_str(),
-                optionalNumber(figure.goal, "%.2f").c_str());
+                optionalNumber(figure.goal, "%.2f").c_str(), kMeanings[static_cast<int>(meaning)]);
     std::fflush(stdout);
 }
 

@@ -15,8 +15,12 @@ struct Figure {
     std::optional<double> goal = std::nullopt;      // for value / reference, else for the value
 };
 
-// One line: name, value, unit, reference, ratio, goal; tabs between, nothing where there is none.
-void report(const Figure& figure);
+// What was done under Wine for the sake of a figure, and means on Windows.
+enum class OnWindows { Unsaid, Needed, Harmless, Helpful };
+
+// One line: name, value, unit, reference, ratio, goal, what it means on Windows; tabs between, nothing
+// where there is none.
+void report(const Figure& figure, OnWindows meaning = OnWindows::Unsaid);
 
 using Clock = std::chrono::steady_clock;
 
