@@ -27,7 +27,7 @@ bool registerClass(const WindowClass& kind, WNDPROC procedure)
     wanted.cbSize = sizeof wanted;
     wanted.style = kind.style;
     wanted.lpfnWndProc = procedure;
-    wanted.cbWndExtra = sizeof(Window*);
+    wanted.cbWndExtra = sizeof(LONG_PTR);
     wanted.hInstance = moduleInstance();
     wanted.hIcon = kind.icon;
     wanted.hCursor = LoadCursorA(nullptr, kind.cursor);
