@@ -3,6 +3,7 @@
 #include "ui/AlbumList.h"
 
 #include "artwork/Covers.h"
+#include "base/FlagScope.h"
 #include "ui/Commands.h"
 #include "windowing/Drawing.h"
 
@@ -117,9 +118,10 @@ void AlbumList::deselect()
 
 void AlbumList::setAlbums(const AlbumPlaces& places)
 {
-    quietly(true);
-    deselect();
-    quietly(false);
+    {
+        const FlagScope quiet(m_quiet);
+        deselect();
+    }
     m_given = places;
     m_places = places;
     if (m_sortColumn >= 0 && m_places.size() > 1)

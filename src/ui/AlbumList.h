@@ -149,7 +149,6 @@ private:
     // selection
     std::vector<std::uint32_t> selectedPlaces() const;
     void selectPlaces(const std::vector<std::uint32_t>& places, std::optional<std::uint32_t> focused);
-    void quietly(bool on) { m_quiet = on; }
     void scrollToTop(int item) const;
     int topItem() const;
     int startOfView() const; // the first item of which anything is in view

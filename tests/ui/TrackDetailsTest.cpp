@@ -402,6 +402,31 @@ TEST_F(TrackDetailsTest, WhatCouldNotBeReadComesLater)
     EXPECT_EQ(textShown(), "one\r\ntwo\r\nthree");
 }
 
+TEST_F(TrackDetailsTest, MemoryThatRunsShortOnceIsForgotten)
+{
+    hostTrack(1).imageFile = writePicture("one.bmp", 20, 20, kBlue);
+    open();
+    details.setTrack(&track(1), &album(1));
+    for (const int entry : {kTrackImage, kDetails}) {
+        int failures = 0;
+        commands.fakeHost.insideCall = [&] {
+            commands.fakeHost.insideCall = nullptr;
+            ++failures;
+            throw std::bad_alloc();
+        };
+        choose(entry);
+        UpdateWindow(details.shownControl());
+        ASSERT_EQ(failures, 1) << entry;
+        details.tick();
+        UpdateWindow(details.shownControl());
+    }
+    EXPECT_EQ(ListView(child(controlId::kTrackDetails)).text(1, 1), "The Harbour Quartet");
+    EXPECT_EQ(commands.fakeHost.textReads[FileText::Artist], 1) << "before anybody asked";
+    choose(kTrackImage);
+    UpdateWindow(child(controlId::kTrackArtwork));
+    EXPECT_EQ(GetPixel(WindowDc(child(controlId::kTrackArtwork)).dc(), 200, 100), kBlue);
+}
+
 // The host may run a message loop inside a call, and everything may end there.
 TEST_F(TrackDetailsTest, TrackMayGoWhileItIsRead)
 {
