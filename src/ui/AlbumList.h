@@ -126,7 +126,9 @@ private:
     void drawCaption(HDC dc, int item, const RECT& place, bool centred, bool middle);
     void measureColumns();
     void drawRow(HDC dc, int item, RECT place);
-    void markRow(HDC dc, const RECT& row) const;
+    RECT rowTexts(const RECT& row) const;
+    POINT smallCoverPlace(const RECT& row) const;
+    void markColumn(HDC dc) const;
     void drawRowTexts(HDC dc, int item, const RECT& row);
     COLORREF selectedText() const;
     void drawBackground(HDC dc, const RECT& area) const;
@@ -160,7 +162,7 @@ private:
     AlbumCaptions m_captions;
     AlbumRows m_rows;
     ListView m_lvw;
-    std::array<RECT, kColumnCount> m_columns{}; // of the paint under way; the first without its cover
+    std::array<RECT, kColumnCount> m_columns{}; // headers in the paint under way; the first without the cover
     RECT m_rowIcon{};
     RegionHandle m_dirty;     // of the paint under way; none: everything is drawn
     bool m_hasFocus = false;  // asked once for all items of a paint

@@ -105,6 +105,9 @@ public:
     int showMessage(UINT flags, const std::string& text) override;
     HWND ownerWindow() const override { return owner; }
 
+    // For what is made from now on.
+    void setListFont(int height);
+
     bool busy = false;
     int pane = paneId::kLog;
     HWND owner = nullptr;
