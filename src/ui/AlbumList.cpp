@@ -26,11 +26,12 @@ AlbumList::AlbumList(Commands& commands, AlbumCatalogue& catalogue)
 
 std::span<const MapEntry<AlbumList>> AlbumList::messageMap()
 {
-    static constexpr std::array<MapEntry<AlbumList>, 7> kMap{{
+    static constexpr std::array<MapEntry<AlbumList>, 8> kMap{{
         {WM_PAINT, &AlbumList::onPaint},
         {WM_ERASEBKGND, &AlbumList::onErase},
         {WM_KEYDOWN, &AlbumList::onKeyDown},
         {WM_KEYUP, &AlbumList::onKeyUp},
+        {WM_CHAR, &AlbumList::onCharacter},
         {WM_CONTEXTMENU, &AlbumList::onContextMenu},
         {WM_MOUSEWHEEL, &AlbumList::onWheel},
         {WM_SYSKEYDOWN, &AlbumList::onKeyDown},

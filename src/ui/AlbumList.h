@@ -142,6 +142,7 @@ private:
     int findIn(bool artist, const std::string& prefix, int start, bool wrap) const;
     Handled onKeyDown(const Message& message);
     Handled onKeyUp(const Message& message);
+    Handled onCharacter(const Message& message);
     Handled onContextMenu(const Message& message);
     Handled onWheel(const Message& message);
     void menuAtItem();

@@ -273,17 +273,14 @@ TEST_F(AlbumListTest, ControlAndWheelOfARealMouse)
     open();
     m_pane->setView(ListStyle::Icons);
     m_commands.artworkSettings.imageSizeIndex = 2;
-    pumpMessages(100);
-    const POINT place = middle(0);
-    SetCursorPos(place.x, place.y);
+    hands::pointAt(middle(0));
     SetFocus(list().handle());
-    keybd_event(VK_CONTROL, 0, 0, 0);
-    mouse_event(MOUSEEVENTF_WHEEL, 0, 0, static_cast<DWORD>(-120), 0);
-    pumpMessages(200);
-    keybd_event(VK_CONTROL, 0, KEYEVENTF_KEYUP, 0);
-    mouse_event(MOUSEEVENTF_WHEEL, 0, 0, 120, 0);
-    pumpMessages(200);
-    EXPECT_EQ(m_commands.calls, Titles{"size 1"}) << "without the key the list scrolls";
+    hands::hold(VK_CONTROL);
+    for (const int delta : {-30, -30, -30, -30})
+        hands::turnWheel(delta);
+    hands::letGo(VK_CONTROL);
+    hands::turnWheel(120);
+    EXPECT_EQ(m_commands.calls, Titles{"size 1"}) << "one notch; without the key the list scrolls";
 }
 
 // Looks at the menu that is open, from a timer of the menu's own loop, and closes it.
