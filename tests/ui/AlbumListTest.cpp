@@ -283,6 +283,35 @@ TEST_F(AlbumListTest, ControlAndWheelOfARealMouse)
     EXPECT_EQ(m_commands.calls, Titles{"size 1"}) << "one notch; without the key the list scrolls";
 }
 
+TEST_F(AlbumListTest, TheFirstAlbumInViewStaysThereWhenTheCellsGrow)
+{
+    for (int i = 0; i < 200; ++i)
+        addAlbum(m_commands.records, "More", *m_commands.records.artists[1]);
+    open();
+    m_pane->setView(ListStyle::Icons);
+    hands::pointAt(middle(0));
+    for (int notch = 0; notch < 12; ++notch)
+        hands::turnWheel(-120);
+    const auto firstInView = [&] {
+        const int items = list().count();
+        int item = 0;
+        while (item < items && cell(item).top < 0)
+            ++item;
+        return item;
+    };
+    const int before = firstInView();
+    ASSERT_GT(before, 8);
+    const LONG width = cell(0).right - cell(0).left;
+    m_commands.fakeCovers.size = {175, 175};
+    for (CoverListener* const listener : std::vector(m_commands.fakeCovers.listeners))
+        listener->imageListsRebuilt();
+    pumpMessages(50);
+    ASSERT_GT(cell(0).right - cell(0).left, width);
+    const LONG perRow = list().clientRect().right / (175 + 20);
+    EXPECT_LE(firstInView(), before);
+    EXPECT_GT(firstInView(), before - static_cast<int>(perRow));
+}
+
 // Looks at the menu that is open, from a timer of the menu's own loop, and closes it.
 struct OpenMenu {
     static inline std::vector<std::string> texts;

@@ -143,17 +143,6 @@ std::vector<COLORREF> pixels(HWND window)
 
 } // namespace
 
-TEST_F(ListBoxExTest, HasItsStyles)
-{
-    const auto style = static_cast<DWORD>(GetWindowLongA(list.handle(), GWL_STYLE));
-    const DWORD lasting = CListBoxEx::kStyles & ~DWORD{WS_VSCROLL}; // the scroll bar comes and goes
-    EXPECT_EQ(style & lasting, lasting);
-    EXPECT_TRUE(GetWindowLongA(list.handle(), GWL_EXSTYLE) & WS_EX_CLIENTEDGE);
-    EXPECT_EQ(list.currentRow(), -1);
-    EXPECT_FALSE(IsWindowVisible(edit()));
-    EXPECT_FALSE(IsWindowVisible(button()));
-}
-
 TEST_F(ListBoxExTest, InsertAppendsARowAndEscapeTakesItAway)
 {
     for (const char* const typed : {"", "abc"}) {
