@@ -183,8 +183,7 @@ void TesseraMain::imageSizeChosen(int index)
 {
     if (maySelect()) {
         m_settings.artwork.imageSizeIndex = index;
-        m_artwork.resetImageLists(true);
-        refreshAfterChange(true);
+        m_artwork.resetImageLists(true); // which tells the panes
         startLoadingCovers();
     }
 }

@@ -3,6 +3,7 @@
 #include "ui/AlbumList.h"
 
 #include "artwork/Covers.h"
+#include "base/FlagScope.h"
 #include "ui/Commands.h"
 #include "windowing/Drawing.h"
 
@@ -25,11 +26,12 @@ AlbumList::AlbumList(Commands& commands, AlbumCatalogue& catalogue)
 
 std::span<const MapEntry<AlbumList>> AlbumList::messageMap()
 {
-    static constexpr std::array<MapEntry<AlbumList>, 7> kMap{{
+    static constexpr std::array<MapEntry<AlbumList>, 8> kMap{{
         {WM_PAINT, &AlbumList::onPaint},
         {WM_ERASEBKGND, &AlbumList::onErase},
         {WM_KEYDOWN, &AlbumList::onKeyDown},
         {WM_KEYUP, &AlbumList::onKeyUp},
+        {WM_CHAR, &AlbumList::onCharacter},
         {WM_CONTEXTMENU, &AlbumList::onContextMenu},
         {WM_MOUSEWHEEL, &AlbumList::onWheel},
         {WM_SYSKEYDOWN, &AlbumList::onKeyDown},
@@ -117,9 +119,10 @@ void AlbumList::deselect()
 
 void AlbumList::setAlbums(const AlbumPlaces& places)
 {
-    quietly(true);
-    deselect();
-    quietly(false);
+    {
+        const FlagScope quiet(m_quiet);
+        deselect();
+    }
     m_given = places;
     m_places = places;
     if (m_sortColumn >= 0 && m_places.size() > 1)

@@ -126,7 +126,9 @@ private:
     void drawCaption(HDC dc, int item, const RECT& place, bool centred, bool middle);
     void measureColumns();
     void drawRow(HDC dc, int item, RECT place);
-    void markRow(HDC dc, const RECT& row) const;
+    RECT rowTexts(const RECT& row) const;
+    POINT smallCoverPlace(const RECT& row) const;
+    void markColumn(HDC dc) const;
     void drawRowTexts(HDC dc, int item, const RECT& row);
     COLORREF selectedText() const;
     void drawBackground(HDC dc, const RECT& area) const;
@@ -140,6 +142,7 @@ private:
     int findIn(bool artist, const std::string& prefix, int start, bool wrap) const;
     Handled onKeyDown(const Message& message);
     Handled onKeyUp(const Message& message);
+    Handled onCharacter(const Message& message);
     Handled onContextMenu(const Message& message);
     Handled onWheel(const Message& message);
     void menuAtItem();
@@ -149,7 +152,6 @@ private:
     // selection
     std::vector<std::uint32_t> selectedPlaces() const;
     void selectPlaces(const std::vector<std::uint32_t>& places, std::optional<std::uint32_t> focused);
-    void quietly(bool on) { m_quiet = on; }
     void scrollToTop(int item) const;
     int topItem() const;
     int startOfView() const; // the first item of which anything is in view
@@ -161,7 +163,7 @@ private:
     AlbumCaptions m_captions;
     AlbumRows m_rows;
     ListView m_lvw;
-    std::array<RECT, kColumnCount> m_columns{}; // of the paint under way; the first without its cover
+    std::array<RECT, kColumnCount> m_columns{}; // headers in the paint under way; the first without the cover
     RECT m_rowIcon{};
     RegionHandle m_dirty;     // of the paint under way; none: everything is drawn
     bool m_hasFocus = false;  // asked once for all items of a paint

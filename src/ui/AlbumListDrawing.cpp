@@ -88,8 +88,10 @@ Handled AlbumList::onCustomDraw(const NMLVCUSTOMDRAW& draw)
         m_hasFocus = GetFocus() == m_lvw.handle();
         if (m_background)
             drawBackground(draw.nmcd.hdc, m_lvw.clientRect());
-        if (!picturesShown())
+        if (!picturesShown()) {
             measureColumns();
+            markColumn(draw.nmcd.hdc);
+        }
         return CDRF_NOTIFYITEMDRAW | CDRF_NOTIFYPOSTPAINT;
     case CDDS_ITEMPREPAINT:
         drawItem(draw.nmcd.hdc, static_cast<int>(draw.nmcd.dwItemSpec), draw.nmcd.rc);
@@ -129,8 +131,11 @@ RECT AlbumList::cellPlace(int item) const
 // All that changes when the album's cover comes.
 RECT AlbumList::coverPlace(int item) const
 {
-    if (m_style == ListStyle::Details)
-        return partOf(item, LVIR_ICON);
+    if (m_style == ListStyle::Details) {
+        const RECT icon = partOf(item, LVIR_ICON);
+        const RECT row = partOf(item, LVIR_BOUNDS);
+        return {icon.left, row.top, icon.right, row.bottom};
+    }
     const RECT cell = cellPlace(item);
     if (m_style == ListStyle::Tiles)
         return {cell.left, cell.top, cell.left + kTileSide, cell.top + kTileSide};

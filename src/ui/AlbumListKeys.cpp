@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "ui/AlbumList.h"
+#include "ui/CommandKeys.h"
 #include "ui/Commands.h"
 
 namespace tessera {
@@ -9,6 +10,7 @@ namespace tessera {
 namespace {
 
 constexpr UINT kSubstring = 4;    // LVFI_SUBSTRING, which older headers lack
+constexpr WPARAM kControlA = 1;   // the character
 constexpr int kPointerInset = 30; // pixels above and left of an item's bottom-right corner
 
 bool isDown(int key)
@@ -40,6 +42,12 @@ Handled AlbumList::onKeyDown(const Message& message)
     default:
         return kDefault;
     }
+}
+
+// Of the keys above.
+Handled AlbumList::onCharacter(const Message& message)
+{
+    return isEnter(message.wParam) || message.wParam == kControlA ? Handled(0) : kDefault;
 }
 
 // The menu is up already; the key's release would bring another one.

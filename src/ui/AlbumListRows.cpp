@@ -17,6 +17,7 @@ namespace {
 constexpr int kTextMargin = 6;  // beside a column's text
 constexpr int kLabelMargin = 2; // between the small cover and the first one
 constexpr int kEndMargin = 2;   // behind a text that fills its column
+constexpr int kSmallSide = 16;  // of the cover
 constexpr int kMarkPercent = 5; // of the text colour in the sorted column
 
 LONG textStart(const RECT& place, int format, int width)
@@ -42,15 +43,28 @@ void AlbumList::measureColumns()
     for (std::size_t column = 0; column < kColumnCount; ++column) {
         RECT& place = m_columns[column];
         SendMessageA(m_hHeader, HDM_GETITEMRECT, column, reinterpret_cast<LPARAM>(&place));
-        OffsetRect(&place, header.x, 0);
+        OffsetRect(&place, header.x, header.y);
         widths[column] = static_cast<int>(place.right - place.left) - kTextMargin - kEndMargin;
     }
     const int top = std::max(topItem(), 0);
     m_rowIcon = partOf(top, LVIR_ICON);
     RECT& first = m_columns[0];
-    first.left = std::min(partOf(top, LVIR_LABEL).left + kLabelMargin - kTextMargin, first.right);
-    widths[0] = static_cast<int>(first.right - first.left) - kTextMargin - kEndMargin;
+    first.left = std::min(partOf(top, LVIR_LABEL).left, first.right);
+    widths[0] = static_cast<int>(first.right - first.left) - kLabelMargin - kEndMargin;
     m_rows.setWidths(widths);
+}
+
+// All columns, in whatever order they stand; not the cover where it stands in front of them.
+RECT AlbumList::rowTexts(const RECT& row) const
+{
+    const auto [first, last] = std::ranges::minmax(m_columns, std::less(), &RECT::left);
+    return {first.left, row.top, last.right, row.bottom};
+}
+
+// In the middle of a row that is higher.
+POINT AlbumList::smallCoverPlace(const RECT& row) const
+{
+    return {m_rowIcon.left, (row.top + row.bottom - kSmallSide) / 2};
 }
 
 void AlbumList::drawRow(HDC dc, int item, RECT place)
@@ -61,32 +75,39 @@ void AlbumList::drawRow(HDC dc, int item, RECT place)
         return;
     const auto state = m_lvw.send(LVM_GETITEMSTATE, static_cast<WPARAM>(item), LVIS_SELECTED | LVIS_FOCUSED);
     const bool selected = (state & LVIS_SELECTED) != 0;
-    const RECT texts{m_columns.front().left, place.top, m_columns.back().right, place.bottom};
+    const RECT texts = rowTexts(place);
     const DcScope restore(dc);
     SelectObject(dc, m_commands.listFont());
     SetBkMode(dc, TRANSPARENT);
     if (selected)
         fillRect(dc, texts, GetSysColor(m_hasFocus ? COLOR_HIGHLIGHT : COLOR_BTNFACE));
-    else
-        markRow(dc, place);
     SetTextColor(dc, !selected ? m_commands.treeText()
                                : GetSysColor(m_hasFocus ? COLOR_HIGHLIGHTTEXT : COLOR_BTNTEXT));
     drawRowTexts(dc, item, place);
     const RECT icon{m_rowIcon.left, place.top, m_rowIcon.right, place.bottom};
-    if (isDirty(icon))
-        drawCover(dc, m_commands.covers().smallList(), item, icon.left, icon.top);
+    if (isDirty(icon)) {
+        const POINT cover = smallCoverPlace(place);
+        drawCover(dc, m_commands.covers().smallList(), item, cover.x, cover.y);
+    }
     if (m_hasFocus && (state & LVIS_FOCUSED) != 0)
         drawFocus(dc, texts);
 }
 
-// The sorted column.
-void AlbumList::markRow(HDC dc, const RECT& row) const
+// The sorted column, from the header to the bottom. Some systems' controls have shaded it already,
+// when they are told of it; their colour stays.
+void AlbumList::markColumn(HDC dc) const
 {
     if (m_background || m_sortColumn < 0)
         return;
     const RECT& column = m_columns[static_cast<std::size_t>(m_sortColumn)];
-    fillRect(dc, {column.left, row.top, column.right, row.bottom},
-             mixed(m_commands.treeBackground(), m_commands.treeText(), kMarkPercent));
+    const RECT strip{column.left, column.bottom, column.right, m_lvw.clientRect().bottom};
+    RECT painted{};
+    RECT shaded{};
+    if (GetClipBox(dc, &painted) == NULLREGION || !IntersectRect(&shaded, &strip, &painted))
+        return;
+    const COLORREF ground = m_commands.treeBackground();
+    if (GetPixel(dc, static_cast<int>(shaded.left), static_cast<int>(shaded.bottom) - 1) == ground)
+        fillRect(dc, shaded, mixed(ground, m_commands.treeText(), kMarkPercent));
 }
 
 void AlbumList::drawRowTexts(HDC dc, int item, const RECT& row)
@@ -94,7 +115,8 @@ void AlbumList::drawRowTexts(HDC dc, int item, const RECT& row)
     const AlbumRows::Row& texts = m_rows.row(m_places[static_cast<std::size_t>(item)], album(item), dc);
     const LONG y = (row.top + row.bottom - m_lineHeight) / 2;
     for (std::size_t column = 0; column < kColumnCount; ++column) {
-        const RECT place{m_columns[column].left, row.top, m_columns[column].right, row.bottom};
+        const LONG left = m_columns[column].left + (column == 0 ? kLabelMargin - kTextMargin : 0);
+        const RECT place{left, row.top, m_columns[column].right, row.bottom};
         if (!texts[column].text.empty() && isDirty(place))
             drawFitted(dc, texts[column],
                        textStart(place, albumColumns()[column].format, texts[column].width), y, place);

@@ -1,5 +1,6 @@
 // Selection, focus and scroll place.
 
+#include "base/FlagScope.h"
 #include "settings/ViewState.h"
 #include "ui/AlbumList.h"
 #include "windowing/Drawing.h"
@@ -55,7 +56,7 @@ void AlbumList::selectPlaces(const std::vector<std::uint32_t>& places, std::opti
     std::optional<RedrawOff> bracket;
     if (std::max<int>(static_cast<int>(places.size()), selectedCount()) > kFew)
         bracket.emplace(m_lvw.handle(), false);
-    quietly(true);
+    const FlagScope quiet(m_quiet);
     std::vector<bool> wanted(m_catalogue.size());
     for (const std::uint32_t place : places)
         wanted[place] = true;
@@ -74,7 +75,6 @@ void AlbumList::selectPlaces(const std::vector<std::uint32_t>& places, std::opti
     }
     if (focus >= 0)
         m_lvw.setFocused(focus);
-    quietly(false);
 }
 
 void AlbumList::makeFocusVisible() const

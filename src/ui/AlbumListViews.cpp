@@ -123,13 +123,16 @@ void AlbumList::resetCaptions()
                          kTileSide / m_lineHeight, m_catalogue.size());
 }
 
+// Cells of another size lie elsewhere; the first one in view stays there.
 void AlbumList::refreshImageLists()
 {
     const RedrawOff quiet(m_lvw.handle());
-    if (picturesShown())
-        applyGeometry();
-    else
-        attachLists();
+    if (!picturesShown())
+        return attachLists();
+    const int top = topItem();
+    applyGeometry();
+    if (top > 0)
+        scrollToTop(top);
 }
 
 // Laid out while redrawing is off: on, every cell that moves is repainted by itself.

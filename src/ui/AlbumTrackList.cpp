@@ -127,9 +127,8 @@ void AlbumTrackList::readRows(int first, int last)
 // False: the host may not be called now, or it has let other albums in.
 bool AlbumTrackList::readRow(int row)
 {
-    const bool now = commands().mayCallHost();
-    m_missed = m_missed || !now;
-    const Track* const track = now ? trackAt(row) : nullptr;
+    const bool missed = std::exchange(m_missed, true); // until the row is known
+    const Track* const track = commands().mayCallHost() ? trackAt(row) : nullptr;
     if (!track)
         return false;
     const HostFilePtr file = track->m_pMJFile;
@@ -140,6 +139,7 @@ bool AlbumTrackList::readRow(int row)
     if (!asked || generation != m_generation)
         return false;
     m_lines[row] = std::move(line);
+    m_missed = missed;
     return true;
 }
 

@@ -109,6 +109,8 @@ private:
 
     Handled onNextItem(const Message& message);
     Handled onCount(const Message& message);
+    Handled onKeyDown(const Message& message);
+    Handled onCharacter(const Message& message);
 
     void addRoot(std::size_t grouping);
     void leave();

@@ -1,6 +1,7 @@
 // How the groups of a tree get their albums.
 
 #include "ui/AlbumTree.h"
+#include "ui/CommandKeys.h"
 #include "ui/ids.h"
 
 #include <algorithm>
@@ -23,8 +24,26 @@ std::span<const MapEntry<AlbumTree>> AlbumTree::messageMap()
     static constexpr MapEntry<AlbumTree> kMap[] = {
         {TVM_GETNEXTITEM, &AlbumTree::onNextItem},
         {TVM_GETCOUNT, &AlbumTree::onCount},
+        {WM_KEYDOWN, &AlbumTree::onKeyDown},
+        {WM_CHAR, &AlbumTree::onCharacter},
     };
     return kMap;
+}
+
+// The control tells of it, too, but on some systems not with the Ctrl key.
+Handled AlbumTree::onKeyDown(const Message& message)
+{
+    if (message.wParam != VK_RETURN)
+        return kDefault;
+    NMHDR entered{m_tvw.handle(), static_cast<UINT_PTR>(m_id), NM_RETURN};
+    SendMessageA(GetParent(m_tvw.handle()), WM_NOTIFY, entered.idFrom, reinterpret_cast<LPARAM>(&entered));
+    return 0;
+}
+
+// The press did it.
+Handled AlbumTree::onCharacter(const Message& message)
+{
+    return isEnter(message.wParam) ? Handled(0) : kDefault;
 }
 
 // Scripts and assistive tools walk down without opening anything.

@@ -1,5 +1,6 @@
 #include "ui/AlbumTrees.h"
 
+#include "base/FlagScope.h"
 #include "ui/Commands.h"
 #include "ui/ids.h"
 #include "windowing/Drawing.h"
@@ -15,19 +16,6 @@ constexpr std::uint32_t kFlags[AlbumTrees::kCount] = {0, kAlbumNew, kAlbumFavour
 
 constexpr std::chrono::hours kNoHurry(24);
 constexpr int kRowSpace = 2; // pixels at 96 dpi; icons as high as their rows reach into the next ones
-
-// A call that the trees' notifications may come back from.
-class ChangeScope {
-public:
-    explicit ChangeScope(bool& changing) : m_changing(changing), m_before(std::exchange(changing, true)) {}
-    ~ChangeScope() { m_changing = m_before; }
-    ChangeScope(const ChangeScope&) = delete;
-    ChangeScope& operator=(const ChangeScope&) = delete;
-
-private:
-    bool& m_changing;
-    bool m_before;
-};
 
 } // namespace
 
@@ -93,7 +81,7 @@ bool AlbumTrees::step(std::chrono::milliseconds turn)
 {
     if (m_current == kCount)
         return false;
-    const ChangeScope changing(m_changing);
+    const FlagScope changing(m_changing);
     const Clock::time_point start = Clock::now();
     const auto isOver = [&] { return Clock::now() - start >= turn; };
     if (!m_named) {
@@ -163,7 +151,7 @@ AlbumPlaces AlbumTrees::placesOf(std::size_t tree) const
 
 void AlbumTrees::release()
 {
-    const ChangeScope changing(m_changing);
+    const FlagScope changing(m_changing);
     keepStates();
     m_current = kCount;
     for (AlbumTree& tree : m_trees)

@@ -29,4 +29,10 @@ private:
     bool m_taken = false; // the character of the last key belongs to a command
 };
 
+// What the Enter key types, with the Ctrl key, too. Lists and trees beep at it when they get it.
+constexpr bool isEnter(WPARAM character)
+{
+    return character == '\r' || character == '\n';
+}
+
 } // namespace tessera

@@ -1,5 +1,6 @@
 #include "ui/DetailsList.h"
 
+#include "ui/CommandKeys.h"
 #include "ui/Commands.h"
 #include "windowing/Drawing.h"
 
@@ -19,8 +20,9 @@ constexpr int kLeastWidth = 60; // of the column that takes what is left
 
 std::span<const MapEntry<DetailsList>> DetailsList::messageMap()
 {
-    static constexpr std::array<MapEntry<DetailsList>, 7> kMap{{
+    static constexpr std::array<MapEntry<DetailsList>, 8> kMap{{
         {WM_KEYDOWN, &DetailsList::onKeyDown},
+        {WM_CHAR, &DetailsList::onCharacter},
         {WM_PAINT, &DetailsList::onPaint},
         {WM_PRINTCLIENT, &DetailsList::onPaint},
         {LVM_GETITEMA, &DetailsList::onItemWanted},
@@ -78,6 +80,26 @@ void DetailsList::fitColumns() const
     left = std::max(left, scaled(kLeastWidth, m_lvw.handle()));
     if (left != m_lvw.columnWidth(m_stretched))
         m_lvw.setColumnWidth(m_stretched, left);
+}
+
+// The list would look at every row; mostly it is the one with the focus.
+int DetailsList::selectedRow() const
+{
+    if (m_lvw.send(LVM_GETSELECTEDCOUNT) == 0)
+        return -1;
+    const int focus = m_lvw.focused();
+    const bool selected =
+        focus >= 0 && m_lvw.send(LVM_GETITEMSTATE, static_cast<WPARAM>(focus), LVIS_SELECTED) != 0;
+    return selected ? focus : m_lvw.nextSelected();
+}
+
+void DetailsList::tellSelection() const
+{
+    NMLISTVIEW change{};
+    change.hdr = {m_lvw.handle(), static_cast<UINT_PTR>(GetDlgCtrlID(m_lvw.handle())), LVN_ITEMCHANGED};
+    change.iItem = selectedRow();
+    change.uChanged = LVIF_STATE;
+    SendMessageA(GetParent(m_lvw.handle()), WM_NOTIFY, change.hdr.idFrom, reinterpret_cast<LPARAM>(&change));
 }
 
 void DetailsList::setRows(int rows)
@@ -186,6 +208,11 @@ Handled DetailsList::onKeyDown(const Message& message)
     if (const int row = selectedRow(); row >= 0)
         activate(row);
     return 0;
+}
+
+Handled DetailsList::onCharacter(const Message& message)
+{
+    return isEnter(message.wParam) ? Handled(0) : kDefault;
 }
 
 } // namespace tessera

@@ -26,7 +26,7 @@ public:
     Handled answer(NMHDR& header);
     const ListView& view() const { return m_lvw; }
     int count() const { return m_lvw.count(); }
-    int selectedRow() const { return m_lvw.nextSelected(); } // -1: none
+    int selectedRow() const; // -1: none
 
 protected:
     struct Column {
@@ -52,6 +52,8 @@ protected:
     void setRows(int rows);
     // Other content: nothing is selected, the first row is on top.
     void resetRows(int rows);
+    // To the parent, as when the user selects a row.
+    void tellSelection() const;
     // Painted over, without the background first.
     void redrawRow(int row) const;
     void redrawAll() const { m_lvw.invalidate(false); }
@@ -63,6 +65,7 @@ private:
     void answerInfo(LVITEMA& item);
     Handled onCustomDraw(NMLVCUSTOMDRAW& draw) const;
     Handled onKeyDown(const Message& message);
+    Handled onCharacter(const Message& message);
     Handled onPaint(const Message& message);
     Handled onItemWanted(const Message& message);
     Handled onTextWanted(const Message& message);

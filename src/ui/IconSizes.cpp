@@ -1,6 +1,7 @@
 #include "ui/IconSizes.h"
 
 #include "ui/Commands.h"
+#include "windowing/WheelNotches.h"
 
 #include <algorithm>
 
@@ -12,14 +13,14 @@ constexpr int kLargestFixedSize = 5; // index of the size combo; behind it comes
 
 } // namespace
 
-Handled stepIconSize(Commands& commands, const Message& wheel)
+Handled stepIconSize(Commands& commands, WheelNotches& notches, const Message& wheel)
 {
     if ((LOWORD(wheel.wParam) & MK_CONTROL) == 0)
         return kDefault;
-    const bool larger = static_cast<short>(HIWORD(wheel.wParam)) > 0;
+    const int steps = notches.add(wheel.wParam);
     const int size = commands.artwork().imageSizeIndex;
-    const int next = std::clamp(size + (larger ? 1 : -1), 0, kLargestFixedSize);
-    if (next != size && !(larger && size > kLargestFixedSize) && !commands.isBusy() &&
+    const int next = std::clamp(size + steps, 0, kLargestFixedSize);
+    if (steps != 0 && next != size && !(steps > 0 && size > kLargestFixedSize) && !commands.isBusy() &&
         !commands.coversLoading())
         commands.imageSizeChosen(next);
     return 0;

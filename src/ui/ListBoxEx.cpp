@@ -122,6 +122,20 @@ RECT CListBoxEx::rowRect(int row) const
     return rect;
 }
 
+// As a whole: the last row in view may be cut off.
+void CListBoxEx::bringIntoView(int row) const
+{
+    RECT client{};
+    GetClientRect(handle(), &client);
+    const RECT rect = rowRect(row);
+    const LONG page = std::max<LONG>(client.bottom / std::max<LONG>(rect.bottom - rect.top, 1), 1);
+    if (rect.top < 0) {
+        send(LB_SETTOPINDEX, row);
+    } else if (rect.bottom > client.bottom) {
+        send(LB_SETTOPINDEX, std::max<LONG>(row - page + 1, 0));
+    }
+}
+
 LPARAM CListBoxEx::rowData(int row) const
 {
     return send(LB_GETITEMDATA, row);

@@ -97,6 +97,7 @@ private:
     Handled onPaint(const Message& message);
     Handled onCommand(const Message& message);
 
+    bool mayKeepEdit();
     bool onReport(const InPlaceReport& report);
     bool onInPlaceKey(const InPlaceReport& report);
     void passFocus(HWND from) const;
@@ -121,6 +122,7 @@ private:
     RECT markRect() const;
 
     RECT rowRect(int row) const;
+    void bringIntoView(int row) const;
     LPARAM rowData(int row) const;
     // Answers the new row, below 0 when memory is short.
     int insertRow(int row, const std::string& text, LPARAM data) const;

@@ -1,6 +1,8 @@
 // A row that is edited in its place, with the browse button beside it.
 
 #include "ui/ListBoxEx.h"
+
+#include "base/FlagScope.h"
 #include "windowing/Drawing.h"
 
 #include <utility>
@@ -60,6 +62,7 @@ void CListBoxEx::beginEdit(int row)
         selectRow(row);
         tellSelection();
     }
+    bringIntoView(row);
     m_nEditedRow = row;
     showInPlace(rowRect(row), rowText(row));
 }
@@ -83,10 +86,14 @@ void CListBoxEx::acceptEdit()
     if (m_nEditedRow < 0 || m_bEnding) {
         return;
     }
-    m_bEnding = true; // the parent may show a box, and then the focus is lost once more
-    const bool keep = endOfEdit(m_nEditedRow, false);
-    m_bEnding = false;
-    endEdit(!keep);
+    endEdit(!mayKeepEdit());
+}
+
+// The parent may show a box, and then the focus is lost once more.
+bool CListBoxEx::mayKeepEdit()
+{
+    const FlagScope ending(m_bEnding);
+    return endOfEdit(m_nEditedRow, false);
 }
 
 void CListBoxEx::endEdit(bool cancel)
@@ -97,7 +104,7 @@ void CListBoxEx::endEdit(bool cancel)
     }
     const std::string text = m_edtInPlace.text();
     hideInPlace();
-    if (text.empty()) {
+    if (text.empty() || (cancel && rowText(row).empty())) { // also a new row that is not wanted after all
         removeRow(row);
         selectNearest(row);
     } else if (!cancel) {

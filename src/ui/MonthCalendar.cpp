@@ -360,9 +360,8 @@ Handled MonthCalendar::onSetCursor(const Message& message)
 
 Handled MonthCalendar::onWheel(const Message& message)
 {
-    const int delta = GET_WHEEL_DELTA_WPARAM(message.wParam);
-    if (delta != 0) {
-        scroll(delta > 0 ? -1 : 1);
+    if (const int notches = m_wheel.add(message.wParam); notches != 0) {
+        scroll(-notches);
     }
     return 0;
 }

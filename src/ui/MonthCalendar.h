@@ -5,6 +5,7 @@
 #include "ui/CalendarLayout.h"
 #include "ui/CalendarModel.h"
 #include "ui/CalendarTexts.h"
+#include "windowing/WheelNotches.h"
 #include "windowing/Window.h"
 
 namespace tessera {
@@ -98,6 +99,7 @@ private:
     std::string todayText() const;
 
     CalendarTexts m_texts;
+    WheelNotches m_wheel;
     CalendarModel m_model;
     int m_rows = 1;
     int m_columns = 1;

@@ -15,6 +15,7 @@
 #include "ui/SplitterCtrl.h"
 #include "ui/TrackDetails.h"
 #include "windowing/ComboBoxEx.h"
+#include "windowing/WheelNotches.h"
 
 #include <array>
 
@@ -106,9 +107,12 @@ private:
     Handled onNodeFolded(NMHDR& header);
     Handled onNodeRightClick(NMHDR& header);
     Handled onNodeActivated(NMHDR& header);
+    Handled onNodeEntered(NMHDR& header);
+    Handled onNodeDoubleClicked(NMHDR& header);
     Handled onTreeMenuKey(const Message& message);
     Handled onRowSelected(NMHDR& header);
-    Handled onRowActivated(NMHDR& header);
+    Handled onRowEntered(NMHDR& header);
+    Handled onRowDoubleClicked(NMHDR& header);
     Handled onRowRightClick(NMHDR& header);
     Handled onTrackSelected(NMHDR& header);
     Handled onBarMoved(NMHDR& header);
@@ -154,6 +158,7 @@ private:
     SplitterCtrl m_pSplitDetails;
     SplitterCtrl m_pSplitTracks;
     CommandKeys m_listKeys;
+    WheelNotches m_wheel;
     std::vector<RECT> m_strips;
 
     LibrarySummary m_summary;

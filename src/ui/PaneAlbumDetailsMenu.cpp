@@ -12,6 +12,7 @@
 #include "ui/ids.h"
 
 #include <algorithm>
+#include <windowsx.h>
 
 namespace tessera {
 
@@ -124,7 +125,8 @@ Handled PaneAlbumDetails::onTreeMenuKey(const Message& message)
     if (message.lParam != -1 || reinterpret_cast<HWND>(message.wParam) != tree.handle())
         return kDefault;
     if (const HTREEITEM item = tree.selection()) {
-        const RECT place = tree.itemRect(item);
+        tree.makeVisible(item);
+        const RECT place = tree.visibleRect(item);
         SetCursorPos(static_cast<int>(place.left + place.right) / 2,
                      static_cast<int>(place.top + place.bottom) / 2);
         NMHDR header{tree.handle(), static_cast<UINT_PTR>(m_trees.shown().id()), NM_RCLICK};
@@ -142,7 +144,7 @@ Handled PaneAlbumDetails::onRowRightClick(NMHDR&)
     return 1;
 }
 
-// A group opens and closes; an album plays.
+// An album plays.
 Handled PaneAlbumDetails::onNodeActivated(NMHDR&)
 {
     const HTREEITEM item = m_trees.shown().view().selection();
@@ -152,12 +154,38 @@ Handled PaneAlbumDetails::onNodeActivated(NMHDR&)
     return 1;
 }
 
-// A double click beside the rows is none; Enter needs no row that has the focus.
-Handled PaneAlbumDetails::onRowActivated(NMHDR& header)
+// A double click opens and closes a group by itself, Enter does not.
+Handled PaneAlbumDetails::onNodeEntered(NMHDR& header)
 {
-    const bool entered = header.code == NM_RETURN;
-    if (entered || notificationAs<NMITEMACTIVATE>(header).iItem >= 0)
-        play(m_plvwAlbums.selectedAlbums(), entered && GetKeyState(VK_CONTROL) < 0);
+    const AlbumTree& tree = m_trees.shown();
+    const HTREEITEM item = tree.view().selection();
+    if (!commands().isBusy() && item && !tree.isLeaf(item)) {
+        tree.view().expand(item, tree.view().expanded(item) ? TVE_COLLAPSE : TVE_EXPAND);
+        return 1;
+    }
+    return onNodeActivated(header);
+}
+
+// Buttons and the place beside a node are not the node, though the control tells of them, too.
+Handled PaneAlbumDetails::onNodeDoubleClicked(NMHDR& header)
+{
+    const DWORD place = GetMessagePos();
+    const TreeView& tree = m_trees.shown().view();
+    const bool hit = tree.itemHit({GET_X_LPARAM(place), GET_Y_LPARAM(place)}) == tree.selection();
+    return hit ? onNodeActivated(header) : kDefault;
+}
+
+Handled PaneAlbumDetails::onRowEntered(NMHDR&)
+{
+    play(m_plvwAlbums.selectedAlbums(), GetKeyState(VK_CONTROL) < 0);
+    return 0;
+}
+
+// Of the row under the pointer, which the Ctrl key may just have taken out of the selection.
+Handled PaneAlbumDetails::onRowDoubleClicked(NMHDR& header)
+{
+    if (const int row = notificationAs<NMITEMACTIVATE>(header).iItem; row >= 0 && !commands().isBusy())
+        play({&m_plvwAlbums.album(row)}, GetKeyState(VK_CONTROL) < 0);
     return 0;
 }
 
@@ -318,7 +346,7 @@ void PaneAlbumDetails::onGoToDirectory(const Command& command)
 
 Handled PaneAlbumDetails::onWheel(const Message& message)
 {
-    return m_plvwAlbums.style() == ListStyle::Icons ? stepIconSize(commands(), message) : kDefault;
+    return m_plvwAlbums.style() == ListStyle::Icons ? stepIconSize(commands(), m_wheel, message) : kDefault;
 }
 
 } // namespace tessera

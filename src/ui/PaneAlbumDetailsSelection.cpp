@@ -2,7 +2,6 @@
 
 #include "base/Text.h"
 #include "ui/Commands.h"
-#include "ui/HostReading.h"
 #include "ui/PaneAlbumDetails.h"
 #include "ui/ids.h"
 #include "windowing/Drawing.h"
@@ -16,10 +15,8 @@ namespace {
 constexpr std::chrono::milliseconds kTurn{30};
 
 // Null for a file that is not in the library.
-const Track* findTrack(Commands& commands, const HostFilePtr& file)
+const Track* findTrack(Commands& commands, const std::string& name)
 {
-    std::string name;
-    readFromHost(commands, [&](Host&) { name = file->text(FileText::Filename); });
     if (name.empty() || commands.isBusy())
         return nullptr;
     const Tracks& tracks = commands.library().tracks;
@@ -193,10 +190,10 @@ Handled PaneAlbumDetails::onTrackSelected(NMHDR&)
 void PaneAlbumDetails::showTrack()
 {
     if (m_below == Below::PlayingNow) {
-        if (HostFilePtr file = m_plvwPlayingNow.selectedFile()) {
-            if (const Track* const track = findTrack(commands(), file))
+        if (PlayingNowList::Entry entry = m_plvwPlayingNow.selectedEntry(); entry.file) {
+            if (const Track* const track = findTrack(commands(), entry.fileName))
                 return m_trackDetails.setTrack(track, track->album);
-            return m_trackDetails.setFile(std::move(file));
+            return m_trackDetails.setFile(std::move(entry.file));
         }
     }
     const Track* const track = m_plvwAlbumTracks.shownTrack();

@@ -8,6 +8,7 @@
 #include "ui/ContentPane.h"
 #include "ui/LibrarySummary.h"
 #include "windowing/Menu.h"
+#include "windowing/WheelNotches.h"
 
 #include <array>
 
@@ -83,13 +84,14 @@ private:
     void restoreView();
     void updateOverviewStatus();
     std::string statusText() const;
-    void play(bool append);
+    void play(const std::vector<Album*>& albums, bool append);
 
     AlbumList m_plvwDetails;
     Static m_lblCriteria;
     Edit m_pedtCriteria;
     std::array<Button, kSwitches> m_chkFields;
     std::array<CommandKeys, kSwitches + 2> m_keys;
+    WheelNotches m_wheel;
     BrushHandle m_brushFace;
     COLORREF m_face = CLR_INVALID; // of the brush
     LibrarySummary m_summary;

@@ -34,29 +34,28 @@ Handled PaneOverview::onRightClick(NMHDR&)
 
 Handled PaneOverview::onDoubleClick(NMHDR& header)
 {
-    if (notificationAs<NMITEMACTIVATE>(header).iItem >= 0)
-        play(false);
+    if (const int item = notificationAs<NMITEMACTIVATE>(header).iItem; item >= 0 && !commands().isBusy())
+        play({&m_plvwDetails.album(item)}, GetKeyState(VK_CONTROL) < 0);
     return 0;
 }
 
 Handled PaneOverview::onEnter(NMHDR&)
 {
-    play(GetKeyState(VK_CONTROL) < 0);
+    play(m_plvwDetails.selectedAlbums(), GetKeyState(VK_CONTROL) < 0);
     return 0;
 }
 
 void PaneOverview::onPlay(const Command& command)
 {
-    play(command.id == albumCommand::kAppend);
+    play(m_plvwDetails.selectedAlbums(), command.id == albumCommand::kAppend);
 }
 
 // A host call may end the plug-in, so the message comes first.
-void PaneOverview::play(bool append)
+void PaneOverview::play(const std::vector<Album*>& albums, bool append)
 {
     if (commands().isBusy())
         return;
     m_balloon.hide();
-    const std::vector<Album*> albums = m_plvwDetails.selectedAlbums();
     if (albums.empty())
         return;
     if (!append)
@@ -89,7 +88,7 @@ void PaneOverview::onGoToDirectory(const Command&)
 
 Handled PaneOverview::onWheel(const Message& message)
 {
-    return m_plvwDetails.style() == ListStyle::Icons ? stepIconSize(commands(), message) : kDefault;
+    return m_plvwDetails.style() == ListStyle::Icons ? stepIconSize(commands(), m_wheel, message) : kDefault;
 }
 
 } // namespace tessera

@@ -2,6 +2,7 @@
 
 #include "artwork/CoverGrounds.h"
 #include "artwork/DefaultCover.h"
+#include "base/FlagScope.h"
 #include "ui/Commands.h"
 #include "windowing/Control.h"
 #include "windowing/Drawing.h"
@@ -92,7 +93,7 @@ void PictureBox::tick()
         InvalidateRect(handle(), nullptr, FALSE);
 }
 
-// The source may let messages through, and one of them another source in.
+// The source may let messages through, and one of them another source in; or it throws.
 void PictureBox::load()
 {
     if (m_loaded || m_loading || !m_source)
@@ -100,22 +101,24 @@ void PictureBox::load()
     const Source source = m_source;
     const unsigned generation = m_generation;
     std::optional<Picture> picture;
-    m_loading = true;
-    const bool read = source(picture);
-    m_loading = false;
-    m_missed = !read || generation != m_generation;
-    if (!m_missed)
-        take(picture ? std::move(picture) : defaultCover(m_commands.artwork().defaultImage));
+    m_missed = true;
+    {
+        const FlagScope loading(m_loading);
+        if (!source(picture) || generation != m_generation)
+            return;
+    }
+    take(picture ? std::move(picture) : defaultCover(m_commands.artwork().defaultImage));
+    m_missed = false;
 }
 
 void PictureBox::take(std::optional<Picture> picture)
 {
+    if (picture) {
+        if (!isOpaque(*picture))
+            flatten(*picture, pixelColour(m_commands.treeBackground()));
+        m_picture = reduced(std::move(*picture));
+    }
     m_loaded = true;
-    if (!picture)
-        return;
-    if (!isOpaque(*picture))
-        flatten(*picture, pixelColour(m_commands.treeBackground()));
-    m_picture = reduced(std::move(*picture));
 }
 
 bool PictureBox::isFitted(const RECT& area) const

@@ -37,15 +37,19 @@ void PlayingNowList::show(bool visible)
         follow();
 }
 
-// What the host refuses leaves the list as it was.
+// What the host refuses leaves the list as it was. The parent may call the host, so it comes last.
 void PlayingNowList::follow()
 {
     if (!isShown())
         return;
     std::optional<Playlist> playlist;
     readFromHost(commands(), [&](Host& host) { playlist = readPlaylist(host); });
-    if (playlist && handle())
-        take(std::move(*playlist));
+    if (!playlist || !handle())
+        return;
+    const bool isOther = playlist->selected != m_selected;
+    take(std::move(*playlist));
+    if (isOther)
+        tellSelection();
 }
 
 PlayingNowList::Playlist PlayingNowList::readPlaylist(Host& host) const
@@ -53,10 +57,12 @@ PlayingNowList::Playlist PlayingNowList::readPlaylist(Host& host) const
     const std::unique_ptr<HostPlaylist> current = host.playlist();
     if (!current)
         return {};
-    Playlist playlist{std::max(current->count(), 0), current->position(), {}};
+    Playlist playlist{std::max(current->count(), 0), current->position(), {}, {}};
     const auto [first, last] = rowsInView();
     for (int row = first; row < std::min(last, playlist.count); ++row)
         playlist.lines[row] = readEntry(*current, row);
+    if (selectedRow() < playlist.count)
+        playlist.selected = readSelected(*current).fileName;
     return playlist;
 }
 
@@ -128,17 +134,23 @@ void PlayingNowList::activate(int row)
         refresh();
 }
 
-HostFilePtr PlayingNowList::selectedFile()
+PlayingNowList::Entry PlayingNowList::readSelected(HostPlaylist& playlist) const
 {
     const int row = selectedRow();
-    HostFilePtr file;
-    if (row >= 0) {
-        readFromHost(commands(), [&](Host& host) {
-            if (const std::unique_ptr<HostPlaylist> playlist = host.playlist())
-                file = playlist->file(row);
-        });
-    }
-    return file;
+    HostFilePtr file = row >= 0 ? playlist.file(row) : nullptr;
+    std::string name = file ? file->text(FileText::Filename) : std::string();
+    return {std::move(file), std::move(name)};
+}
+
+PlayingNowList::Entry PlayingNowList::selectedEntry()
+{
+    Entry entry;
+    readFromHost(commands(), [&](Host& host) {
+        if (const std::unique_ptr<HostPlaylist> playlist = host.playlist())
+            entry = readSelected(*playlist);
+    });
+    m_selected = entry.fileName;
+    return entry;
 }
 
 } // namespace tessera

@@ -22,15 +22,21 @@ public:
     // At once, after the playlist was changed.
     void refresh() { follow(); }
     int playingRow() const { return m_playing; } // -1: none
-    // The host's object of the selected entry; null: none is selected, or the host may not be called.
-    HostFilePtr selectedFile();
+    // What the selected row stands for; no file when none is selected or the host may not be called.
+    // When it comes to stand for something else, the parent hears of a change as of a selection.
+    struct Entry {
+        HostFilePtr file;
+        std::string fileName;
+    };
+    Entry selectedEntry();
 
 private:
     using Lines = std::map<int, TrackLine>;
     struct Playlist {
         int count = 0;
         int position = -1;
-        Lines lines; // of the rows in view
+        Lines lines;          // of the rows in view
+        std::string selected; // file name of the selected row
     };
 
     void readRows(int first, int last) override;
@@ -41,12 +47,14 @@ private:
 
     void follow();
     Playlist readPlaylist(Host& host) const;
+    Entry readSelected(HostPlaylist& playlist) const;
     void take(Playlist&& playlist);
     void takePosition(int position);
 
     int m_playing = -1;
     bool m_missed = false; // rows were asked for while the host could not be called
     Lines m_lines;
+    std::string m_selected; // file name that the parent knows of
 };
 
 } // namespace tessera

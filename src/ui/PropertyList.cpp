@@ -1,5 +1,7 @@
 #include "ui/PropertyList.h"
 
+#include "base/FlagScope.h"
+
 #include <utility>
 
 namespace tessera {
@@ -31,19 +33,20 @@ void PropertyList::tick()
         redrawAll();
 }
 
-// The source may let messages through, and one of them another source in.
+// The source may let messages through, and one of them another source in; or it throws.
 void PropertyList::readRows(int, int)
 {
     if (m_rows || !m_source || m_fetching)
         return;
     const Source source = m_source;
     const unsigned generation = m_generation;
-    m_fetching = true;
+    m_missed = true;
+    const FlagScope fetching(m_fetching);
     std::optional<Rows> rows = source();
-    m_fetching = false;
-    m_missed = !rows || generation != m_generation;
-    if (!m_missed)
-        m_rows = std::move(rows);
+    if (!rows || generation != m_generation)
+        return;
+    m_rows = std::move(rows);
+    m_missed = false;
 }
 
 std::string PropertyList::cellText(int row, int column)

@@ -301,6 +301,7 @@ void TrackDetails::fillText()
     if (!m_visible || !textField(choice()))
         return;
     const std::shared_ptr<TrackDetailsRecord> record = m_record;
+    m_missed = true;
     const std::optional<std::string> text = readText();
     if (record != m_record)
         return;

@@ -122,13 +122,23 @@ void TreeView::setColours(COLORREF background, COLORREF text) const
     send(TVM_SETTEXTCOLOR, 0, static_cast<LPARAM>(text));
 }
 
-HTREEITEM TreeView::itemAt(POINT screen) const
+HTREEITEM TreeView::itemWithPart(POINT screen, UINT parts) const
 {
     TVHITTESTINFO hit{};
     hit.pt = screen;
     ScreenToClient(m_handle, &hit.pt);
     const auto item = reinterpret_cast<HTREEITEM>(send(TVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
-    return (hit.flags & (TVHT_ONITEM | TVHT_ONITEMRIGHT | TVHT_ONITEMINDENT)) != 0 ? item : nullptr;
+    return (hit.flags & parts) != 0 ? item : nullptr;
+}
+
+HTREEITEM TreeView::itemAt(POINT screen) const
+{
+    return itemWithPart(screen, TVHT_ONITEM | TVHT_ONITEMRIGHT | TVHT_ONITEMINDENT);
+}
+
+HTREEITEM TreeView::itemHit(POINT screen) const
+{
+    return itemWithPart(screen, TVHT_ONITEM);
 }
 
 RECT TreeView::itemRect(HTREEITEM item) const
@@ -141,6 +151,16 @@ RECT TreeView::itemRect(HTREEITEM item) const
     RECT place = question.place;
     MapWindowPoints(m_handle, nullptr, reinterpret_cast<POINT*>(&place), 2);
     return place;
+}
+
+RECT TreeView::visibleRect(HTREEITEM item) const
+{
+    RECT client = clientRect();
+    MapWindowPoints(m_handle, nullptr, reinterpret_cast<POINT*>(&client), 2);
+    const RECT whole = itemRect(item);
+    RECT visible{};
+    IntersectRect(&visible, &whole, &client);
+    return visible;
 }
 
 } // namespace tessera

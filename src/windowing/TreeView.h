@@ -63,15 +63,23 @@ public:
     {
         send(TVM_EXPAND, action, reinterpret_cast<LPARAM>(item));
     }
-    // The item under a point of the screen, null for none; an item's text on the screen.
+    // The item in whose line a point of the screen is, null for none.
     HTREEITEM itemAt(POINT screen) const;
+    // The same, but only on its picture or text.
+    HTREEITEM itemHit(POINT screen) const;
+    // An item's text on the screen, and what is in view of it.
     RECT itemRect(HTREEITEM item) const;
+    RECT visibleRect(HTREEITEM item) const;
+    void makeVisible(HTREEITEM item) const { send(TVM_ENSUREVISIBLE, 0, reinterpret_cast<LPARAM>(item)); }
     int count() const { return static_cast<int>(send(TVM_GETCOUNT)); }
     void setImageList(HIMAGELIST list) const
     {
         send(TVM_SETIMAGELIST, TVSIL_NORMAL, reinterpret_cast<LPARAM>(list));
     }
     void setColours(COLORREF background, COLORREF text) const;
+
+private:
+    HTREEITEM itemWithPart(POINT screen, UINT parts) const; // any of TVHT_*
 };
 
 // Many changes at once: the tree works out what is in view, and paints it, when they are over. A

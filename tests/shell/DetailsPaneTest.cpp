@@ -30,6 +30,46 @@ protected:
     DetailsPaneTest() { g_whileMenuIsOpen = nullptr; }
     ~DetailsPaneTest() override { g_whileMenuIsOpen = nullptr; }
 
+    // Real keys for the control that has the focus, through the container's loop.
+    void press(BYTE key, std::initializer_list<BYTE> modifiers = {}) const
+    {
+        for (const BYTE modifier : modifiers)
+            keybd_event(modifier, 0, 0, 0);
+        keybd_event(key, 0, 0, 0);
+        keybd_event(key, 0, KEYEVENTF_KEYUP, 0);
+        plugin->container.pumpFor(30);
+        for (const BYTE modifier : modifiers)
+            keybd_event(modifier, 0, KEYEVENTF_KEYUP, 0);
+        plugin->container.pumpFor(30);
+    }
+    void focus(HWND control) const
+    {
+        SetForegroundWindow(plugin->container.frame());
+        SetFocus(control);
+        plugin->container.pumpFor(50);
+    }
+    // With the pointer; the column must be in view.
+    void clickColumn(int column) const
+    {
+        RECT place{};
+        SendMessageA(list().header(), HDM_GETITEMRECT, static_cast<WPARAM>(column),
+                     reinterpret_cast<LPARAM>(&place));
+        POINT middle{(place.left + place.right) / 2, (place.top + place.bottom) / 2};
+        ClientToScreen(list().header(), &middle);
+        SetCursorPos(static_cast<int>(middle.x), static_cast<int>(middle.y));
+        plugin->container.pumpFor(30);
+        for (const DWORD button : {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP})
+            mouse_event(button, 0, 0, 0, 0);
+        plugin->container.pumpFor(50);
+    }
+    Texts titles() const
+    {
+        Texts titles;
+        for (int row = 0; row < list().count(); ++row)
+            titles.push_back(list().text(row, 0));
+        return titles;
+    }
+
     // True when the menu came up.
     bool openMenuAnd(const std::function<void()>& action)
     {
@@ -96,6 +136,83 @@ TEST_F(DetailsPaneTest, NothingIsMarkedWhileAJobRuns)
         EXPECT_EQ(std::ranges::count(journal, "clear"), 0);
         chooseRows({"Album 2"});
         EXPECT_EQ(list().count(), 6);
+    }
+}
+
+TEST_F(DetailsPaneTest, SortingKnowsTheMarksOfThisMoment)
+{
+    constexpr int kArtist = 1;
+    constexpr int kRank = 10;
+    constexpr int kFavourite = 11;
+    constexpr int kNew = 12;
+    start();
+    for (int column = 0; column < list().columnCount(); ++column)
+        list().setColumnWidth(column, column == kArtist || column >= kRank ? 40 : 5);
+    chooseAll();
+    for (const int column : {kRank, kFavourite, kNew}) // once before, so that nothing of it is kept
+        clickColumn(column);
+    const auto mark = [&](const char* title, BYTE key, std::initializer_list<BYTE> modifiers) {
+        chooseRows({title});
+        focus(list().handle());
+        press(key, modifiers);
+    };
+    mark("Album 4", '2', {VK_CONTROL});
+    mark("Album 2", '0', {VK_CONTROL});
+    mark("Album 5", 'B', {VK_CONTROL});
+    mark("Album 3", 'N', {VK_CONTROL, VK_SHIFT});
+    chooseAll();
+    clickColumn(kArtist);
+    clickColumn(kRank);
+    EXPECT_EQ((Texts{titles()[4], titles()[5]}), (Texts{"Album 4", "Album 2"}));
+    clickColumn(kFavourite);
+    EXPECT_EQ(titles()[5], "Album 5");
+    clickColumn(kNew);
+    EXPECT_EQ(titles()[5], "Album 3");
+    mark("Album 5", '1', {VK_CONTROL});
+    mark("Album 2", VK_BACK, {VK_CONTROL});
+    clickColumn(kRank);
+    EXPECT_EQ((Texts{titles()[4], titles()[5]}), (Texts{"Album 5", "Album 4"}));
+}
+
+TEST_F(DetailsPaneTest, AnotherIconSizeLeavesNodeRowsAndFocusAlone)
+{
+    start();
+    plugin->command(commandId::kViewIcons);
+    chooseRows({"Album 3", "Album 5"});
+    list().setFocused(4);
+    const HTREEITEM node = tree().selection();
+    const std::vector<int> rows = list().selection();
+    const std::string before = status();
+    const HWND rebar = GetDlgItem(plugin->pane(paneId::kMain), controlId::kMainRebar);
+    const HWND sizes = GetDlgItem(rebar, controlId::kImageSizeCombo);
+    const auto turnWheel = [&] {
+        PostMessageA(list().handle(), WM_MOUSEWHEEL, MAKEWPARAM(MK_CONTROL, WHEEL_DELTA), 0);
+    };
+    const auto pickSize = [&] {
+        SendMessageA(sizes, CB_SETCURSEL, 3, 0);
+        PostMessageA(plugin->pane(paneId::kMain), WM_COMMAND,
+                     MAKEWPARAM(controlId::kImageSizeCombo, CBN_SELCHANGE), reinterpret_cast<LPARAM>(sizes));
+    };
+    const struct {
+        HWND focused;
+        std::function<void()> change;
+    } cases[] = {{list().handle(), turnWheel}, {tree().handle(), turnWheel}, {sizes, pickSize}};
+    for (const auto& each : cases) {
+        ASSERT_TRUE(plugin->container.pump([&] { return plugin->log().back() == "Finished"; }));
+        focus(each.focused);
+        const LRESULT cell = list().send(LVM_GETITEMSPACING, FALSE);
+        each.change();
+        ASSERT_TRUE(plugin->container.pump([&] { return list().send(LVM_GETITEMSPACING, FALSE) != cell; }));
+        plugin->container.pumpFor(100);
+        EXPECT_EQ(tree().selection(), node);
+        EXPECT_EQ(list().count(), 6);
+        EXPECT_EQ(list().selection(), rows);
+        EXPECT_EQ(list().focused(), 4);
+        EXPECT_EQ(status(), before);
+        if (each.focused == sizes) // which must not be used while covers are loaded
+            EXPECT_TRUE(IsChild(pane(), GetFocus()));
+        else
+            EXPECT_EQ(GetFocus(), each.focused);
     }
 }
 

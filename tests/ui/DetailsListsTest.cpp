@@ -233,6 +233,16 @@ TEST_F(AlbumTracksTest, RowsThatCouldNotBeReadAreReadLater)
     list.tick();
     UpdateWindow(list.view().handle());
     EXPECT_EQ(counter.paints, 1) << "nothing is missing any more";
+    setAlbums({3});
+    commands.fakeHost.insideCall = [this] {
+        commands.fakeHost.insideCall = nullptr;
+        throw std::bad_alloc(); // memory is short for once
+    };
+    paint(list.view().handle());
+    counter.paints = 0;
+    list.tick();
+    UpdateWindow(list.view().handle());
+    EXPECT_EQ(counter.paints, 1);
 }
 
 // The host may run a message loop inside a call, and everything may end there.

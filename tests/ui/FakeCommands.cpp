@@ -38,6 +38,11 @@ void FakeCommands::playAlbums(std::span<Album* const> albums, bool append)
     calls.push_back(call);
 }
 
+void FakeCommands::setListFont(int height)
+{
+    DeleteObject(std::exchange(m_hFontList, makeFont("Tahoma", height, 400)));
+}
+
 void FakeCommands::playAlbumFrom(const Album& album, int start)
 {
     calls.push_back("play " + album.displayTitle + " from " + std::to_string(start));

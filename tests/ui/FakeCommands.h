@@ -106,6 +106,9 @@ public:
     int showMessage(UINT flags, const std::string& text) override;
     HWND ownerWindow() const override { return owner; }
 
+    // For what is made from now on.
+    void setListFont(int height);
+
     bool busy = false;
     bool hostColours = false;
     int pane = paneId::kLog;

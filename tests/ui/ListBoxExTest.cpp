@@ -143,28 +143,54 @@ std::vector<COLORREF> pixels(HWND window)
 
 } // namespace
 
-TEST_F(ListBoxExTest, HasItsStyles)
-{
-    const auto style = static_cast<DWORD>(GetWindowLongA(list.handle(), GWL_STYLE));
-    const DWORD lasting = CListBoxEx::kStyles & ~DWORD{WS_VSCROLL}; // the scroll bar comes and goes
-    EXPECT_EQ(style & lasting, lasting);
-    EXPECT_TRUE(GetWindowLongA(list.handle(), GWL_EXSTYLE) & WS_EX_CLIENTEDGE);
-    EXPECT_EQ(list.currentRow(), -1);
-    EXPECT_FALSE(IsWindowVisible(edit()));
-    EXPECT_FALSE(IsWindowVisible(button()));
-}
-
 TEST_F(ListBoxExTest, InsertAppendsARowAndEscapeTakesItAway)
 {
-    press(VK_INSERT);
-    EXPECT_EQ(list.editedRow(), 3);
-    EXPECT_EQ(GetFocus(), edit());
-    press(edit(), VK_ESCAPE);
-    EXPECT_EQ(list.rows(), (Rows{"one", "two", "three"}));
-    EXPECT_EQ(list.editedRow(), -1);
-    EXPECT_EQ(GetFocus(), list.handle());
+    for (const char* const typed : {"", "abc"}) {
+        press(VK_INSERT);
+        EXPECT_EQ(list.editedRow(), 3);
+        EXPECT_EQ(GetFocus(), edit());
+        for (const char* key = typed; *key; ++key)
+            PostMessageA(edit(), WM_CHAR, static_cast<WPARAM>(*key), 1);
+        press(edit(), VK_ESCAPE);
+        EXPECT_EQ(list.rows(), (Rows{"one", "two", "three"})) << typed;
+        EXPECT_EQ(list.editedRow(), -1);
+        EXPECT_EQ(GetFocus(), list.handle());
+        EXPECT_EQ(list.currentRow(), 2);
+    }
     EXPECT_TRUE(owner.edits.empty());
-    EXPECT_EQ(list.cancelledEdits, 1);
+    EXPECT_EQ(list.cancelledEdits, 2);
+}
+
+TEST_F(ListBoxExTest, ARowOutOfViewIsEditedInView)
+{
+    Rows many;
+    for (int row = 0; row < 30; ++row)
+        many.push_back("row " + std::to_string(row));
+    list.setRows(many);
+    RECT client{};
+    GetClientRect(list.handle(), &client);
+    const auto openEdit = [&](int row, UINT scroll) {
+        list.selectRow(row);
+        SendMessageA(list.handle(), WM_VSCROLL, scroll, 0);
+        press(VK_F2);
+        EXPECT_EQ(list.editedRow(), row);
+        EXPECT_EQ(windowText(edit()), "row " + std::to_string(row));
+        RECT place{};
+        RECT rect{};
+        GetWindowRect(edit(), &place);
+        MapWindowPoints(nullptr, list.handle(), reinterpret_cast<POINT*>(&place), 2);
+        SendMessageA(list.handle(), LB_GETITEMRECT, row, reinterpret_cast<LPARAM>(&rect));
+        EXPECT_GE(rect.top, 0) << row;
+        EXPECT_LE(rect.bottom, client.bottom) << row;
+        EXPECT_EQ(place.bottom, rect.bottom + 2) << row;
+        press(edit(), VK_ESCAPE);
+    };
+    openEdit(20, SB_TOP);
+    openEdit(3, SB_BOTTOM);
+    openEdit(29, SB_TOP);
+    const auto cut = static_cast<int>(client.bottom / SendMessageA(list.handle(), LB_GETITEMHEIGHT, 0, 0));
+    openEdit(cut, SB_TOP); // of which only a part is in view, if anything
+    EXPECT_EQ(list.rows(), many);
 }
 
 TEST_F(ListBoxExTest, ReturnAcceptsAndKeepsData)
@@ -205,6 +231,10 @@ TEST_F(ListBoxExTest, ARefusedTextIsNotKept)
     press(edit(), VK_RETURN);
     EXPECT_EQ(list.rowText(0), "one");
     EXPECT_EQ(list.editedRow(), -1);
+    press(VK_INSERT);
+    type("new");
+    press(edit(), VK_RETURN);
+    EXPECT_EQ(list.rows(), (Rows{"one", "two", "three"}));
 }
 
 TEST_F(ListBoxExTest, FocusElsewhereAcceptsAndStaysThere)

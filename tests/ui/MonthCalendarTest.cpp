@@ -199,9 +199,21 @@ TEST_F(MonthCalendarTest, ArrowsScrollAndGoOnWhileTheyAreHeld)
     SendMessageA(calendar.handle(), WM_TIMER, 1, 0);
     EXPECT_EQ(firstShown(), waits);
 
-    SendMessageA(calendar.handle(), WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-WHEEL_DELTA)), 0);
-    EXPECT_GT(firstShown(), waits);
-    SendMessageA(calendar.handle(), WM_MOUSEWHEEL, MAKEWPARAM(0, WHEEL_DELTA), 0);
+    const auto turn = [&](int delta) {
+        SendMessageA(calendar.handle(), WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(delta)), 0);
+    };
+    turn(-WHEEL_DELTA);
+    const int oneOn = firstShown();
+    EXPECT_GT(oneOn, waits);
+    turn(WHEEL_DELTA);
+    EXPECT_EQ(firstShown(), waits);
+    for (const int part : {-40, -40, 30, -50, -50}) // the turn back begins anew
+        turn(part);
+    EXPECT_EQ(firstShown(), waits);
+    turn(-20);
+    EXPECT_EQ(firstShown(), oneOn);
+    turn(2 * WHEEL_DELTA);
+    turn(-WHEEL_DELTA);
     EXPECT_EQ(firstShown(), waits);
 }
 

@@ -1,5 +1,6 @@
 // Menus, keys and commands of the albums.
 
+#include "Meanwhile.h"
 #include "PaneAlbumDetailsFixture.h"
 #include "base/Errors.h"
 #include "library/Database.h"
@@ -11,28 +12,6 @@
 using namespace tessera;
 
 namespace {
-
-// "id text" of every entry, "-" for a separator, "(text)" when it is greyed; a sub-menu's in brackets.
-std::string outline(HMENU menu)
-{
-    std::string text;
-    for (int i = 0; i < GetMenuItemCount(menu); ++i) {
-        char name[200] = "";
-        GetMenuStringA(menu, static_cast<UINT>(i), name, sizeof name, MF_BYPOSITION);
-        const HMENU below = GetSubMenu(menu, i);
-        const UINT state = GetMenuState(menu, static_cast<UINT>(i), MF_BYPOSITION);
-        text += i > 0 ? "|" : "";
-        if (below)
-            text += std::string(name) + " [" + outline(below) + "]";
-        else if ((state & MF_SEPARATOR) != 0)
-            text += "-";
-        else if ((state & MF_GRAYED) != 0)
-            text += "(" + std::string(name) + ")";
-        else
-            text += std::to_string(GetMenuItemID(menu, i)) + " " + name;
-    }
-    return text;
-}
 
 const std::string kMarks =
     "New [10000 Yes - Use today's date|10001 Yes - Use a specified date|-|10002 No]|"
@@ -47,40 +26,6 @@ std::int32_t todayInUtc()
     return static_cast<int>(day.year()) * 10000 +
            static_cast<std::int32_t>(static_cast<unsigned>(day.month()) * 100 +
                                      static_cast<unsigned>(day.day()));
-}
-
-// What a user does with a pop-up menu or a dialog while its loop runs.
-class Meanwhile {
-public:
-    explicit Meanwhile(std::function<bool()> action)
-    {
-        s_action = std::move(action);
-        m_timer = SetTimer(nullptr, 0, 20, &tick);
-    }
-    ~Meanwhile()
-    {
-        KillTimer(nullptr, m_timer);
-        EXPECT_FALSE(std::exchange(s_action, nullptr)) << "nothing opened";
-    }
-    Meanwhile(const Meanwhile&) = delete;
-    Meanwhile& operator=(const Meanwhile&) = delete;
-
-private:
-    static void CALLBACK tick(HWND, UINT, UINT_PTR, DWORD)
-    {
-        if (s_action && s_action())
-            s_action = nullptr;
-    }
-    inline static std::function<bool()> s_action;
-    UINT_PTR m_timer;
-};
-
-HMENU openMenu()
-{
-    const HWND window = FindWindowA("#32768", nullptr);
-    return window && IsWindowVisible(window)
-               ? reinterpret_cast<HMENU>(SendMessageA(window, MN_GETHMENU, 0, 0))
-               : nullptr;
 }
 
 } // namespace
@@ -149,28 +94,6 @@ TEST_F(PaneAlbumDetailsTest, ARightClickSelectsTheNodeAndTheMenuIsForItsAlbums)
     }
     EXPECT_EQ(openMenu(), nullptr);
     EXPECT_EQ(takeCalls(), Texts{});
-}
-
-TEST_F(PaneAlbumDetailsTest, TheMenuKeyOpensTheMenuAtTheNode)
-{
-    open();
-    choose({"Genre", "Jazz"});
-    SetCursorPos(5, 5);
-    const auto pressKey = [&] {
-        SendMessageA(pane->window(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(tree().handle()), -1);
-    };
-    {
-        const Meanwhile user([] { return openMenu() && EndMenu(); });
-        pressKey();
-    }
-    POINT cursor{};
-    GetCursorPos(&cursor);
-    const RECT line = tree().itemRect(node({"Genre", "Jazz"}));
-    EXPECT_TRUE(PtInRect(&line, cursor));
-    EXPECT_EQ(titles(), (Texts{"Yearling", "Tidewater"}));
-    tree().select(nullptr);
-    pressKey();
-    EXPECT_EQ(openMenu(), nullptr) << "nothing to open it for";
 }
 
 TEST_F(PaneAlbumDetailsTest, CommandsActOnTheNodesAlbumsOrOnTheSelectedRows)
@@ -460,29 +383,4 @@ TEST_F(PaneAlbumDetailsTest, WhileALibraryIsBusyNothingIsDone)
     }
     EXPECT_EQ(takeCalls(), Texts{});
     EXPECT_EQ(written(), Texts{});
-}
-
-TEST_F(PaneAlbumDetailsTest, EnterAndDoubleClickPlayAlbumsAndOpenGroups)
-{
-    open();
-    SetFocus(tree().handle());
-    choose({"Artist/Album", "LUMEN", "Early"});
-    SendMessageA(tree().handle(), WM_KEYDOWN, VK_RETURN, 1);
-    settle();
-    EXPECT_EQ(takeCalls(), Texts{"play Early"});
-    EXPECT_EQ(GetFocus(), list().handle()) << "it is there when the host has begun";
-    SetFocus(tree().handle());
-    choose({"Artist/Album", "LUMEN"});
-    NMHDR click{tree().handle(), controlId::kTreeLibrary, static_cast<UINT>(NM_DBLCLK)};
-    SendMessageA(pane->window(), WM_NOTIFY, click.idFrom, reinterpret_cast<LPARAM>(&click));
-    EXPECT_EQ(takeCalls(), Texts{});
-    selectOnly({0, 1});
-    key(VK_RETURN);
-    key(VK_RETURN, true);
-    EXPECT_EQ(takeCalls(), (Texts{"play Early Rock & Roll", "append Early Rock & Roll"}));
-    NMITEMACTIVATE beside{};
-    beside.hdr = {list().handle(), controlId::kDetailsAlbums, static_cast<UINT>(NM_DBLCLK)};
-    beside.iItem = -1;
-    SendMessageA(pane->window(), WM_NOTIFY, beside.hdr.idFrom, reinterpret_cast<LPARAM>(&beside));
-    EXPECT_EQ(takeCalls(), Texts{});
 }

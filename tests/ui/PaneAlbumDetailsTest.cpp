@@ -142,10 +142,26 @@ TEST_F(PaneAlbumDetailsTest, PlayingNowFollowsTheHost)
     EXPECT_EQ(playing.text(0, 0), "Track 2: Flow / The Harbour Quartet");
     playing.select(1);
     settle();
-    EXPECT_EQ(windowText(child(controlId::kTrackDetailsText)), "About Dawn");
+    const auto details = [&] { return windowText(child(controlId::kTrackDetailsText)); };
+    EXPECT_EQ(details(), "About Dawn");
+    commands.fakeHost.entries = {3, 1, 0};
+    pane->trackCursor({}, false);
+    EXPECT_EQ(playing.selection(), std::vector<int>{1});
+    EXPECT_EQ(details(), "About Noon") << "the row stands for another track";
+    const int reads = commands.fakeHost.textReads[FileText::Comment];
+    pane->trackCursor({}, false);
+    EXPECT_EQ(commands.fakeHost.textReads[FileText::Comment], reads);
+    commands.records.tracks[2]->fileName = "C:\\elsewhere.mp3"; // the library does not know it
+    commands.fakeHost.entries = {1, 1};
+    pane->trackCursor({}, false);
+    EXPECT_EQ(details(), "About Noon");
+    commands.fakeHost.entries = {1, 2};
+    pane->trackCursor({}, false);
+    EXPECT_EQ(details(), "About Ebb");
     commands.fakeHost.entries = {4};
     pane->trackCursor({}, false);
     EXPECT_EQ(playing.count(), 1);
+    EXPECT_EQ(details(), "") << "the row is gone, and no album is selected";
     commands.fakeHost.entries = {4, 3, 2, 1};
     choose({"Artist/Album", "LUMEN"});
     send(albumCommand::kAppend);

@@ -127,31 +127,6 @@ protected:
     TrackDetails details{commands};
 };
 
-TEST_F(TrackDetailsTest, ComboHasItsEntriesInOrder)
-{
-    commands.albumDetailsSettings.trackDetailsCombo = 3;
-    open();
-    const struct {
-        const char* text;
-        LPARAM value;
-        int image;
-    } expected[] = {{"Album Image", 0, 1}, {"Track Image", 1, 1}, {"Comments", 2, 22},
-                    {"Lyrics", 4, 22},     {"Notes", 3, 22},      {"Custom 1", 5, 22},
-                    {"Custom 2", 6, 22},   {"Custom 3", 7, 22},   {"Details", 8, 18}};
-    ASSERT_EQ(details.combo().count(), 9);
-    for (int i = 0; i < 9; ++i) {
-        EXPECT_EQ(details.combo().itemText(i), expected[i].text);
-        EXPECT_EQ(details.combo().data(i), expected[i].value);
-        COMBOBOXEXITEMA item{};
-        item.mask = CBEIF_IMAGE;
-        item.iItem = i;
-        details.combo().send(CBEM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item));
-        EXPECT_EQ(item.iImage, expected[i].image) << expected[i].text;
-    }
-    EXPECT_EQ(details.combo().selection(), 3);
-    EXPECT_EQ(details.choice(), DetailsChoice::Lyrics);
-}
-
 TEST_F(TrackDetailsTest, ChoiceShowsItsControlAndIsRemembered)
 {
     commands.albumDetailsSettings.trackDetailsCombo = 99;
@@ -400,6 +375,31 @@ TEST_F(TrackDetailsTest, WhatCouldNotBeReadComesLater)
     commands.busy = false;
     details.tick();
     EXPECT_EQ(textShown(), "one\r\ntwo\r\nthree");
+}
+
+TEST_F(TrackDetailsTest, MemoryThatRunsShortOnceIsForgotten)
+{
+    hostTrack(1).imageFile = writePicture("one.bmp", 20, 20, kBlue);
+    open();
+    details.setTrack(&track(1), &album(1));
+    for (const int entry : {kTrackImage, kDetails}) {
+        int failures = 0;
+        commands.fakeHost.insideCall = [&] {
+            commands.fakeHost.insideCall = nullptr;
+            ++failures;
+            throw std::bad_alloc();
+        };
+        choose(entry);
+        UpdateWindow(details.shownControl());
+        ASSERT_EQ(failures, 1) << entry;
+        details.tick();
+        UpdateWindow(details.shownControl());
+    }
+    EXPECT_EQ(ListView(child(controlId::kTrackDetails)).text(1, 1), "The Harbour Quartet");
+    EXPECT_EQ(commands.fakeHost.textReads[FileText::Artist], 1) << "before anybody asked";
+    choose(kTrackImage);
+    UpdateWindow(child(controlId::kTrackArtwork));
+    EXPECT_EQ(GetPixel(WindowDc(child(controlId::kTrackArtwork)).dc(), 200, 100), kBlue);
 }
 
 // The host may run a message loop inside a call, and everything may end there.

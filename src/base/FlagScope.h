@@ -1,0 +1,20 @@
+#pragma once
+
+#include <utility>
+
+namespace tessera {
+
+// Sets a flag while something goes on, however that ends.
+class FlagScope {
+public:
+    explicit FlagScope(bool& flag) : m_flag(flag), m_before(std::exchange(flag, true)) {}
+    ~FlagScope() { m_flag = m_before; }
+    FlagScope(const FlagScope&) = delete;
+    FlagScope& operator=(const FlagScope&) = delete;
+
+private:
+    bool& m_flag;
+    bool m_before;
+};
+
+} // namespace tessera
