@@ -59,7 +59,8 @@ private:
                 m_terminating,
                 [] { return RGB(255, 255, 255); },
                 [] { return std::make_unique<SilentLog>(); },
-                [] {}};
+                [] {},
+                [] { return true; }};
     }
     int loaded()
     {

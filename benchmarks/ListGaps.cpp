@@ -41,7 +41,8 @@ private:
                 m_terminating,
                 [] { return RGB(255, 255, 255); },
                 [] { return std::make_unique<SilentLog>(); },
-                [] {}};
+                [] {},
+                [] { return true; }};
     }
 
     std::atomic<bool> m_terminating{false};

@@ -137,6 +137,7 @@ void Artwork::loadDefaultImage()
 void Artwork::forgetIndices()
 {
     ++m_generation;
+    m_wanted.clear();
     if (m_library) {
         for (const auto& [id, album] : m_library->albums) {
             album->imageIndex = -1;

@@ -24,6 +24,7 @@ struct ArtworkParts {
     std::function<COLORREF()> background; // of the lists that show covers
     std::function<std::unique_ptr<Log>()> newLog;
     std::function<void()> loadingChanged; // background loading has started or ended
+    std::function<bool()> mayCallHost;    // on the user-interface thread, just now
 };
 
 // The covers of the library in use, in four image lists with one index. User-interface thread
@@ -80,6 +81,10 @@ private:
     void forgetIndices();
 
     int loadNow(Album& album);
+    std::optional<FittedCover> readFitted(const Album& album) const;
+    void askLater(Album& album);
+    void askHost();
+    void addWanted(Album& album);
     int addPicture(Album& album, const FittedCover& cover);
     void want(Album& album);
     void submit(Album& album, CoverLoader::Turn turn);
@@ -103,7 +108,7 @@ private:
 
     std::unique_ptr<CoverLoader> m_loader;
     std::unordered_map<Album*, bool> m_underWay; // at the loader; true: somebody waits for it
-    std::deque<Album*> m_wanted;                 // asked for, the latest last
+    std::deque<Album*> m_wanted;                 // asked for, the latest last; without a loader: of the host
     Albums::iterator m_next{};                   // of the walk in database order
     std::uint32_t m_walked = 0;
     std::unique_ptr<Log> m_passLog; // while the walk goes on

@@ -73,19 +73,59 @@ int Artwork::getAlbumImageIndex(Album& album)
     return kDefaultIndex;
 }
 
-// The host may do anything inside its call: even take the library away.
+// Lists ask while they paint, where no call of the host may come between.
 int Artwork::loadNow(Album& album)
 {
-    const unsigned generation = m_generation;
-    const auto cover = quietBorder(std::optional<FittedCover>(), [&]() -> std::optional<FittedCover> {
+    if (!m_thumbnails && album.has(kAlbumInternalImage)) {
+        askLater(album);
+        return kDefaultIndex;
+    }
+    const std::optional<FittedCover> cover = readFitted(album);
+    return cover ? addPicture(album, *cover) : (album.imageIndex = kDefaultIndex);
+}
+
+std::optional<FittedCover> Artwork::readFitted(const Album& album) const
+{
+    return quietBorder(std::optional<FittedCover>(), [&]() -> std::optional<FittedCover> {
         const std::shared_ptr<const CoverGrounds> grounds = m_grounds;
         const std::optional<Picture> picture = readCover(coverSource(album, m_thumbnails));
         return picture ? std::optional(fitCover(*picture, *grounds)) : std::nullopt;
     });
-    if (generation != m_generation) {
-        return -1;
+}
+
+void Artwork::askLater(Album& album)
+{
+    addWanted(album);
+    if (m_wanted.size() == 1) {
+        SetTimer(handle(), kTimer, kPause, nullptr);
     }
-    return cover ? addPicture(album, *cover) : (album.imageIndex = kDefaultIndex);
+}
+
+// A short turn. The host may do anything inside its call: even take the library away.
+void Artwork::askHost()
+{
+    const Stopwatch watch;
+    std::vector<Album*> arrived;
+    while (!m_wanted.empty() && m_parts.mayCallHost() && watch.milliseconds() < kLongestTurn) {
+        Album* const album = nextWanted();
+        if (!album) {
+            break;
+        }
+        const unsigned generation = m_generation;
+        const std::optional<FittedCover> cover = readFitted(*album);
+        if (generation != m_generation) {
+            return;
+        }
+        if (!cover) {
+            album->imageIndex = kDefaultIndex;
+        } else if (addPicture(*album, *cover) != kDefaultIndex) {
+            arrived.push_back(album);
+        }
+    }
+    if (!m_wanted.empty()) {
+        SetTimer(handle(), kTimer, kPause, nullptr);
+    }
+    tell(arrived);
 }
 
 int Artwork::addPicture(Album& album, const FittedCover& cover)
@@ -144,10 +184,15 @@ void Artwork::want(Album& album)
     } else if (m_underWay.size() < kAheadForScreen) {
         submit(album, CoverLoader::Turn::Next);
     } else {
-        m_wanted.push_back(&album);
-        if (m_wanted.size() > kMostWanted) {
-            m_wanted.pop_front();
-        }
+        addWanted(album);
+    }
+}
+
+void Artwork::addWanted(Album& album)
+{
+    m_wanted.push_back(&album);
+    if (m_wanted.size() > kMostWanted) {
+        m_wanted.pop_front();
     }
 }
 
@@ -174,16 +219,13 @@ Handled Artwork::onCovers(const Message& message)
 Handled Artwork::onTimer(const Message& message)
 {
     KillTimer(message.window, kTimer);
-    takeResults();
+    m_loader ? takeResults() : askHost();
     return 0;
 }
 
 // A short turn; what is left waits for the next one.
 void Artwork::takeResults()
 {
-    if (!m_loader) {
-        return;
-    }
     const Stopwatch watch;
     std::vector<Album*> arrived;
     while (std::optional<CoverResult> result = m_loader->take()) {

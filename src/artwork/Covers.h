@@ -24,7 +24,7 @@ public:
 
     // The index of the album's cover. When it is not at hand yet it is asked for ahead of covers
     // that nobody looks at, and the default cover's index (or -1: draw none) stands in; the
-    // listener hears when it has come. Never opens a box.
+    // listener hears when it has come. Never opens a box nor calls the host.
     virtual int imageIndex(Album& album) = 0;
 
     virtual HIMAGELIST large() const = 0;     // the current artwork size

@@ -6,20 +6,40 @@
 
 namespace tessera {
 
-// A host that refuses has no colour: colours are asked for while painting, where nobody is told.
-std::int32_t SkinColours::ask(const char* section, const char* key)
+namespace {
+
+// In the order of the accessors. The fallbacks of the selection are crossed: its text is the
+// highlight, its background the highlight's text.
+constexpr struct {
+    const char* section;
+    const char* key;
+    int fallback;
+    bool keepsFirst;
+} kColours[] = {{"Tree", "BackColor", COLOR_WINDOW, true},
+                {"Tree", "Text", COLOR_WINDOWTEXT, true},
+                {"List", "SelectedTextColor", COLOR_HIGHLIGHT, true},
+                {"List", "SelectedBackColor", COLOR_HIGHLIGHTTEXT, true},
+                {"Frame", "Face3DColor", COLOR_BTNFACE, false}};
+
+} // namespace
+
+std::int32_t SkinColours::ask(std::size_t index)
 try {
-    return m_useHost ? m_host.colour(section, key) : kNone;
+    return m_host.colour(kColours[index].section, kColours[index].key);
 } catch (const HostError&) {
     return kNone;
 }
 
-COLORREF SkinColours::cached(std::int32_t& value, const char* section, const char* key, int fallback)
+bool SkinColours::read()
 {
-    if (value == kNone) {
-        value = ask(section, key);
+    bool changed = false;
+    for (std::size_t i = 0; i < kCount && m_useHost; ++i) {
+        if (!kColours[i].keepsFirst || m_values[i] == kNone) {
+            const std::int32_t answer = ask(i);
+            changed = std::exchange(m_values[i], answer) != answer || changed;
+        }
     }
-    return value == kNone ? GetSysColor(fallback) : static_cast<COLORREF>(value);
+    return changed;
 }
 
 SkinColours::SystemColours SkinColours::systemColours()
@@ -34,44 +54,13 @@ SkinColours::SystemColours SkinColours::systemColours()
 bool SkinColours::followSystem()
 {
     const SystemColours before = std::exchange(m_system, systemColours());
-    if (m_system == before) {
-        return false;
-    }
-    if (std::exchange(m_backgroundIsSystems, false)) {
-        m_treeBackground = kNone;
-    }
-    return true;
+    return m_system != before;
 }
 
-// The only one whose fallback is kept, too.
-COLORREF SkinColours::treeBackground()
+COLORREF SkinColours::colour(std::size_t index) const
 {
-    const COLORREF colour = cached(m_treeBackground, "Tree", "BackColor", COLOR_WINDOW);
-    m_backgroundIsSystems = m_backgroundIsSystems || m_treeBackground == kNone;
-    m_treeBackground = static_cast<std::int32_t>(colour);
-    return static_cast<COLORREF>(m_treeBackground);
-}
-
-COLORREF SkinColours::treeText()
-{
-    return cached(m_treeText, "Tree", "Text", COLOR_WINDOWTEXT);
-}
-
-// The fallbacks of the next two are crossed: text the highlight, background the highlight's text.
-COLORREF SkinColours::listSelectedText()
-{
-    return cached(m_listSelectedText, "List", "SelectedTextColor", COLOR_HIGHLIGHT);
-}
-
-COLORREF SkinColours::listSelectedBackground()
-{
-    return cached(m_listSelectedBackground, "List", "SelectedBackColor", COLOR_HIGHLIGHTTEXT);
-}
-
-COLORREF SkinColours::frameFace()
-{
-    std::int32_t value = kNone;
-    return cached(value, "Frame", "Face3DColor", COLOR_BTNFACE);
+    const std::int32_t value = m_useHost ? m_values[index] : kNone;
+    return value == kNone ? GetSysColor(kColours[index].fallback) : static_cast<COLORREF>(value);
 }
 
 } // namespace tessera

@@ -7,39 +7,39 @@
 
 namespace tessera {
 
-// Colours of the host's skin, or the system's where the host has none or is not to be asked.
+// Colours of the host's skin, or the system's where the host has none or is not to be asked. What
+// paints takes what was read last; the host is called by read() alone.
 class SkinColours {
 public:
-    explicit SkinColours(Host& host) : m_host(host) {}
+    explicit SkinColours(Host& host) : m_host(host) { m_values.fill(kNone); }
 
     void setUseHost(bool use) { m_useHost = use; }
     bool usesHost() const { return m_useHost; }
-    // True when the system's colours are others than at the last call; none of them is kept then.
+    // True when the system's colours are others than at the last call.
     bool followSystem();
+    // Asks for the frame's colour, and for the others that the host has not given yet: the first
+    // answer stands. True when a colour is another one now. A host that refuses has no colour.
+    bool read();
 
-    COLORREF treeBackground();
-    COLORREF treeText();
-    COLORREF listSelectedText();
-    COLORREF listSelectedBackground();
-    COLORREF frameFace();
+    COLORREF treeBackground() const { return colour(0); }
+    COLORREF treeText() const { return colour(1); }
+    COLORREF listSelectedText() const { return colour(2); }
+    COLORREF listSelectedBackground() const { return colour(3); }
+    COLORREF frameFace() const { return colour(4); }
 
 private:
     static constexpr std::int32_t kNone = -1;
-    std::int32_t ask(const char* section, const char* key);
-    // The first answer of the host stands; as long as there is none the system's colour does.
-    COLORREF cached(std::int32_t& value, const char* section, const char* key, int fallback);
+    static constexpr std::size_t kCount = 5;
+    std::int32_t ask(std::size_t index);
+    COLORREF colour(std::size_t index) const;
 
     using SystemColours = std::array<COLORREF, COLOR_MENUBAR + 1>;
     static SystemColours systemColours();
 
     Host& m_host;
     SystemColours m_system = systemColours();
-    bool m_backgroundIsSystems = false;
     bool m_useHost = false;
-    std::int32_t m_treeBackground = kNone;
-    std::int32_t m_treeText = kNone;
-    std::int32_t m_listSelectedText = kNone;
-    std::int32_t m_listSelectedBackground = kNone;
+    std::array<std::int32_t, kCount> m_values{};
 };
 
 } // namespace tessera

@@ -98,7 +98,8 @@ ArtworkParts TesseraMain::artworkParts()
                     if (m_paneMain) {
                         m_paneMain->refreshCommands();
                     }
-                }};
+                },
+            .mayCallHost = [this] { return maySelect(); }};
 }
 
 TesseraMain::~TesseraMain()
@@ -168,6 +169,7 @@ void TesseraMain::querySkin()
         m_host.drawSkin(0);
     } else {
         m_colours.setUseHost(m_host.skin(0, -1) > 0);
+        m_colours.read();
     }
 }
 

@@ -204,15 +204,21 @@ BOOL CALLBACK tellColours(HWND window, LPARAM) noexcept
 
 } // namespace
 
-// A window inside the host's hears of other colours only from a host that passes them on.
+// A window inside the host's hears of other colours of the system only from a host that passes them on;
+// the frame of the host's skin may change at any time, and painting does not ask.
 void TesseraMain::followColours()
 {
-    if (!m_colours.followSystem()) {
+    const bool system = m_colours.followSystem();
+    const bool skin = m_colours.read();
+    if ((!system && !skin) || !maySelect()) {
         return;
     }
-    EnumChildWindows(m_hwndOwner, tellColours, 0);
+    if (system) {
+        EnumChildWindows(m_hwndOwner, tellColours, 0);
+    }
     m_panes.forEach([](Pane& pane) { pane.settingsChanged(); });
     m_artwork.resetImageLists(true);
+    RedrawWindow(m_hwndOwner, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
     startLoadingCovers();
 }
 
@@ -220,6 +226,8 @@ void TesseraMain::trackCursor(POINT screen, bool moved)
 {
     if (maySelect()) {
         followColours();
+    }
+    if (maySelect()) {
         m_panes.forEach([&](Pane& pane) { pane.trackCursor(screen, moved); });
     }
 }

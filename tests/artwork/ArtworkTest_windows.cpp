@@ -66,7 +66,8 @@ protected:
                 terminating,
                 [] { return kBackground; },
                 [this] { return std::make_unique<LogTo>(log); },
-                [this] { loadingStates.push_back(artwork.loading()); }};
+                [this] { loadingStates.push_back(artwork.loading()); },
+                [this] { return hostMayBeCalled; }};
     }
 
     Album& add(const std::string& picture)
@@ -145,6 +146,7 @@ protected:
     std::atomic<bool> terminating{false};
     RecordingLog log;
     std::vector<bool> loadingStates;
+    bool hostMayBeCalled = true;
     Listener listener;
     Library library;
     Artwork artwork;
@@ -254,6 +256,65 @@ TEST_F(ArtworkTest, WithoutTheLoaderTheAskerLoads)
     EXPECT_EQ(artwork.imageIndex(album), 1);
     EXPECT_EQ(artwork.imageIndex(broken), 0);
     expectSample(1);
+}
+
+// The host may run messages inside its call, paint among them, and close the library.
+TEST_F(ArtworkTest, WithoutTheLoaderTheHostIsAskedOnceThePaintIsOver)
+{
+    settings.backgroundLoading = false;
+    const TemporaryFolder folder("artwork-asked");
+    const std::string temporary = folder.file("TS2.tmp");
+    FakeHost host;
+    host.tracks.resize(1);
+    host.tracks[0].fileName = u"C:\\a.mp3";
+    host.tracks[0].embeddedImage = temporary;
+    Track track;
+    track.m_pMJFile = host.file("C:\\a.mp3");
+    for (int i = 0; i < 3; ++i) {
+        Album& inside = add("");
+        inside.set(kAlbumInternalImage, true);
+        inside.tracks[1] = &track;
+    }
+    const auto ask = [&] {
+        for (const auto& [id, album] : library.albums)
+            EXPECT_EQ(artwork.imageIndex(*album), 0);
+        EXPECT_TRUE(host.imageQueries.empty());
+    };
+    const auto pumpTurns = [] {
+        const DWORD start = GetTickCount();
+        pumpUntil([&] { return GetTickCount() - start > 60; });
+    };
+    open();
+    host.insideCall = [&] {
+        ASSERT_TRUE(CopyFileA(sample("rgb.png").c_str(), temporary.c_str(), FALSE));
+        const std::size_t asked = host.imageQueries.size();
+        hostMayBeCalled = false;
+        artwork.imageIndex(*library.albums[1]);
+        pumpTurns();
+        EXPECT_EQ(host.imageQueries.size(), asked);
+        hostMayBeCalled = true;
+    };
+    hostMayBeCalled = false;
+    ask();
+    pumpTurns();
+    EXPECT_TRUE(host.imageQueries.empty());
+    hostMayBeCalled = true;
+    ASSERT_TRUE(pumpUntil([this] { return listener.arrived.size() == 3; }));
+    EXPECT_EQ(host.imageQueries.size(), 3u);
+    expectSample(library.albums[1]->imageIndex);
+    EXPECT_FALSE(systemFiles().exists(temporary));
+
+    host.imageQueries.clear();
+    artwork.resetImageLists(true);
+    host.insideCall = [&] {
+        artwork.closeLibrary();
+        library.clear();
+    };
+    ask();
+    ASSERT_TRUE(pumpUntil([&] { return library.albums.empty(); }));
+    pumpTurns();
+    EXPECT_EQ(host.imageQueries.size(), 1u);
+    EXPECT_EQ(listener.arrived.size(), 3u);
 }
 
 TEST_F(ArtworkTest, ThumbnailsInTheDatabaseOpenNoFile)

@@ -168,9 +168,10 @@ TEST_F(BridgeTest, InsideACallIsKnownToItsOwnThreadOnly)
     EXPECT_FALSE(inside);
 }
 
-TEST_F(BridgeTest, ColoursOfTheSkinAreAskedForOnce)
+TEST_F(BridgeTest, ColoursOfTheSkinAreReadBeforeTheyAreWanted)
 {
     SkinColours colours(bridge);
+    EXPECT_FALSE(colours.read());
     EXPECT_EQ(colours.treeText(), GetSysColor(COLOR_WINDOWTEXT));
     EXPECT_EQ(colours.listSelectedText(), GetSysColor(COLOR_HIGHLIGHT));
     EXPECT_EQ(colours.listSelectedBackground(), GetSysColor(COLOR_HIGHLIGHTTEXT));
@@ -178,19 +179,21 @@ TEST_F(BridgeTest, ColoursOfTheSkinAreAskedForOnce)
     colours.setUseHost(true);
     script->colours = {
         {"Tree/Text", 0x112233}, {"Frame/Face3DColor", 0x445566}, {"Tree/BackColor", 0x778899}};
-    for (int round = 0; round < 2; ++round) {
-        EXPECT_EQ(colours.treeText(), 0x112233U);
-        EXPECT_EQ(colours.frameFace(), 0x445566U);
-        EXPECT_EQ(colours.treeBackground(), 0x778899U);
-        EXPECT_EQ(colours.listSelectedText(), GetSysColor(COLOR_HIGHLIGHT)); // none, so asked again
-    }
-    EXPECT_EQ(script->calls, 1 + 2 + 1 + 2);
-    SkinColours kept(bridge); // the first answer of the background stays, the system's too
-    EXPECT_EQ(kept.treeBackground(), GetSysColor(COLOR_WINDOW));
-    kept.setUseHost(true);
-    EXPECT_EQ(kept.treeBackground(), GetSysColor(COLOR_WINDOW));
-    script->failAt = script->calls + 1;
-    EXPECT_EQ(kept.treeText(), GetSysColor(COLOR_WINDOWTEXT)); // a refusal is no colour
+    script->failAt = 2; // a refusal is no colour
+    EXPECT_TRUE(colours.read());
+    EXPECT_EQ(script->calls, 5);
+    EXPECT_EQ(colours.treeText(), GetSysColor(COLOR_WINDOWTEXT));
+    EXPECT_EQ(colours.frameFace(), 0x445566U);
+    EXPECT_EQ(colours.treeBackground(), 0x778899U);
+    EXPECT_EQ(colours.listSelectedText(), GetSysColor(COLOR_HIGHLIGHT));
+    script->colours["Frame/Face3DColor"] = 0x010203; // the only one that may change
+    script->colours["Tree/BackColor"] = 0x040506;
+    EXPECT_TRUE(colours.read());
+    EXPECT_EQ(colours.treeText(), 0x112233U);
+    EXPECT_EQ(colours.frameFace(), 0x010203U);
+    EXPECT_EQ(colours.treeBackground(), 0x778899U);
+    EXPECT_FALSE(colours.read());
+    EXPECT_EQ(script->calls, 5 + 4 + 3);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "RunningPlugin.h"
 #include "support/TemporaryFolder.h"
 
+#include "system/Registry.h"
 #include "ui/ids.h"
 
 #include <gtest/gtest.h>
@@ -102,6 +103,53 @@ TEST_F(CoversTest, OpeningAgainStopsTheLoader)
     ASSERT_TRUE(
         plugin.container.pump([&] { return count(plugin, "Beginning background loading of images") == 2; }));
     EXPECT_TRUE(plugin.boxes.texts.empty());
+}
+
+// A host that is skinned, and pictures that only it has. Lists of what the host tells read it before
+// their first paint.
+TEST_F(CoversTest, NothingCallsTheHostWhileItPaints)
+{
+    ArtworkSettings artwork;
+    artwork.backgroundLoading = false;
+    RegistryStore registry;
+    saveSettings(registry, artwork);
+    database.artworkDirectories = "C:\\missing.jpg";
+    store(database);
+    for (const int pane : {paneId::kAlbumDetails, paneId::kOverview}) {
+        general.lastPane = pane;
+        store(general);
+        RunningPlugin plugin;
+        plugin.script->skinned = 1;
+        plugin.script->embeddedImage = samplePicture();
+        bool painting = false;
+        int calls = 0;
+        plugin.script->onCall = [&](int) {
+            calls += painting && GetCurrentThreadId() == plugin.script->uiThread;
+        };
+        const auto paint = [&] {
+            painting = true;
+            RedrawWindow(plugin.container.frame(), nullptr, nullptr,
+                         RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+            painting = false;
+        };
+        const auto images = [&] { return std::ranges::count(plugin.script->journal(), "image"); };
+        plugin.start();
+        ASSERT_TRUE(plugin.create());
+        ASSERT_EQ(plugin.shownPane(), pane);
+        EXPECT_EQ(images(), 6); // of the build
+        if (pane == paneId::kOverview) {
+            paint();
+            EXPECT_EQ(images(), 6);
+            EXPECT_TRUE(plugin.container.pump([&] { return images() == 12; }));
+        } else {
+            plugin.container.pumpFor(400); // the lists read what they show
+        }
+        for (const int view : {commandId::kViewTiles, commandId::kViewDetails, commandId::kViewIcons}) {
+            plugin.command(view);
+            paint();
+        }
+        EXPECT_EQ(calls, 0) << pane;
+    }
 }
 
 } // namespace

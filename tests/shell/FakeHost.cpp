@@ -65,7 +65,18 @@ private:
     Variant type(const DispatchCall&) { return "MP3"; }
     Variant value(const DispatchCall& call) { return static_cast<std::int32_t>(call.id() * 10); }
     Variant number(const DispatchCall&) { return m_track.number; }
-    Variant image(const DispatchCall&) { return ""; }
+    Variant image(const DispatchCall& call)
+    {
+        const std::string& image = m_script->embeddedImage;
+        if (image.empty() || call.argument(0).number() != 2) {
+            return "";
+        }
+        char temporary[MAX_PATH] = "";
+        GetTempFileNameA(".", "fak", 0, temporary);
+        CopyFileA(image.c_str(), temporary, FALSE);
+        m_script->note("image");
+        return std::string(temporary);
+    }
 
     FakeTrack m_track;
 };

@@ -28,6 +28,7 @@ struct HostScript {
     std::int32_t skinned = 0;                    // answer to the skin query
     std::function<void(HWND)> onSkin;            // a window is to be skinned
     std::map<std::string, std::int32_t> colours; // "Section/Key"
+    std::string embeddedImage;                   // every track holds a copy of this file
     bool knowsFiles = true;
     bool givesPlayback = true;
     bool givesPlaylist = true;
