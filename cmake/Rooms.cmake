@@ -14,7 +14,7 @@ target_include_directories(tessera_flags INTERFACE ${CMAKE_SOURCE_DIR}/src)
 target_compile_options(tessera_flags INTERFACE -Wall -Wextra -Werror)
 if(WIN32)
   target_compile_definitions(tessera_flags INTERFACE
-    _WIN32_WINNT=0x0501 WINVER=0x0501 _WIN32_IE=0x0600 STRICT NOMINMAX)
+    _WIN32_WINNT=0x0601 WINVER=0x0601 _WIN32_IE=0x0600 STRICT NOMINMAX)
 endif()
 if(TESSERA_SANITIZE)
   target_compile_options(tessera_flags INTERFACE

@@ -20,7 +20,8 @@ std::string folderPart(std::string_view candidate)
                                               : std::string(candidate.substr(0, previous + 1));
 }
 
-// The search for one album's cover.
+// The search for one album's cover. A dead share or a host may keep each step for a long time: the
+// end of the plug-in waits for one at most.
 class AlbumSearch {
 public:
     AlbumSearch(Album& album, JobContext& context) : m_album(album), m_context(context) {}
@@ -36,7 +37,7 @@ public:
 private:
     bool takeFile(const std::string& candidate)
     {
-        if (!m_context.files.exists(candidate))
+        if (!files().exists(candidate))
             return false;
         m_album.thumbnailFile = candidate;
         return true;
@@ -44,7 +45,7 @@ private:
 
     bool takeFirstMatch(const std::string& candidate)
     {
-        const auto name = m_context.files.findFirst(candidate);
+        const auto name = files().findFirst(candidate);
         if (!name)
             return false;
         m_album.thumbnailFile = folderPart(candidate) + *name;
@@ -62,15 +63,26 @@ private:
         }
         if (!track->m_pMJFile)
             throw HostError(kErrorPointer);
-        m_album.thumbnailFile = track->m_pMJFile->image(ImageKind::ImageFile);
+        m_album.thumbnailFile = image(*track->m_pMJFile, ImageKind::ImageFile);
         if (!m_album.thumbnailFile.empty())
             return false;
-        m_album.thumbnailFile = track->m_pMJFile->image(ImageKind::Embedded);
+        m_album.thumbnailFile = image(*track->m_pMJFile, ImageKind::Embedded);
         if (m_album.thumbnailFile.empty())
             return false;
         m_album.set(kAlbumInternalImage, true);
         m_context.files.remove(m_album.thumbnailFile);
         return true;
+    }
+
+    FileSystem& files() const
+    {
+        m_context.stopIfTerminating();
+        return m_context.files;
+    }
+    std::string image(HostFile& file, ImageKind kind) const
+    {
+        m_context.stopIfTerminating();
+        return file.image(kind);
     }
 
     Album& m_album;
@@ -112,6 +124,7 @@ std::int32_t locateAllArtwork(Library& library, const TokenParser& tokens, std::
         context.stopIfTerminating();
         context.log.progress(++done, total);
         AlbumSearch(*album, context).run(expandArtworkPatterns(tokens, patterns, album.get()));
+        context.stopIfTerminating();
         count += settle(*album, isPicture);
     }
     return count;

@@ -70,13 +70,29 @@ struct Start {
     std::function<void()> work;
 };
 
+// Null where the system is too old for the function.
+template <class Function>
+Function kernelFunction(const char* name)
+{
+    return reinterpret_cast<Function>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("kernel32.dll"), name)));
+}
+
 void nameThisThread(const std::string& name)
 {
-    using SetDescription = HRESULT(WINAPI*)(HANDLE, PCWSTR); // younger than the systems we run on
-    const auto set = reinterpret_cast<SetDescription>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("kernel32.dll"), "SetThreadDescription")));
-    if (set) {
+    using SetDescription = HRESULT(WINAPI*)(HANDLE, PCWSTR);
+    if (const auto set = kernelFunction<SetDescription>("SetThreadDescription")) {
         set(GetCurrentThread(), systemWide(toWide(name)));
+    }
+}
+
+// "There is no disk in the drive" would wait for the user, and with it the plug-in's end. The mode of the
+// whole process is the host's.
+void keepDriveBoxesAway()
+{
+    using SetErrorMode = BOOL(WINAPI*)(DWORD, DWORD*);
+    if (const auto set = kernelFunction<SetErrorMode>("SetThreadErrorMode")) {
+        set(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, nullptr);
     }
 }
 
@@ -88,6 +104,7 @@ unsigned __stdcall runThread(void* argument) noexcept
     threadBorder([argument] {
         const std::unique_ptr<Start> start(static_cast<Start*>(argument));
         nameThisThread(start->name);
+        keepDriveBoxesAway();
         start->work();
     });
     return 0;

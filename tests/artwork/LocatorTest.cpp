@@ -145,6 +145,33 @@ TEST_F(Locator, AlbumWithoutTracksAndTrackWithoutHostFile)
     EXPECT_EQ(locate(), 0);
 }
 
+// Disk and host may take long over each step; the host's temporary file goes in any case.
+TEST_F(Locator, TheEndOfThePlugInIsSeenBeforeEachStep)
+{
+    const auto steps = [this] { return rig.files.calls + host.calls + checks; };
+    constexpr char kNothing[] = "C:\\a.jpg\tC:\\b*.jpg";
+    host.tracks[0].embeddedImage = "C:\\temp\\x.jpg";
+    for (const bool embedded : {false, true}) {
+        host.tracks[0].embeddedImage = embedded ? "C:\\temp\\x.jpg" : "";
+        host.tracks[0].imageFile = "";
+        rig.terminating = false;
+        rig.files.insideCall = host.insideCall = nullptr;
+        const int before = steps();
+        locate(kNothing);
+        const int total = steps() - before;
+        ASSERT_EQ(total, embedded ? 5 : 8);
+        for (int last = 1; last < total; ++last) {
+            album().flags = 0;
+            rig.terminating = false;
+            const int start = steps();
+            rig.files.insideCall = host.insideCall = [&] {
+                rig.terminating = steps() - start >= last - 1;
+            };
+            EXPECT_THROW(locate(kNothing), Cancelled) << last;
+        }
+    }
+}
+
 TEST_F(Locator, PatternsAsTypedWithoutAnAlbum)
 {
     EXPECT_EQ(join(expandArtworkPatterns(tokens, "\t<Album>\\n.jpg\t\tb", nullptr), "|"), "<Album>\\n.jpg|b");

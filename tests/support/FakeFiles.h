@@ -3,6 +3,7 @@
 #include "base/Files.h"
 
 #include <algorithm>
+#include <functional>
 #include <limits>
 #include <map>
 #include <set>
@@ -29,8 +30,14 @@ public:
     std::map<std::string, std::string> matches;                 // pattern: entry that the system lists first
     std::vector<std::string> searched;                          // patterns, in order
     std::vector<std::string> removed;
+    std::function<void()> insideCall;
 
-    bool fails() { return ++calls == failingCall; }
+    bool fails()
+    {
+        if (insideCall)
+            insideCall();
+        return ++calls == failingCall;
+    }
 
     bool exists(const std::string& path) override
     {

@@ -170,3 +170,12 @@ TEST(Thread, ItsOwnThreadMayEnterACriticalSectionAgain)
     Thread("other", [&] { entered = section.try_lock(); }).join();
     EXPECT_FALSE(entered);
 }
+
+TEST(Thread, AsksTheUserForNoDiskInADrive)
+{
+    const UINT ofTheProcess = GetErrorMode();
+    UINT inside = 0;
+    Thread("asking", [&] { inside = GetThreadErrorMode(); }).join();
+    EXPECT_TRUE(inside & SEM_FAILCRITICALERRORS);
+    EXPECT_EQ(GetErrorMode(), ofTheProcess);
+}
