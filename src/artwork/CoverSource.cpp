@@ -9,24 +9,6 @@
 namespace tessera {
 namespace {
 
-constexpr std::int64_t kMostPixels = 40'000'000;
-constexpr std::uint64_t kMostBytes = 64ULL * 1024 * 1024;
-
-bool isCoverSize(PictureSize size)
-{
-    return std::int64_t{size.width} * size.height <= kMostPixels &&
-           std::max(size.width, size.height) <= kLongestSide;
-}
-
-std::vector<std::uint8_t> readFile(const std::string& path)
-{
-    const std::optional<FileInfo> info = systemFiles().info(path);
-    if (!info || info->size > kMostBytes) {
-        return {};
-    }
-    return systemFiles().readAll(path).value_or(std::vector<std::uint8_t>());
-}
-
 // A file that the host has made for us.
 class TemporaryFile {
 public:
@@ -49,7 +31,7 @@ std::vector<std::uint8_t> readEmbedded(HostFile& file)
 {
     try {
         const TemporaryFile temporary(file.image(ImageKind::Embedded));
-        return readFile(temporary.path());
+        return readPictureFile(temporary.path());
     } catch (const HostError&) {
         return {};
     }
@@ -79,27 +61,17 @@ CoverSource coverSource(const Album& album, bool thumbnails)
 std::optional<Picture> readCover(const CoverSource& source)
 {
     if (!source.encoded.empty()) {
-        return readCoverBytes(source.encoded);
+        return decodePicture(source.encoded);
     }
     if (source.embedded) {
-        return readCoverBytes(readEmbedded(*source.embedded));
+        return decodePicture(readEmbedded(*source.embedded));
     }
     return readCoverFile(source.path);
 }
 
 std::optional<Picture> readCoverFile(const std::string& path)
 {
-    return path.empty() ? std::nullopt : readCoverBytes(readFile(path));
-}
-
-std::optional<Picture> readCoverBytes(ByteView bytes)
-{
-    const std::optional<PictureHeader> header = pictureHeader(bytes);
-    if (!header || bytes.size() > kMostBytes || !isCoverSize(header->size)) {
-        return std::nullopt;
-    }
-    std::optional<Picture> picture = decodePicture(bytes);
-    return picture && isCoverSize({picture->width, picture->height}) ? std::move(picture) : std::nullopt;
+    return path.empty() ? std::nullopt : decodePicture(readPictureFile(path));
 }
 
 } // namespace tessera

@@ -28,6 +28,5 @@ CoverSource coverSource(const Album& album, bool thumbnails);
 // that the host makes of an embedded picture is gone afterwards. Throws nothing but std::bad_alloc.
 std::optional<Picture> readCover(const CoverSource& source);
 std::optional<Picture> readCoverFile(const std::string& path);
-std::optional<Picture> readCoverBytes(ByteView bytes);
 
 } // namespace tessera

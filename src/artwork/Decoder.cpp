@@ -16,9 +16,6 @@
 namespace tessera {
 namespace {
 
-// A cover file of this size would not be one.
-constexpr std::uint64_t kLargestFile = 256ULL * 1024 * 1024;
-
 std::size_t byteCount(PictureSize size)
 {
     return static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height) * 4;
@@ -37,11 +34,13 @@ BITMAPINFO topDown(PictureSize size)
 
 bool isReasonable(PictureSize size)
 {
-    return size.width > 0 && size.height > 0 && std::int64_t{size.width} * size.height <= kLargestPicture;
+    return size.width > 0 && size.height > 0 && std::max(size.width, size.height) <= kLongestPictureSide &&
+           std::int64_t{size.width} * size.height <= kMostPicturePixels;
 }
 
-// The imaging component, for PNG: the picture loader of Windows knows none.
-ComPtr<IWICBitmapSource> openPng(ByteView bytes)
+// The imaging component, for what the picture loader of Windows does not know: PNG, JPEG in inks, icons with
+// a PNG inside, younger headers of bitmaps.
+ComPtr<IWICBitmapSource> openByImaging(ByteView bytes)
 {
     ComPtr<IWICImagingFactory> factory;
     checkResult(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER,
@@ -62,9 +61,9 @@ ComPtr<IWICBitmapSource> openPng(ByteView bytes)
     return converter.query<IWICBitmapSource>();
 }
 
-Picture decodePng(ByteView bytes)
+Picture decodeByImaging(ByteView bytes)
 {
-    const ComPtr<IWICBitmapSource> source = openPng(bytes);
+    const ComPtr<IWICBitmapSource> source = openByImaging(bytes);
     UINT width = 0;
     UINT height = 0;
     checkResult(source->GetSize(&width, &height));
@@ -226,7 +225,8 @@ Picture decodeByLoader(ByteView bytes)
 std::optional<PictureKind> decodableKind(ByteView bytes)
 {
     const std::optional<PictureHeader> header = pictureHeader(bytes);
-    if (!header || !isReasonable(header->size) || !isWholePicture(header->kind, bytes)) {
+    if (!header || bytes.size() > kMostPictureBytes || !isReasonable(header->size) ||
+        !isWholePicture(header->kind, bytes)) {
         return std::nullopt;
     }
     return header->kind;
@@ -245,13 +245,15 @@ Result orNothing(Work&& work)
     }
 }
 
-std::vector<std::uint8_t> readPictureFile(const std::string& path)
+// Takes the first way that leads to a picture.
+template <class Result, class First, class Second>
+Result eitherWay(First&& first, Second&& second)
 {
-    const std::optional<FileInfo> info = systemFiles().info(path);
-    if (!info || info->size > kLargestFile) {
-        return {};
+    try {
+        return first();
+    } catch (const HostError&) {
+        return second();
     }
-    return systemFiles().readAll(path).value_or(std::vector<std::uint8_t>());
 }
 
 } // namespace
@@ -263,13 +265,21 @@ std::optional<Picture> decodePicture(ByteView bytes)
         if (!kind) {
             return std::nullopt;
         }
-        return *kind == PictureKind::Png ? decodePng(bytes) : decodeByLoader(bytes);
+        if (*kind == PictureKind::Png) {
+            return decodeByImaging(bytes);
+        }
+        return eitherWay<Picture>([&] { return decodeByLoader(bytes); },
+                                  [&] { return decodeByImaging(bytes); });
     });
 }
 
-std::optional<Picture> decodePictureFile(const std::string& path)
+std::vector<std::uint8_t> readPictureFile(const std::string& path)
 {
-    return decodePicture(readPictureFile(path));
+    const std::optional<FileInfo> info = systemFiles().info(path);
+    if (!info || info->size > kMostPictureBytes) {
+        return {};
+    }
+    return systemFiles().readAll(path).value_or(std::vector<std::uint8_t>());
 }
 
 bool isPicture(ByteView bytes)
@@ -279,10 +289,12 @@ bool isPicture(ByteView bytes)
         if (!kind) {
             return false;
         }
+        const auto byImaging = [&] { return !decodeByImaging(bytes).pixels.empty(); };
         if (*kind == PictureKind::Png) {
-            return !decodePng(bytes).pixels.empty();
+            return byImaging();
         }
-        return static_cast<bool>(loadPicture(bytes)); // decodes all of it
+        return eitherWay<bool>([&] { return static_cast<bool>(loadPicture(bytes)); },
+                               byImaging); // decodes all of it
     });
 }
 

@@ -15,14 +15,17 @@ struct Picture {
     std::vector<std::uint8_t> pixels;
 };
 
-// Largest picture that is decoded at all, in pixels; the header decides before a decoder runs.
-inline constexpr std::int64_t kLargestPicture = 64 * 1024 * 1024;
+// What is shown at all, wherever a picture comes from; the header decides before a decoder runs.
+inline constexpr std::int64_t kMostPicturePixels = 40'000'000;
+inline constexpr std::int32_t kLongestPictureSide = 65535;
+inline constexpr std::uint64_t kMostPictureBytes = 64ULL * 1024 * 1024;
 
-// PNG through the imaging component, the other kinds through the system's picture loader. None
-// when it is no picture, too large, cut off or damaged. The thread has initialised COM.
+// PNG through the imaging component, the other kinds through the system's picture loader, and what that
+// refuses through the imaging component, too. None when it is no picture, above the limits, cut off or
+// damaged. The thread has initialised COM.
 std::optional<Picture> decodePicture(ByteView bytes);
-// The same for a file; the check of artwork location and the loader of covers share it.
-std::optional<Picture> decodePictureFile(const std::string& path);
+// Empty when there is no such file, or a larger one than is shown.
+std::vector<std::uint8_t> readPictureFile(const std::string& path);
 // Decodes and forgets.
 bool isPicture(ByteView bytes);
 bool isPictureFile(const std::string& path);

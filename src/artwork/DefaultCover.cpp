@@ -30,7 +30,7 @@ ByteView resourceBytes(const char* name, const char* type)
 std::optional<Picture> defaultCover(const std::string& path)
 {
     std::optional<Picture> picture = readCoverFile(path);
-    return picture ? std::move(picture) : readCoverBytes(resourceBytes("LISTVIEW_BACKGROUND", "IMAGES"));
+    return picture ? std::move(picture) : decodePicture(resourceBytes("LISTVIEW_BACKGROUND", "IMAGES"));
 }
 
 } // namespace tessera

@@ -39,8 +39,7 @@ void flatten(Picture& picture, PixelColour ground);
 bool isOpaque(const Picture& picture);
 
 // The ground with the opaque picture on it. Each pixel is the average of what it covers; a picture
-// that is smaller than its place is interpolated. No side of the picture is above kLongestSide.
-inline constexpr std::int32_t kLongestSide = 65535;
+// that is smaller than its place is interpolated. No side of the picture is above kLongestPictureSide.
 std::vector<std::uint8_t> drawCover(const Picture& picture, const CoverGround& ground);
 
 } // namespace tessera

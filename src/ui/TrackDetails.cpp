@@ -140,7 +140,7 @@ std::optional<Picture> readAlbumPicture(const CoverSource& source)
 {
     std::optional<Picture> picture = readCoverFile(source.path);
     if (!picture && !source.encoded.empty())
-        picture = readCoverBytes(source.encoded);
+        picture = decodePicture(source.encoded);
     if (!picture && source.embedded)
         picture = readCover({{}, source.embedded, {}});
     return picture;

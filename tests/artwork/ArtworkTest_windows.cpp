@@ -470,22 +470,6 @@ TEST_F(ArtworkTest, NothingIsLeftBehind)
     EXPECT_EQ(gdiObjects(), before);
 }
 
-TEST_F(ArtworkTest, PicturesTooLargeForACoverGiveTheDefault)
-{
-    std::vector<std::uint8_t> png = systemFiles().readAll(sample("rgb.png")).value();
-    png[18] = png[22] = 12000 >> 8;
-    png[19] = png[23] = 12000 & 0xFF;
-    EXPECT_FALSE(readCoverBytes(png));
-    png[18] = png[19] = 0; // 70,000 by 24: few pixels, one side absurd
-    png[17] = 1;
-    png[22] = 0;
-    png[23] = 24;
-    EXPECT_FALSE(readCoverBytes(png));
-    EXPECT_FALSE(readCoverBytes({}));
-    EXPECT_FALSE(readCoverFile(""));
-    EXPECT_FALSE(readCoverFile("C:\\windows"));
-}
-
 // Address space is taken away until the lists cannot have what they want: they make do with fewer
 // slots, and what they have really holds pictures.
 TEST(CoverListsTest, ShortMemoryMeansFewerSlots)

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 
 using namespace tessera;
@@ -109,7 +110,7 @@ TEST(Fitting, ShrinkingIsTheAverageOfTheArea)
     };
     for (std::int32_t y = 0; y < place.height; ++y) {
         for (std::int32_t x = 0; x < place.width; ++x) {
-            double sum = 0;
+            std::array<double, 3> sums{};
             double weight = 0;
             for (int sy = 0; sy < kHeight; ++sy) {
                 for (int sx = 0; sx < kWidth; ++sx) {
@@ -117,11 +118,15 @@ TEST(Fitting, ShrinkingIsTheAverageOfTheArea)
                         part(x * double{kWidth} / place.width, (x + 1) * double{kWidth} / place.width, sx) *
                         part(y * double{kHeight} / place.height, (y + 1) * double{kHeight} / place.height,
                              sy);
-                    sum += w * picture.pixels[static_cast<std::size_t>(sy * kWidth + sx) * 4 + 1];
+                    for (std::size_t channel = 0; channel < 3; ++channel)
+                        sums[channel] +=
+                            w * picture.pixels[static_cast<std::size_t>(sy * kWidth + sx) * 4 + channel];
                     weight += w;
                 }
             }
-            ASSERT_NEAR(at(cover, 20, place.left + x, place.top + y)[1], sum / weight, 1.5) << x << ' ' << y;
+            const Colour drawn = at(cover, 20, place.left + x, place.top + y);
+            for (std::size_t channel = 0; channel < 3; ++channel)
+                ASSERT_NEAR(drawn[channel], sums[channel] / weight, 1.5) << x << ' ' << y << ' ' << channel;
         }
     }
 }
@@ -136,6 +141,15 @@ TEST(Fitting, EnlargingBlendsBetweenNeighbours)
     EXPECT_NEAR(at(cover, 100, 50, 25)[0], 100, 4);
     for (std::int32_t x = 1; x < 100; ++x)
         EXPECT_GE(at(cover, 100, x, 10)[0], at(cover, 100, x - 1, 10)[0]);
+
+    Picture corners =
+        plain(2, 2, {0, 0, 0, 255}); // each of its own colour: nothing may be mirrored or swapped
+    constexpr Colour kColours[] = {{250, 0, 20}, {0, 240, 40}, {60, 0, 230}, {220, 210, 0}};
+    for (std::size_t i = 0; i < 4; ++i)
+        std::ranges::copy(kColours[i], corners.pixels.begin() + static_cast<std::ptrdiff_t>(i * 4));
+    const std::vector<std::uint8_t> large = drawCover(corners, groundOf(100, 100));
+    for (std::int32_t i = 0; i < 4; ++i)
+        EXPECT_EQ(at(large, 100, i % 2 * 99, i / 2 * 99), kColours[i]) << i;
 }
 
 TEST(Fitting, WhatShinesThroughTakesTheGround)

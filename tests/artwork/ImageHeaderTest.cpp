@@ -96,6 +96,41 @@ TEST(ImageHeader, WhatIsNoPictureHasNoHeader)
     }
 }
 
+TEST(ImageHeader, AChunkWhoseLengthLeadsBackToItselfEnds)
+{
+    Bytes png = pictureBytes("rgb.png");
+    constexpr std::uint8_t kBack[] = {0xFF, 0xFF, 0xFF, 0xF4}; // with its frame of 12 bytes: 0 in 32 bits
+    std::ranges::copy(kBack, png.begin() + 33);                // the chunk behind the header
+    EXPECT_FALSE(isWholePicture(PictureKind::Png, png));
+}
+
+TEST(ImageHeader, OfTwoImagesOfAnIconTheLargerCountsAndBothMustBeThere)
+{
+    const Bytes one = pictureBytes("transparent.ico");
+    constexpr std::ptrdiff_t kDirectory = 6;
+    constexpr std::ptrdiff_t kEntry = 16;
+    Bytes two(one.begin(), one.begin() + kDirectory + kEntry);
+    two[4] = 2;
+    two.insert(two.end(), one.begin() + kDirectory, one.end());
+    const auto second = static_cast<std::uint32_t>(two.size());
+    two.insert(two.end(), one.begin() + kDirectory + kEntry, one.end());
+    const auto place = [&](std::ptrdiff_t entry, std::uint32_t offset) {
+        std::copy_n(reinterpret_cast<const std::uint8_t*>(&offset), 4,
+                    two.begin() + kDirectory + entry * kEntry + 12);
+    };
+    place(0, kDirectory + 2 * kEntry);
+    place(1, second);
+    two[second + 4] = 48; // its header: width, and both heights together
+    two[second + 8] = 96;
+    const std::optional<PictureHeader> header = pictureHeader(two);
+    ASSERT_TRUE(header);
+    EXPECT_EQ(header->size.width, 48);
+    EXPECT_EQ(header->size.height, 48);
+    EXPECT_TRUE(isWholePicture(PictureKind::Icon, two));
+    two.pop_back();
+    EXPECT_FALSE(isWholePicture(PictureKind::Icon, two));
+}
+
 TEST(ImageHeader, SizesAreReadAsTheyAreWritten)
 {
     Bytes png = pictureBytes("rgb.png");
