@@ -52,9 +52,11 @@ void TesseraMain::playEntry(int entry)
     }
 }
 
+// Its command line ends a path at a comma or an equals sign.
 void TesseraMain::openFolder(const std::string& path)
 {
-    const std::string parameters = format("/n,/e,%s", path.c_str());
+    const bool quoted = path.find_first_of(",=") != std::string::npos;
+    const std::string parameters = format(quoted ? "/n,/e,\"%s\"" : "/n,/e,%s", path.c_str());
     ShellExecuteA(m_hwndOwner, "open", "explorer", parameters.c_str(), nullptr, SW_SHOWNORMAL);
 }
 

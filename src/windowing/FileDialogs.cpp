@@ -14,6 +14,22 @@ namespace {
 
 using SystemDialog = BOOL(WINAPI*)(OPENFILENAMEA*);
 
+// The dialog to open a file leaves the process in the chosen folder, whatever its flag says; the process is
+// the host's.
+class CurrentFolderKept {
+public:
+    CurrentFolderKept() : m_folder(GetCurrentDirectoryW(0, nullptr), L'\0')
+    {
+        GetCurrentDirectoryW(static_cast<DWORD>(m_folder.size()), m_folder.data());
+    }
+    ~CurrentFolderKept() { SetCurrentDirectoryW(m_folder.c_str()); }
+    CurrentFolderKept(const CurrentFolderKept&) = delete;
+    CurrentFolderKept& operator=(const CurrentFolderKept&) = delete;
+
+private:
+    std::wstring m_folder;
+};
+
 std::optional<std::string> runDialog(SystemDialog dialog, HWND owner, const FileDialogOptions& options)
 {
     const std::string filter = systemFilter(options.filter);
@@ -31,6 +47,7 @@ std::optional<std::string> runDialog(SystemDialog dialog, HWND owner, const File
     request.lpstrTitle = options.title.c_str();
     request.lpstrDefExt = extension.empty() ? nullptr : extension.c_str();
     request.Flags = options.flags | OFN_EXPLORER | OFN_LONGNAMES | OFN_ENABLESIZING | OFN_NOCHANGEDIR;
+    const CurrentFolderKept kept;
     BOOL chosen = dialog(&request);
     if (!chosen && CommDlgExtendedError() == FNERR_INVALIDFILENAME) {
         path.assign(path.size(), '\0'); // the name cannot be shown: ask without one
@@ -44,10 +61,13 @@ struct FreeTaskMemory {
     void operator()(void* memory) const { CoTaskMemFree(memory); }
 };
 
+// Asked a second time when the dialog stands: systems from 7 on do not scroll to what is selected while it
+// comes up. The path lives as long as the dialog.
 int CALLBACK selectInitial(HWND window, UINT message, LPARAM, LPARAM initialPath) noexcept
 {
     if (message == BFFM_INITIALIZED && *reinterpret_cast<const char*>(initialPath) != '\0') {
         SendMessageA(window, BFFM_SETSELECTIONA, TRUE, initialPath);
+        PostMessageA(window, BFFM_SETSELECTIONA, TRUE, initialPath);
     }
     return 0;
 }
