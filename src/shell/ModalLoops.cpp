@@ -28,10 +28,16 @@ std::vector<HWND> openDialogs()
     return dialogs;
 }
 
+// A box that asks Yes or No is closed by no cancel on Windows; it ends with No.
+int endOf(HWND dialog)
+{
+    return !GetDlgItem(dialog, IDCANCEL) && GetDlgItem(dialog, IDNO) ? IDNO : IDCANCEL;
+}
+
 void cancelDialog(HWND dialog)
 {
     const HWND owner = ::GetWindow(dialog, GW_OWNER);
-    SendMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
+    SendMessageA(dialog, WM_COMMAND, endOf(dialog), 0);
     ShowWindow(dialog, SW_HIDE);
     if (owner) {
         EnableWindow(owner, TRUE);

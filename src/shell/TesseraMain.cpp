@@ -40,6 +40,16 @@ void tellRefusal(HWND owner, HRESULT attached)
     }
 }
 
+// A step of the end: whatever it meets, the next ones are taken, too.
+template <class Step>
+void endStep(Step step) noexcept
+{
+    quietBorder(0, [&] {
+        step();
+        return 0;
+    });
+}
+
 // A step that needs the host: one that refuses it goes without.
 template <class Step>
 void hostStep(Step step)
@@ -150,14 +160,19 @@ void TesseraMain::startSteps(IDispatch* host)
 void TesseraMain::loadGeneralSettings()
 {
     m_settings = loadAllSettings(m_store);
+    m_settingsLoaded = true;
     if (!isContentPane(m_settings.general.lastPane)) {
         m_settings.general.lastPane = paneId::kLog;
     }
     m_panes.forEach([](Pane& pane) { pane.settingsChanged(); });
 }
 
+// An end that came before the settings were read leaves the user's as they are.
 void TesseraMain::saveGeneralSettings()
 {
+    if (!m_settingsLoaded) {
+        return;
+    }
     m_panes.forEach([](Pane& pane) { pane.storeState(); });
     saveAllSettings(m_store, m_settings);
 }
@@ -215,18 +230,18 @@ void TesseraMain::terminate()
         return;
     }
     const std::shared_ptr<TesseraMain> alive = shared_from_this();
-    m_queue.close();
-    m_modal->closeAll();
-    m_jobs.stop();
-    m_artwork.stopBackgroundLoading();
-    saveGeneralSettings(); // a box that says what is lost may be the end of the windows
-    m_database.saveUnsaved(m_settings.database.lastUsed, systemFiles(), m_prompt);
-    m_fonts.destroy();
-    m_panes.destroyWindows();
-    freeLibrary();
-    m_artwork.release();
-    m_host.release();
-    m_smallIcons.reset();
+    endStep([this] { m_queue.close(); });
+    endStep([this] { m_modal->closeAll(); });
+    endStep([this] { m_jobs.stop(); });
+    endStep([this] { m_artwork.stopBackgroundLoading(); });
+    endStep([this] { saveGeneralSettings(); }); // a box that says what is lost may be the end of the windows
+    endStep([this] { m_database.saveUnsaved(m_settings.database.lastUsed, systemFiles(), m_prompt); });
+    endStep([this] { m_fonts.destroy(); });
+    endStep([this] { m_panes.destroyWindows(); });
+    endStep([this] { freeLibrary(); });
+    endStep([this] { m_artwork.release(); });
+    endStep([this] { m_host.release(); });
+    endStep([this] { m_smallIcons.reset(); });
     setAssertionHandler(m_previousAssertions);
     setMessageBoxes(m_previousBoxes);
     g_active = nullptr;

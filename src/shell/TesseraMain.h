@@ -156,6 +156,7 @@ private:
     int m_bandHeight;
     std::atomic<bool> m_terminating{false};
     bool m_starting = false;
+    bool m_settingsLoaded = false;
     std::shared_ptr<ModalLoops> m_modal;
     CountedBoxes m_boxes;
     MessageBoxes* m_previousBoxes = nullptr;

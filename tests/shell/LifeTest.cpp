@@ -187,6 +187,27 @@ TEST_F(LifeTest, HostThatFailsToAnswerForItsInterfaceIsTold)
     EXPECT_EQ(plugin.shownPane(), paneId::kLog);
 }
 
+TEST_F(LifeTest, AnEndInsideTheFirstBoxLeavesTheSettingsAlone)
+{
+    GeneralSettings general;
+    general.lastPane = paneId::kOverview;
+    general.tileWidth = 401;
+    store(general);
+    DatabaseSettings database;
+    database.lastUsed = "C:\\music\\all.ts2";
+    store(database);
+    RunningPlugin plugin;
+    plugin.boxes.onBox = [&](HWND) { terminate(plugin.control); };
+    EXPECT_EQ(init(plugin.control, makeObject<NoHost>(E_OUTOFMEMORY).get()), S_OK);
+    plugin.container.pumpFor(100);
+    plugin.container.drop();
+    plugin.control.reset();
+    EXPECT_TRUE(plugin.module.canUnload());
+    EXPECT_EQ(storedGeneral().tileWidth, 401);
+    EXPECT_EQ(storedGeneral().lastPane, paneId::kOverview);
+    EXPECT_EQ(storedDatabase().lastUsed, database.lastUsed);
+}
+
 TEST_F(LifeTest, HostThatFailsAtAnyCallOfTheStartGetsItsPanes)
 {
     for (int call = 1; call <= 8; ++call) {
