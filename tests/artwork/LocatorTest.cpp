@@ -164,9 +164,7 @@ TEST_F(Locator, TheEndOfThePlugInIsSeenBeforeEachStep)
             album().flags = 0;
             rig.terminating = false;
             const int start = steps();
-            rig.files.insideCall = host.insideCall = [&] {
-                rig.terminating = steps() - start >= last - 1;
-            };
+            rig.files.insideCall = host.insideCall = [&] { rig.terminating = steps() - start >= last - 1; };
             EXPECT_THROW(locate(kNothing), Cancelled) << last;
         }
     }
