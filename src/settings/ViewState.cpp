@@ -45,7 +45,8 @@ public:
             return {};
         std::vector<std::int32_t> numbers(
             std::min(value->bytes.size() / sizeof(std::int32_t), kMostSelected));
-        std::memcpy(numbers.data(), value->bytes.data(), numbers.size() * sizeof(std::int32_t));
+        if (!numbers.empty()) // then there are bytes to copy from
+            std::memcpy(numbers.data(), value->bytes.data(), numbers.size() * sizeof(std::int32_t));
         return numbers;
     }
 

@@ -28,10 +28,12 @@ public:
         m_values[{group, name}] = {type, {bytes.begin(), bytes.end()}};
     }
 
-    std::size_t size() const { return m_values.size(); }
+    // By group and name.
+    using Values = std::map<std::pair<std::string, std::string>, StoredValue>;
+    const Values& values() const { return m_values; }
 
 private:
-    std::map<std::pair<std::string, std::string>, StoredValue> m_values;
+    Values m_values;
 };
 
 } // namespace tessera
