@@ -95,3 +95,14 @@ function(tessera_tests_in locale room)
     set_tests_properties(${room}_${locale} PROPERTIES TIMEOUT 300 ENVIRONMENT LC_ALL=${locale}.UTF-8)
   endif()
 endfunction()
+
+# The same program once more with a user whose language has another code page than the system.
+#
+#   tessera_tests_for_user(LOCALE ROOM [ARGUMENT...])
+function(tessera_tests_for_user locale room)
+  if(WIN32)
+    add_test(NAME ${room}_${locale} COMMAND test_${room} ${ARGN})
+    set_tests_properties(${room}_${locale} PROPERTIES TIMEOUT 300
+      ENVIRONMENT "LC_ALL=;LC_CTYPE=C.UTF-8;LANG=${locale}.UTF-8")
+  endif()
+endfunction()

@@ -113,7 +113,7 @@ start_desktop() {
 make_locales() {
     local name
     mkdir -p "$BUILD/locales"
-    for name in de_DE ja_JP; do
+    for name in cs_CZ de_DE ja_JP; do
         [ -f "$BUILD/locales/$name.UTF-8/LC_CTYPE" ] && continue
         localedef -i "$name" -f UTF-8 "$BUILD/locales/$name.UTF-8" >/dev/null 2>&1
         [ -f "$BUILD/locales/$name.UTF-8/LC_CTYPE" ] || fail "The locale $name.UTF-8 cannot be made (package locales?)"

@@ -140,6 +140,14 @@ std::u16string foldWide(std::u16string_view text)
     return result;
 }
 
+std::optional<std::string> toCodePageExactly(std::u16string_view wide)
+{
+    std::string text = toCodePage(wide);
+    // Every code page gives ASCII back unchanged.
+    const bool ascii = std::ranges::all_of(wide, [](char16_t unit) { return unit < 0x80; });
+    return ascii || toWide(text) == wide ? std::optional(std::move(text)) : std::nullopt;
+}
+
 std::size_t characterLength(std::string_view text, std::size_t position)
 {
     return lengthAt(codePage(), text, position);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdarg>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,8 +22,10 @@ int compareNoCase(std::string_view left, std::string_view right);
 int compareWideNoCase(std::u16string_view left, std::u16string_view right);
 std::u16string foldWide(std::u16string_view text);
 
-// What has no place in the code page becomes '?'.
+// What has no exact place in the code page becomes the system's look-alike, or '?' where it has none.
 std::string toCodePage(std::u16string_view wide);
+// None for what does not come back unchanged: a look-alike in a file's name would be another file.
+std::optional<std::string> toCodePageExactly(std::u16string_view wide);
 std::u16string toWide(std::string_view text);
 
 // Bytes of the character at the position: 2 for a lead byte that has a trail byte, else 1.

@@ -30,6 +30,32 @@ int byteOf(char16_t unit)
     return found == std::end(kHigh) ? -1 : static_cast<int>(0x80 + (found - kHigh));
 }
 
+// The look-alikes of 0x100 to 0x17F; what the code page has is not asked for.
+constexpr std::string_view kLatinExtended =
+    "AaAaAaCcCcCcCcDd\xD0"
+    "dEeEeEeEeEeGgGgGgGgHhHhIiIiIiIiIi??JjKk?LlLlLl?"
+    "?LlNnNnNn???OoOoOo??RrRrRrSsSsSs??TtTtTtUuUuUuUuUuUuWwYy?ZzZz???";
+
+// Of the system's look-alikes those that tests need.
+int lookAlikeOf(char16_t unit)
+{
+    if (unit >= 0x100 && unit < 0x100 + kLatinExtended.size())
+        return static_cast<unsigned char>(kLatinExtended[unit - 0x100U]);
+    if (unit >= 0xFF01 && unit <= 0xFF5E) // full width
+        return unit - 0xFF00 + 0x20;
+    switch (unit) {
+    case 0x2010: // hyphen
+    case 0x2212: // minus
+        return '-';
+    case 0x2032: // prime
+        return '\'';
+    case 0x221E: // infinity
+        return '8';
+    default:
+        return '?';
+    }
+}
+
 CodePage makeCodePage()
 {
     CodePage page;
@@ -89,11 +115,11 @@ char16_t foldWideUnit(char16_t unit)
 
 std::string toCodePage(std::u16string_view wide)
 {
-    std::string text(wide.size(), '?');
-    for (std::size_t i = 0; i < wide.size(); ++i) {
-        const int byte = byteOf(wide[i]);
-        if (byte >= 0)
-            text[i] = static_cast<char>(byte);
+    std::string text;
+    text.reserve(wide.size());
+    for (const char16_t unit : wide) {
+        const int byte = byteOf(unit);
+        text += static_cast<char>(byte >= 0 ? byte : lookAlikeOf(unit));
     }
     return text;
 }

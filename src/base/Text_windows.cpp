@@ -64,20 +64,16 @@ std::string toCodePage(std::u16string_view wide)
 {
     if (wide.empty())
         return {};
-    // UTF-8 as the code page has a place for everything and refuses these two.
-    const bool everything = GetACP() == CP_UTF8;
-    const DWORD flags = everything ? 0 : WC_NO_BEST_FIT_CHARS;
-    const char* const substitute = everything ? nullptr : "?";
     const auto* source = reinterpret_cast<const wchar_t*>(wide.data());
     const int units = static_cast<int>(wide.size());
     std::string text(wide.size() * 2, '\0');
-    int length = WideCharToMultiByte(CP_ACP, flags, source, units, text.data(), static_cast<int>(text.size()),
-                                     substitute, nullptr);
+    int length = WideCharToMultiByte(CP_ACP, 0, source, units, text.data(), static_cast<int>(text.size()),
+                                     nullptr, nullptr);
     if (length == 0) {
         text.resize(static_cast<std::size_t>(
-            WideCharToMultiByte(CP_ACP, flags, source, units, nullptr, 0, substitute, nullptr)));
-        length = WideCharToMultiByte(CP_ACP, flags, source, units, text.data(), static_cast<int>(text.size()),
-                                     substitute, nullptr);
+            WideCharToMultiByte(CP_ACP, 0, source, units, nullptr, 0, nullptr, nullptr)));
+        length = WideCharToMultiByte(CP_ACP, 0, source, units, text.data(), static_cast<int>(text.size()),
+                                     nullptr, nullptr);
     }
     text.resize(static_cast<std::size_t>(length));
     return text;

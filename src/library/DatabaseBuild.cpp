@@ -122,12 +122,6 @@ bool equalShared(const SharedText* left, const SharedText* right)
     return left == right || equalNoCase(left->text, right->text);
 }
 
-// What every code page gives back unchanged.
-bool isAscii(std::u16string_view text)
-{
-    return std::ranges::all_of(text, [](char16_t unit) { return unit < 0x80; });
-}
-
 bool sameRun(const Entry& left, const Entry& right)
 {
     return equalShared(left.album, right.album) && equalShared(left.type, right.type);
@@ -220,13 +214,12 @@ void LibraryBuild::link()
 // False for a name that the code page cannot give back: no load could find the file again.
 bool LibraryBuild::linkFile(HostFilePtr file)
 {
-    const std::u16string wide = file->wideText(FileText::Filename);
-    std::string name = toCodePage(wide);
-    if (!isAscii(wide) && toWide(name) != wide)
+    std::optional<std::string> name = toCodePageExactly(file->wideText(FileText::Filename));
+    if (!name)
         return false;
     Entry& entry = m_tracks.emplace_back();
     entry.file = std::move(file);
-    entry.fileName = std::move(name);
+    entry.fileName = *std::move(name);
     return true;
 }
 

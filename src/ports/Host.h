@@ -51,7 +51,7 @@ public:
     virtual std::string text(FileText field) = 0;
     virtual std::u16string wideText(FileText field) = 0;
     virtual std::int32_t number(FileNumber field) = 0;
-    virtual std::string image(ImageKind kind) = 0;
+    virtual std::string image(ImageKind kind) = 0; // empty, too, for a name outside the code page
 };
 using HostFilePtr = std::shared_ptr<HostFile>;
 

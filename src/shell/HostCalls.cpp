@@ -1,5 +1,7 @@
 #include "shell/HostCalls.h"
 
+#include "base/Text.h"
+
 namespace tessera {
 
 void HostCalls::drop(ComPtr<IDispatch> object) noexcept
@@ -62,7 +64,8 @@ public:
     std::int32_t number(FileNumber field) override { return get(static_cast<DISPID>(field)).number(); }
     std::string image(ImageKind kind) override
     {
-        return method(fileId::kImage, static_cast<std::int32_t>(kind)).text();
+        const Variant name = method(fileId::kImage, static_cast<std::int32_t>(kind));
+        return toCodePageExactly(name.wide()).value_or("");
     }
 
 private:

@@ -1,6 +1,6 @@
 #include "ui/CalendarTexts.h"
 
-#include <windows.h>
+#include "base/UserLocale_windows.h"
 
 namespace tessera {
 
@@ -8,24 +8,17 @@ namespace {
 
 constexpr LCTYPE kShortestDayName1 = 0x60; // LOCALE_SSHORTESTDAYNAME1; old systems do not know it
 
-std::string localeText(LCTYPE type)
-{
-    char text[80] = "";
-    const int length = GetLocaleInfoA(LOCALE_USER_DEFAULT, type, text, sizeof text);
-    return length > 0 ? std::string(text, static_cast<std::size_t>(length - 1)) : std::string{};
-}
-
 // The system counts from Monday.
 std::string weekdayName(unsigned weekday)
 {
     const unsigned index = (weekday + 6) % 7;
-    const std::string shortest = localeText(kShortestDayName1 + index);
-    return shortest.empty() ? localeText(LOCALE_SABBREVDAYNAME1 + index) : shortest;
+    const std::string shortest = userLocaleText(kShortestDayName1 + index);
+    return shortest.empty() ? userLocaleText(LOCALE_SABBREVDAYNAME1 + index) : shortest;
 }
 
 unsigned firstWeekdayOfUser()
 {
-    const std::string digit = localeText(LOCALE_IFIRSTDAYOFWEEK); // 0: Monday
+    const std::string digit = userLocaleText(LOCALE_IFIRSTDAYOFWEEK); // 0: Monday
     return digit >= "0" && digit <= "6" ? static_cast<unsigned>(digit[0] - '0' + 1) % 7 : 0;
 }
 
@@ -52,9 +45,7 @@ std::string monthTitle(std::chrono::year_month month)
     time.wYear = static_cast<WORD>(static_cast<int>(month.year()));
     time.wMonth = static_cast<WORD>(static_cast<unsigned>(month.month()));
     time.wDay = 1;
-    char text[128] = "";
-    const int length = GetDateFormatA(LOCALE_USER_DEFAULT, DATE_YEARMONTH, &time, nullptr, text, sizeof text);
-    return length > 0 ? std::string(text, static_cast<std::size_t>(length - 1)) : std::string{};
+    return userDateText(DATE_YEARMONTH, time);
 }
 
 } // namespace tessera

@@ -7,6 +7,7 @@
 #include "windowing/Drawing.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace tessera {
 
@@ -15,13 +16,14 @@ namespace {
 constexpr std::chrono::milliseconds kTurn{30};
 
 // Null for a file that is not in the library.
-const Track* findTrack(Commands& commands, const std::string& name)
+const Track* findTrack(Commands& commands, std::u16string_view wideName)
 {
-    if (name.empty() || commands.isBusy())
+    const std::optional<std::string> name = toCodePageExactly(wideName);
+    if (!name || name->empty() || commands.isBusy())
         return nullptr;
     const Tracks& tracks = commands.library().tracks;
     const auto found =
-        std::ranges::find_if(tracks, [&](const auto& entry) { return entry.second->fileName == name; });
+        std::ranges::find_if(tracks, [&](const auto& entry) { return entry.second->fileName == *name; });
     return found == tracks.end() ? nullptr : found->second.get();
 }
 

@@ -138,7 +138,7 @@ PlayingNowList::Entry PlayingNowList::readSelected(HostPlaylist& playlist) const
 {
     const int row = selectedRow();
     HostFilePtr file = row >= 0 ? playlist.file(row) : nullptr;
-    std::string name = file ? file->text(FileText::Filename) : std::string();
+    std::u16string name = file ? file->wideText(FileText::Filename) : std::u16string();
     return {std::move(file), std::move(name)};
 }
 

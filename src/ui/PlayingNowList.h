@@ -26,7 +26,7 @@ public:
     // When it comes to stand for something else, the parent hears of a change as of a selection.
     struct Entry {
         HostFilePtr file;
-        std::string fileName;
+        std::u16string fileName; // as the host has it, which the code page may not
     };
     Entry selectedEntry();
 
@@ -35,8 +35,8 @@ private:
     struct Playlist {
         int count = 0;
         int position = -1;
-        Lines lines;          // of the rows in view
-        std::string selected; // file name of the selected row
+        Lines lines;             // of the rows in view
+        std::u16string selected; // file name of the selected row
     };
 
     void readRows(int first, int last) override;
@@ -54,7 +54,7 @@ private:
     int m_playing = -1;
     bool m_missed = false; // rows were asked for while the host could not be called
     Lines m_lines;
-    std::string m_selected; // file name that the parent knows of
+    std::u16string m_selected; // file name that the parent knows of
 };
 
 } // namespace tessera

@@ -30,6 +30,17 @@ TEST_F(DoubleByteText, TrailBytesAreNotFolded)
     EXPECT_EQ(toUpper("x\x83"), "X\x83"); // a lead byte without a trail byte
 }
 
+// Single bytes come first, even those above the lead bytes; pairs by both bytes, the case aside.
+TEST_F(DoubleByteText, CharactersAreOrderedWhole)
+{
+    const char* const inOrder[] = {"z",        "\xB1",     "\xDF",     "\x82\x60",
+                                   "\x82\x61", "\x83\x41", "\x83\x42", "\x93\xFA"};
+    for (const char* left : inOrder) {
+        for (const char* right : inOrder)
+            EXPECT_EQ(compareNoCase(left, right) < 0, &left - inOrder < &right - inOrder) << left << right;
+    }
+}
+
 TEST_F(DoubleByteText, TrailBytesAreNoBackslashesAndNoDelimiters)
 {
     EXPECT_EQ(findLastBackslash("C:\\\x83\x5C.mp3"), 2u);
@@ -51,5 +62,6 @@ TEST_F(DoubleByteText, ConvertsBothWays)
 {
     EXPECT_EQ(toCodePage(u"\u30BD\u65E5"), "\x83\x5C\x93\xFA");
     EXPECT_EQ(toWide("\x83\x5C\x93\xFA"), u"\u30BD\u65E5");
-    EXPECT_EQ(toCodePage(u"\u00E9"), "?");
+    EXPECT_EQ(toCodePage(u"\u00E9\u0416"), "e\x84\x47"); // a look-alike, and a letter that there is
+    EXPECT_FALSE(toCodePageExactly(u"\u00E9").has_value());
 }

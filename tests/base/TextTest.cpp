@@ -86,9 +86,34 @@ TEST(Text, OnlyWhatIsInTheCodePageComesBackUnchanged)
     EXPECT_EQ(toCodePage(u"\u20AC\u0153\u0178\u00E9\u2019A"), "\x80\x9C\x9F\xE9\x92"
                                                               "A");
     EXPECT_EQ(toWide("\x80\x9C\x9F\xE9\x92"), u"\u20AC\u0153\u0178\u00E9\u2019");
-    // No look-alikes: a name with one would be another file's.
-    EXPECT_EQ(toCodePage(u"\u0101\u2032\uFF21\u65E5"), "????");
-    EXPECT_EQ(toCodePage(u"\xD83D\xDE00."), "??.");
+    EXPECT_EQ(toCodePageExactly(u"\u20ACA"), "\x80"
+                                             "A");
+    // Everything else becomes a look-alike or "?", and so would be another file's name.
+    const struct {
+        std::u16string_view wide;
+        const char* text;
+    } cases[] = {
+        {u"Dvo\u0159\u00E1k", "Dvor\xE1k"},
+        {u"\u0110\u0111\u0130\u0131", "\xD0"
+                                      "dIi"},
+        {u"\u0101\u2032\uFF21\uFF5E\u221E", "a'A~8"},
+        {u"\u0132\u0138\u65E5\u0416", "????"},
+        {u"\u2212\uFF1F\uFF3C", "-?\\"},
+        {u"\xD83D\xDE00.", "??."},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(toCodePage(c.wide), c.text);
+        EXPECT_FALSE(toCodePageExactly(c.wide).has_value()) << c.text;
+    }
+    // "Z" to "z" with marks, each of them: what stands in the code page, a plain letter, or "?".
+    std::u16string latin;
+    for (char16_t unit = 0x100; unit < 0x180; ++unit)
+        latin += unit;
+    EXPECT_EQ(toCodePage(latin),
+              "AaAaAaCcCcCcCcDd\xD0"
+              "dEeEeEeEeEeGgGgGgGgHhHhIiIiIiIiIi??JjKk?LlLlLl?"
+              "?LlNnNnNn???OoOoOo\x8C\x9CRrRrRrSsSsSs\x8A\x9ATtTtTtUuUuUuUuUuUuWwYy\x9FZzZz"
+              "\x8E\x9E?");
     EXPECT_EQ(toCodePage({}), "");
     for (int byte = 1; byte < 256; ++byte) {
         const std::string text(1, static_cast<char>(byte));

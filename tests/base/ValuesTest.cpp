@@ -48,6 +48,11 @@ TEST(Dates, NumbersAndParts)
 TEST(Dates, TheLongDateIsTheUsers)
 {
 #ifdef _WIN32
+    // The month's name has a letter that this code page does not have.
+    if (PRIMARYLANGID(GetUserDefaultLangID()) == LANG_CZECH) {
+        EXPECT_EQ(longDate(20021003), "ctvrtek 3. r\xEDjna 2002");
+        return;
+    }
     const bool german = PRIMARYLANGID(GetUserDefaultLangID()) == LANG_GERMAN;
     if (!german && GetUserDefaultLangID() != MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US))
         GTEST_SKIP() << "needs an English or a German user";
