@@ -35,9 +35,9 @@ TEST_F(DoubleByteText, CharactersAreOrderedWhole)
 {
     const char* const inOrder[] = {"z",        "\xB1",     "\xDF",     "\x82\x60",
                                    "\x82\x61", "\x83\x41", "\x83\x42", "\x93\xFA"};
-    for (const char* left : inOrder) {
-        for (const char* right : inOrder)
-            EXPECT_EQ(compareNoCase(left, right) < 0, &left - inOrder < &right - inOrder) << left << right;
+    for (const char* const& left : inOrder) {
+        for (const char* const& right : inOrder)
+            EXPECT_EQ(compareNoCase(left, right) < 0, &left < &right) << left << right;
     }
 }
 

@@ -97,20 +97,26 @@ TEST_F(Build, GroupsSplitByArtistOnlyWhenTheFirstNumbersAreEqual)
                    track(u"7", u"", u"", 1),
                    track(u"8", u"", u"", 2),
                    track(u"9", u"", u"Alone", 1),
-                   track(u"A", u"(unassigned)", u"Zed", 1)};
+                   track(u"A", u"(unassigned)", u"Zed", 1),
+                   track(u"B", u"Dvo\u0159\u00E1k", u"Pair", 3), // look-alikes of one another: one artist
+                   track(u"C", u"Ada", u"Pair", 3),
+                   track(u"D", u"DVOR\u00C1K", u"Alone too", 1)};
     host.tracks[9].type = u"WAV";
     ASSERT_TRUE(build());
     // Sorting ignores case, cutting does not; the files without an artist get one each.
     EXPECT_EQ(albums(), "(Unassigned) - (Unassigned): 7 8\n"
                         "(Unassigned) - Alone: 9\n"
+                        "DVOR\xC1K - Alone too: D\n"
                         "Ada - Greatest Hits: 4 3\n"
                         "LUMEN - Greatest Hits: 1\n"
                         "LUMEN - Greatest Hits: 2\n"
                         "(Various) - Mixed: 5 6\n"
+                        "Ada - Pair: C\n"
+                        "DVOR\xC1K - Pair: B\n"
                         "(Unassigned) - Zed: A\n");
-    EXPECT_EQ(library().artists.size(), 5u);
-    EXPECT_EQ(library().albums.at(7)->artist->id, 1);
-    EXPECT_TRUE(library().albums.at(6)->has(kAlbumCompilation));
+    EXPECT_EQ(library().artists.size(), 6u);
+    EXPECT_EQ(library().albums.at(10)->artist->id, 1);
+    EXPECT_TRUE(library().albums.at(7)->has(kAlbumCompilation));
     EXPECT_EQ(library().artists.at(1)->hostName, "");
 }
 
@@ -143,12 +149,12 @@ TEST_F(Build, GenreAndYearAreWhatTheTracksAgreeOn)
 TEST_F(Build, NamesOutsideTheCodePageAndMissingFilesAreLeftOut)
 {
     host.tracks = {track(u"1", u"A", u"B", 1), track(u"\x30C6\xD83D\xDE00", u"A", u"B", 2),
-                   track(u"3", u"A", u"B", 3)};
+                   track(u"Dvo\u0159\u00E1k", u"A", u"B", 4), track(u"3", u"A", u"B", 3)};
     host.nullCall = 3; // search, count, first file
     ASSERT_TRUE(build());
     EXPECT_EQ(rig.prompt.text(), "assertion: iterSortTracks->m_pMJFile != 0 Database 241");
-    EXPECT_EQ(rig.log.lines[1], "    Entries in MJ database - 3");
-    EXPECT_EQ(rig.log.lines[3], "    Files left out - 1 (names outside the system code page)");
+    EXPECT_EQ(rig.log.lines[1], "    Entries in MJ database - 4");
+    EXPECT_EQ(rig.log.lines[3], "    Files left out - 2 (names outside the system code page)");
     EXPECT_EQ(albums(), "A - B: 3\n");
 }
 
