@@ -31,6 +31,7 @@ protected:
     bool dispatch(const DispatchCall& call, WORD kinds, Variant& result) override
     {
         const int number = ++m_script->calls;
+        m_script->member = static_cast<int>(call.id());
         if (m_script->onCall) {
             m_script->onCall(number);
         }
@@ -193,6 +194,13 @@ private:
 class FakeHostObject final : public Scripted<FakeHostObject> {
 public:
     using Scripted::Scripted;
+    STDMETHODIMP QueryInterface(REFIID id, void** object) override
+    {
+        if (m_script->onQuery) {
+            m_script->onQuery();
+        }
+        return Scripted::QueryInterface(id, object);
+    }
     static std::span<const DispatchEntry<FakeHostObject>> members()
     {
         static const std::array<DispatchEntry<FakeHostObject>, 7> kMembers{{

@@ -25,6 +25,7 @@ struct HostScript {
     int failAt = 0;                              // the call with this number is refused; 0: none
     int nullAt = 0;                              // the call with this number answers nothing
     std::function<void(int)> onCall;             // on the caller's thread, before the call is answered
+    std::function<void()> onQuery;               // the host object is asked for an interface
     std::int32_t skinned = 0;                    // answer to the skin query
     std::function<void(HWND)> onSkin;            // a window is to be skinned
     std::map<std::string, std::int32_t> colours; // "Section/Key"
@@ -32,8 +33,8 @@ struct HostScript {
     bool knowsFiles = true;
     bool givesPlayback = true;
     bool givesPlaylist = true;
-
     std::atomic<int> calls{0};
+    std::atomic<int> member{0};        // of the call that came last
     std::atomic<int> live{0};          // objects that are still held by somebody
     std::atomic<int> strayReleases{0}; // file objects that died on another thread than their maker's
     DWORD uiThread = GetCurrentThreadId();

@@ -41,12 +41,11 @@ bool TestContainer::host(const ComPtr<IDispatch>& control)
 
 void TestContainer::drop()
 {
-    if (m_object) {
-        m_object->Close(OLECLOSE_NOSAVE);
-        m_object->SetClientSite(nullptr);
+    if (const ComPtr<IOleObject> object = std::move(m_object)) {
+        object->Close(OLECLOSE_NOSAVE);
+        object->SetClientSite(nullptr);
     }
     activeObject.reset();
-    m_object.reset();
 }
 
 HWND TestContainer::controlWindow() const
@@ -66,10 +65,23 @@ void TestContainer::resize(int width, int height)
     }
 }
 
+Handled TestContainer::route(const Message& message)
+{
+    if (message.id == WM_DESTROY && quitsWithFrame) {
+        PostQuitMessage(0);
+    }
+    return kDefault;
+}
+
 void TestContainer::handleOne(MSG& message)
 {
+    if (message.message == WM_QUIT) {
+        quit = true;
+        return;
+    }
     const bool isKey = message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST;
-    if (isKey && activeObject && activeObject->TranslateAccelerator(&message) == S_OK) {
+    const ComPtr<IOleInPlaceActiveObject> active = activeObject;
+    if (isKey && active && active->TranslateAccelerator(&message) == S_OK) {
         return;
     }
     if (isContainerKey(message)) {
@@ -124,19 +136,21 @@ STDMETHODIMP TestContainer::QueryInterface(REFIID id, void** object)
 
 STDMETHODIMP TestContainer::GetWindow(HWND* window)
 {
+    called("GetWindow");
     *window = handle();
-    return S_OK;
+    return handle() ? S_OK : E_FAIL;
 }
 
 STDMETHODIMP TestContainer::OnUIActivate()
 {
     ++uiActivations;
-    return S_OK;
+    return called("OnUIActivate");
 }
 
 STDMETHODIMP TestContainer::GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** document,
                                              LPRECT place, LPRECT clip, LPOLEINPLACEFRAMEINFO info)
 {
+    called("GetWindowContext");
     *frame = ComPtr<IOleInPlaceFrame>(this).detach();
     *document = nullptr;
     *place = clientRect();
@@ -151,7 +165,7 @@ STDMETHODIMP TestContainer::GetWindowContext(IOleInPlaceFrame** frame, IOleInPla
 STDMETHODIMP TestContainer::SetActiveObject(IOleInPlaceActiveObject* object, LPCOLESTR)
 {
     activeObject = ComPtr<IOleInPlaceActiveObject>(object);
-    return S_OK;
+    return called("SetActiveObject");
 }
 
 STDMETHODIMP TestContainer::TranslateAccelerator(MSG* message, DWORD)

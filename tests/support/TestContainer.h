@@ -36,6 +36,9 @@ public:
     int eaten = 0;       // keys that the container's accelerators took
     int tabsOffered = 0; // Tab keys that the control gave back at its ends
     int uiActivations = 0;
+    bool quit = false;                            // the loop has met the quit message
+    bool quitsWithFrame = false;                  // its end posts the quit message
+    std::function<void(const char*)> onCall = {}; // the control calls; its frame may go inside
     ComPtr<IOleInPlaceActiveObject> activeObject;
 
     // IUnknown; lives on the stack of a test
@@ -48,27 +51,27 @@ public:
     STDMETHODIMP SaveObject() override { return E_NOTIMPL; }
     STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker**) override { return E_NOTIMPL; }
     STDMETHODIMP GetContainer(IOleContainer**) override { return E_NOINTERFACE; }
-    STDMETHODIMP ShowObject() override { return S_OK; }
+    STDMETHODIMP ShowObject() override { return called("ShowObject"); }
     STDMETHODIMP OnShowWindow(BOOL) override { return S_OK; }
     STDMETHODIMP RequestNewObjectLayout() override { return E_NOTIMPL; }
 
     // IOleInPlaceSite and IOleInPlaceFrame
     STDMETHODIMP GetWindow(HWND* window) override;
     STDMETHODIMP ContextSensitiveHelp(BOOL) override { return E_NOTIMPL; }
-    STDMETHODIMP CanInPlaceActivate() override { return S_OK; }
-    STDMETHODIMP OnInPlaceActivate() override { return S_OK; }
+    STDMETHODIMP CanInPlaceActivate() override { return called("CanInPlaceActivate"); }
+    STDMETHODIMP OnInPlaceActivate() override { return called("OnInPlaceActivate"); }
     STDMETHODIMP OnUIActivate() override;
     STDMETHODIMP GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** document, LPRECT place,
                                   LPRECT clip, LPOLEINPLACEFRAMEINFO info) override;
     STDMETHODIMP Scroll(SIZE) override { return E_NOTIMPL; }
-    STDMETHODIMP OnUIDeactivate(BOOL) override { return S_OK; }
-    STDMETHODIMP OnInPlaceDeactivate() override { return S_OK; }
+    STDMETHODIMP OnUIDeactivate(BOOL) override { return called("OnUIDeactivate"); }
+    STDMETHODIMP OnInPlaceDeactivate() override { return called("OnInPlaceDeactivate"); }
     STDMETHODIMP DiscardUndoState() override { return E_NOTIMPL; }
     STDMETHODIMP DeactivateAndUndo() override { return E_NOTIMPL; }
     STDMETHODIMP OnPosRectChange(LPCRECT) override { return S_OK; }
     STDMETHODIMP GetBorder(LPRECT) override { return E_NOTIMPL; }
     STDMETHODIMP RequestBorderSpace(LPCBORDERWIDTHS) override { return E_NOTIMPL; }
-    STDMETHODIMP SetBorderSpace(LPCBORDERWIDTHS) override { return S_OK; }
+    STDMETHODIMP SetBorderSpace(LPCBORDERWIDTHS) override { return called("SetBorderSpace"); }
     STDMETHODIMP SetActiveObject(IOleInPlaceActiveObject* object, LPCOLESTR) override;
     STDMETHODIMP InsertMenus(HMENU, LPOLEMENUGROUPWIDTHS) override { return E_NOTIMPL; }
     STDMETHODIMP SetMenu(HMENU, HOLEMENU, HWND) override { return E_NOTIMPL; }
@@ -83,12 +86,20 @@ public:
     STDMETHODIMP GetExtendedControl(IDispatch**) override { return E_NOTIMPL; }
     STDMETHODIMP TransformCoords(POINTL*, POINTF*, DWORD) override { return E_NOTIMPL; }
     STDMETHODIMP TranslateAccelerator(MSG* message, DWORD modifiers) override;
-    STDMETHODIMP OnFocus(BOOL) override { return S_OK; }
+    STDMETHODIMP OnFocus(BOOL) override { return called("OnFocus"); }
     STDMETHODIMP ShowPropertyFrame() override { return E_NOTIMPL; }
 
 private:
     WindowClass windowClass() const override { return {.name = "TestContainer"}; }
+    Handled route(const Message& message) override;
     void handleOne(MSG& message);
+    HRESULT called(const char* name) const
+    {
+        if (onCall) {
+            onCall(name);
+        }
+        return S_OK;
+    }
 
     ULONG m_references = 1;
     ComPtr<IOleObject> m_object;
