@@ -74,17 +74,23 @@ void Artwork::resetImageLists(bool rebuild)
     createLists();
     const std::vector<CoverListener*> listeners = m_listeners;
     for (CoverListener* const listener : listeners) {
-        listener->imageListsRebuilt();
+        if (std::ranges::count(m_listeners, listener) > 0) { // an earlier one may have ended it all
+            listener->imageListsRebuilt();
+        }
     }
 }
 
 // The old lists go first: there may be no room for both.
 void Artwork::createLists()
 {
+    auto grounds = std::make_shared<const CoverGrounds>(makeGrounds()); // asks the host
+    if (m_parts.terminating) {
+        return;
+    }
     forgetIndices();
     m_lists.destroy();
     m_slots = SlotTable();
-    m_grounds = std::make_shared<const CoverGrounds>(makeGrounds());
+    m_grounds = std::move(grounds);
     if (!m_lists.create(*m_grounds, 1 + picturedAlbums())) {
         assertionFailed("m_imlArtworkLarge.GetSafeHandle()", kUnit, __LINE__);
         return;

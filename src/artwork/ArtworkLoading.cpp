@@ -324,7 +324,9 @@ void Artwork::tell(const std::vector<Album*>& arrived)
     }
     const std::vector<CoverListener*> listeners = m_listeners;
     for (CoverListener* const listener : listeners) {
-        listener->coversArrived(arrived);
+        if (std::ranges::count(m_listeners, listener) > 0) {
+            listener->coversArrived(arrived);
+        }
     }
 }
 

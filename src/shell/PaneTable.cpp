@@ -33,15 +33,15 @@ void PaneTable::hideCurrent()
 
 void PaneTable::show(int id)
 {
-    for (const auto& [paneId, pane] : m_panes) {
-        if (paneId == paneId::kMain) {
-            continue;
+    forEach([&](Pane& pane) {
+        if (pane.id() == paneId::kMain) {
+            return;
         }
-        if (paneId == id) {
-            m_current = pane.get();
+        if (pane.id() == id) {
+            m_current = &pane;
         }
-        SendMessageA(pane->window(), kActivateMessage, paneId == id ? 1 : 0, 0);
-    }
+        SendMessageA(pane.window(), kActivateMessage, pane.id() == id ? 1 : 0, 0);
+    });
 }
 
 void PaneTable::layout(HWND control, SIZE size, int bandHeight)
@@ -54,12 +54,12 @@ void PaneTable::layout(HWND control, SIZE size, int bandHeight)
     GetClientRect(mainPane, &band);
     MoveWindow(mainPane, 0, 0, band.right, bandHeight, TRUE);
     const RedrawOff off(control);
-    for (const auto& [id, pane] : m_panes) {
-        const bool isMain = id == paneId::kMain;
+    forEach([&](const Pane& pane) {
+        const bool isMain = pane.id() == paneId::kMain;
         const int top = isMain ? 0 : bandHeight;
         const int height = isMain ? bandHeight : static_cast<int>(size.cy) - bandHeight;
-        SetWindowPos(pane->window(), nullptr, 0, top, size.cx, height, SWP_NOZORDER | SWP_NOACTIVATE);
-    }
+        SetWindowPos(pane.window(), nullptr, 0, top, size.cx, height, SWP_NOZORDER | SWP_NOACTIVATE);
+    });
 }
 
 void PaneTable::destroyWindows()

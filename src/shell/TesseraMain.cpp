@@ -238,7 +238,12 @@ void TesseraMain::terminate()
     endStep([this] { m_database.saveUnsaved(m_settings.database.lastUsed, systemFiles(), m_prompt); });
     endStep([this] { m_fonts.destroy(); });
     endStep([this] { m_panes.destroyWindows(); });
-    endStep([this] { freeLibrary(); });
+    endStep([this] { m_artwork.closeLibrary(); });
+    endStep([this] {
+        if (unwound()) { // else what is below on the stack may still read the records
+            freeLibrary();
+        }
+    });
     endStep([this] { m_artwork.release(); });
     endStep([this] { m_host.release(); });
     endStep([this] { m_smallIcons.reset(); });

@@ -163,8 +163,10 @@ void TesseraMain::selectPane(int id)
     }
 }
 
+// The panes ask the host as they show; each stays alive without its window.
 void TesseraMain::showPane(int id)
 {
+    const std::shared_ptr<TesseraMain> alive = shared_from_this();
     m_panes.hideCurrent();
     m_paneMain->showCurrentPane(id);
     m_panes.show(id);
@@ -181,6 +183,7 @@ void TesseraMain::setCurrentView(ListStyle style)
 
 void TesseraMain::imageSizeChosen(int index)
 {
+    const std::shared_ptr<TesseraMain> alive = shared_from_this();
     if (maySelect()) {
         m_settings.artwork.imageSizeIndex = index;
         m_artwork.resetImageLists(true); // which tells the panes
@@ -217,6 +220,9 @@ void TesseraMain::followColours()
         EnumChildWindows(m_hwndOwner, tellColours, 0);
     }
     m_panes.forEach([](Pane& pane) { pane.settingsChanged(); });
+    if (m_terminating) {
+        return;
+    }
     m_artwork.resetImageLists(true);
     RedrawWindow(m_hwndOwner, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
     startLoadingCovers();
@@ -224,6 +230,7 @@ void TesseraMain::followColours()
 
 void TesseraMain::trackCursor(POINT screen, bool moved)
 {
+    const std::shared_ptr<TesseraMain> alive = shared_from_this();
     if (maySelect()) {
         followColours();
     }

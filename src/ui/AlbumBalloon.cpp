@@ -140,6 +140,8 @@ bool AlbumBalloon::createAlbumBalloon(HWND list, const BalloonTarget& target, PO
         BalloonWindow::bodyLinesFor(list, target.item, anchor, static_cast<int>(textLines(title).size()));
     const auto tracks = tracksInOrder(*target.album, m_commands.general().sortTracksByLocation);
     const std::string body = balloonBody(tracks, settings.trackTokens, parser, lines);
+    if (!IsWindow(list)) // gone inside a call of the host
+        return false;
     const IconHandle icon = albumIcon(*target.album);
     return m_window.createBalloon(list, title, body, target.item, anchor, kOptions, icon.get(), kTimeOut);
 }
