@@ -34,13 +34,44 @@ HWND comWindow()
     return window;
 }
 
-void answerCalls()
+// The quit message comes whatever window is asked for once nothing else is posted, and would be
+// gone with the wait: it is posted again behind it.
+class QuitKeeper {
+public:
+    QuitKeeper() = default;
+    ~QuitKeeper()
+    {
+        if (m_met) {
+            PostQuitMessage(m_code);
+        }
+    }
+    QuitKeeper(const QuitKeeper&) = delete;
+    QuitKeeper& operator=(const QuitKeeper&) = delete;
+
+    bool keep(const MSG& message)
+    {
+        if (message.message != WM_QUIT) {
+            return false;
+        }
+        m_met = true;
+        m_code = static_cast<int>(message.wParam);
+        return true;
+    }
+
+private:
+    bool m_met = false;
+    int m_code = 0;
+};
+
+void answerCalls(QuitKeeper& quit)
 {
     MSG message; // looking at the queue is what delivers sent messages
     PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
     const HWND window = comWindow();
     while (window && PeekMessageA(&message, window, 0, 0, PM_REMOVE)) {
-        DispatchMessageA(&message);
+        if (!quit.keep(message)) {
+            DispatchMessageA(&message);
+        }
     }
 }
 
@@ -49,7 +80,8 @@ void answerCalls()
 bool waitAnsweringSentMessages(HANDLE handle, DWORD milliseconds)
 {
     const DWORD start = GetTickCount();
-    answerCalls(); // what came before the wait wakes nobody
+    QuitKeeper quit;
+    answerCalls(quit); // what came before the wait wakes nobody
     for (;;) {
         const DWORD passed = GetTickCount() - start;
         const DWORD left =
@@ -59,7 +91,7 @@ bool waitAnsweringSentMessages(HANDLE handle, DWORD milliseconds)
         if (answer != WAIT_OBJECT_0 + 1) {
             return answer == WAIT_OBJECT_0;
         }
-        answerCalls();
+        answerCalls(quit);
     }
 }
 
