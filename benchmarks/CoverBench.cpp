@@ -90,22 +90,6 @@ CoverGrounds groundsOf(SIZE large)
     return grounds;
 }
 
-// The check that a build makes of each cover, against what drawing does anyway.
-void validationRow(const std::string& picture)
-{
-    constexpr int kCovers = 50;
-    const auto timed = [&](auto step) {
-        const Clock::time_point start = Clock::now();
-        for (int i = 0; i < kCovers; ++i)
-            require(step(picture), "the picture cannot be read");
-        return millisecondsSince(start) / kCovers;
-    };
-    const Best best = bestOf(
-        1, [&] { return timed(isPictureFile); },
-        [&] { return timed([](const std::string& path) { return readCoverFile(path).has_value(); }); });
-    report({"validation of a cover, 500 x 500 JPEG", best.work, "ms", best.bare, 1.2});
-}
-
 void loaderRow(const std::string& picture)
 {
     constexpr int kCovers = 100;
@@ -177,7 +161,7 @@ void memoryRows()
 
 } // namespace
 
-// bench_covers [FOLDER [PART]]: all parts, or one of validation, loader, scale and memory.
+// bench_covers [FOLDER [PART]]: all parts, or one of loader, scale and memory.
 int main(int count, char** arguments)
 {
     const ComInit com;
@@ -191,9 +175,6 @@ int main(int count, char** arguments)
     writeJpeg(small, 60);
     if (wanted("memory")) {
         memoryRows();
-    }
-    if (wanted("validation")) {
-        validationRow(cover);
     }
     if (wanted("loader")) {
         loaderRow(cover);

@@ -6,6 +6,7 @@
 #include "windowing/Drawing.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <new>
 
@@ -34,13 +35,47 @@ BITMAPINFO topDown(PictureSize size)
 
 bool isReasonable(PictureSize size)
 {
-    return size.width > 0 && size.height > 0 && std::max(size.width, size.height) <= kLongestPictureSide &&
+    return std::min(size.width, size.height) > 0 &&
+           std::max(size.width, size.height) <= kLongestPictureSide &&
            std::int64_t{size.width} * size.height <= kMostPicturePixels;
 }
 
-// The imaging component, for what the picture loader of Windows does not know: PNG, JPEG in inks, icons with
-// a PNG inside, younger headers of bitmaps.
-ComPtr<IWICBitmapSource> openByImaging(ByteView bytes)
+PictureSize frameSize(IWICBitmapSource& frame)
+{
+    UINT width = 0;
+    UINT height = 0;
+    checkResult(frame.GetSize(&width, &height));
+    const PictureSize size{static_cast<std::int32_t>(width), static_cast<std::int32_t>(height)};
+    if (!isReasonable(size)) {
+        throw HostError(E_INVALIDARG);
+    }
+    return size;
+}
+
+// An icon's largest image; other kinds are shown by their first one.
+ComPtr<IWICBitmapFrameDecode> chooseFrame(IWICBitmapDecoder& decoder, PictureKind kind)
+{
+    UINT count = 1;
+    if (kind == PictureKind::Icon) {
+        checkResult(decoder.GetFrameCount(&count));
+    }
+    ComPtr<IWICBitmapFrameDecode> chosen;
+    std::int32_t width = 0;
+    for (UINT i = 0; i < count; ++i) {
+        ComPtr<IWICBitmapFrameDecode> frame;
+        checkResult(decoder.GetFrame(i, frame.put()));
+        if (const PictureSize size = frameSize(*frame); size.width > width) {
+            width = size.width;
+            chosen = std::move(frame);
+        }
+    }
+    if (!chosen) {
+        throw HostError(E_INVALIDARG);
+    }
+    return chosen;
+}
+
+Picture decodeByImaging(PictureKind kind, ByteView bytes)
 {
     ComPtr<IWICImagingFactory> factory;
     checkResult(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER,
@@ -52,32 +87,18 @@ ComPtr<IWICBitmapSource> openByImaging(ByteView bytes)
     ComPtr<IWICBitmapDecoder> decoder;
     checkResult(factory->CreateDecoderFromStream(stream.get(), nullptr, WICDecodeMetadataCacheOnDemand,
                                                  decoder.put()));
-    ComPtr<IWICBitmapFrameDecode> frame;
-    checkResult(decoder->GetFrame(0, frame.put()));
+    const ComPtr<IWICBitmapFrameDecode> frame = chooseFrame(*decoder, kind);
     ComPtr<IWICFormatConverter> converter;
     checkResult(factory->CreateFormatConverter(converter.put()));
     checkResult(converter->Initialize(frame.get(), GUID_WICPixelFormat32bppBGRA, WICBitmapDitherTypeNone,
                                       nullptr, 0.0, WICBitmapPaletteTypeCustom));
-    return converter.query<IWICBitmapSource>();
-}
-
-Picture decodeByImaging(ByteView bytes)
-{
-    const ComPtr<IWICBitmapSource> source = openByImaging(bytes);
-    UINT width = 0;
-    UINT height = 0;
-    checkResult(source->GetSize(&width, &height));
-    const PictureSize size{static_cast<std::int32_t>(width), static_cast<std::int32_t>(height)};
-    if (!isReasonable(size)) {
-        throw HostError(E_INVALIDARG);
-    }
+    const PictureSize size = frameSize(*converter);
     Picture picture{size.width, size.height, std::vector<std::uint8_t>(byteCount(size))};
-    checkResult(source->CopyPixels(nullptr, width * 4, static_cast<UINT>(picture.pixels.size()),
-                                   picture.pixels.data()));
+    checkResult(converter->CopyPixels(nullptr, static_cast<UINT>(size.width) * 4,
+                                      static_cast<UINT>(picture.pixels.size()), picture.pixels.data()));
     return picture;
 }
 
-// The system's picture loader, for everything else.
 ComPtr<IPicture> loadPicture(ByteView bytes)
 {
     MemoryBlock block = MemoryBlock::copyOf(bytes);
@@ -206,7 +227,7 @@ Picture iconPixels(IPicture& picture)
     });
 }
 
-Picture decodeByLoader(ByteView bytes)
+Picture decodeByLoader(PictureKind, ByteView bytes)
 {
     const ComPtr<IPicture> picture = loadPicture(bytes);
     SHORT type = PICTYPE_NONE;
@@ -232,45 +253,35 @@ std::optional<PictureKind> decodableKind(ByteView bytes)
     return header->kind;
 }
 
-// Runs a decoder; whatever it throws means that there is no picture.
-template <class Result, class Work>
-Result orNothing(Work&& work)
-{
-    try {
-        return work();
-    } catch (const HostError&) {
-        return Result();
-    } catch (const std::bad_alloc&) {
-        return Result();
-    }
-}
+using DecoderFunction = Picture (*)(PictureKind, ByteView);
 
-// Takes the first way that leads to a picture.
-template <class Result, class First, class Second>
-Result eitherWay(First&& first, Second&& second)
+// The loader knows no PNG on Windows and takes any image of an icon; some JPEGs and bitmaps are too
+// new for it.
+std::array<DecoderFunction, 2> decodersFor(PictureKind kind)
 {
-    try {
-        return first();
-    } catch (const HostError&) {
-        return second();
+    if (kind == PictureKind::Png || kind == PictureKind::Icon) {
+        return {decodeByImaging, decodeByLoader};
     }
+    return {decodeByLoader, decodeByImaging};
 }
 
 } // namespace
 
 std::optional<Picture> decodePicture(ByteView bytes)
 {
-    return orNothing<std::optional<Picture>>([&]() -> std::optional<Picture> {
-        const std::optional<PictureKind> kind = decodableKind(bytes);
-        if (!kind) {
-            return std::nullopt;
+    const std::optional<PictureKind> kind = decodableKind(bytes);
+    if (!kind) {
+        return std::nullopt;
+    }
+    for (const DecoderFunction decode : decodersFor(*kind)) {
+        try {
+            return decode(*kind, bytes);
+        } catch (const HostError&) {
+        } catch (const std::bad_alloc&) {
+            break;
         }
-        if (*kind == PictureKind::Png) {
-            return decodeByImaging(bytes);
-        }
-        return eitherWay<Picture>([&] { return decodeByLoader(bytes); },
-                                  [&] { return decodeByImaging(bytes); });
-    });
+    }
+    return std::nullopt;
 }
 
 std::vector<std::uint8_t> readPictureFile(const std::string& path)
@@ -280,27 +291,6 @@ std::vector<std::uint8_t> readPictureFile(const std::string& path)
         return {};
     }
     return systemFiles().readAll(path).value_or(std::vector<std::uint8_t>());
-}
-
-bool isPicture(ByteView bytes)
-{
-    return orNothing<bool>([&] {
-        const std::optional<PictureKind> kind = decodableKind(bytes);
-        if (!kind) {
-            return false;
-        }
-        const auto byImaging = [&] { return !decodeByImaging(bytes).pixels.empty(); };
-        if (*kind == PictureKind::Png) {
-            return byImaging();
-        }
-        return eitherWay<bool>([&] { return static_cast<bool>(loadPicture(bytes)); },
-                               byImaging); // decodes all of it
-    });
-}
-
-bool isPictureFile(const std::string& path)
-{
-    return isPicture(readPictureFile(path));
 }
 
 } // namespace tessera

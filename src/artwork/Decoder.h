@@ -20,14 +20,11 @@ inline constexpr std::int64_t kMostPicturePixels = 40'000'000;
 inline constexpr std::int32_t kLongestPictureSide = 65535;
 inline constexpr std::uint64_t kMostPictureBytes = 64ULL * 1024 * 1024;
 
-// PNG through the imaging component, the other kinds through the system's picture loader, and what that
-// refuses through the imaging component, too. None when it is no picture, above the limits, cut off or
-// damaged. The thread has initialised COM.
+// By the system's picture loader or its imaging component: what one refuses the other may take. An icon is
+// its largest image. None when it is no picture, above the limits, cut off or damaged, or memory is short.
+// The thread has initialised COM.
 std::optional<Picture> decodePicture(ByteView bytes);
 // Empty when there is no such file, or a larger one than is shown.
 std::vector<std::uint8_t> readPictureFile(const std::string& path);
-// Decodes and forgets.
-bool isPicture(ByteView bytes);
-bool isPictureFile(const std::string& path);
 
 } // namespace tessera

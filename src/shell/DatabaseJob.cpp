@@ -1,6 +1,6 @@
 #include "shell/DatabaseJob.h"
 
-#include "artwork/Decoder.h"
+#include "artwork/CoverSource.h"
 #include "artwork/Locator.h"
 #include "base/Errors.h"
 #include "library/LogSection.h"
@@ -74,7 +74,8 @@ bool DatabaseJob::loadFile(JobContext& context)
 
 std::int32_t DatabaseJob::locateArtwork(Library& library, JobContext& context) const
 {
-    return locateAllArtwork(library, m_parts.tokens, m_settings.artworkDirectories, isPictureFile, context);
+    const auto isPicture = [](const std::string& path) { return readCoverFile(path).has_value(); };
+    return locateAllArtwork(library, m_parts.tokens, m_settings.artworkDirectories, isPicture, context);
 }
 
 // A request owns the job, and with it the log, for the time that nobody waits for it any more.

@@ -1,8 +1,9 @@
-#include "artwork/Decoder.h"
+#include "artwork/CoverSource.h"
 #include "base/Files.h"
 #include "system/Com.h"
 #include "system/Module.h"
 
+#include "support/ReplacedImport.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +11,9 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <olectl.h>
+
+extern decltype(&OleLoadPicture) g_loader __asm__("__imp__OleLoadPicture@20");
 
 using namespace tessera;
 
@@ -23,16 +27,23 @@ constexpr Pixel kBlue{0x10, 0x30, 0xD0, 255};
 constexpr Pixel kHalfBlue{0x10, 0x30, 0xD0, 128};
 constexpr Pixel kNothing{-1, -1, -1, 0}; // whatever colour
 
+// Some systems refuse what others take.
+HRESULT WINAPI refuse(IStream*, LONG, BOOL, REFIID, void**)
+{
+    return CTL_E_INVALIDPICTURE;
+}
+
+std::string path(const std::string& name)
+{
+    std::string folder = "Z:" TESSERA_TEST_DATA "\\pictures\\"; // the build machine's root
+    for (char& c : folder)
+        c = c == '/' ? '\\' : c;
+    return folder + name;
+}
+
 // Runs the decoder as its callers do: on a thread with COM.
 class Decoder : public testing::Test {
 protected:
-    static std::string path(const std::string& name)
-    {
-        std::string folder = "Z:" TESSERA_TEST_DATA "\\pictures\\"; // the build machine's root
-        for (char& c : folder)
-            c = c == '/' ? '\\' : c;
-        return folder + name;
-    }
     static Bytes bytes(const std::string& name) { return systemFiles().readAll(path(name)).value(); }
 
     ComInit com;
@@ -84,13 +95,11 @@ constexpr Sample kSamples[] = {
     {"transparent.ico", kRed, kNothing, 0, 32, 32},
 };
 
-} // namespace
-
-TEST_F(Decoder, EveryKindGivesItsPixels)
+void expectSamples()
 {
     for (const Sample& sample : kSamples) {
         SCOPED_TRACE(sample.name);
-        const std::optional<Picture> picture = decodePicture(bytes(sample.name));
+        const std::optional<Picture> picture = readCoverFile(path(sample.name));
         ASSERT_TRUE(picture);
         ASSERT_EQ(picture->width, sample.width);
         ASSERT_EQ(picture->height, sample.height);
@@ -99,7 +108,64 @@ TEST_F(Decoder, EveryKindGivesItsPixels)
             expectPixel(pixelAt(*picture, 2, y), sample.left, sample.tolerance);
             expectPixel(pixelAt(*picture, sample.width - 3, y), sample.right, sample.tolerance);
         }
-        EXPECT_TRUE(isPictureFile(path(sample.name)));
+    }
+}
+
+// An image of one colour, as icons have it: its mask, which hides nothing, is below it.
+Bytes iconImage(std::uint8_t side, const Pixel& pixel)
+{
+    Bytes image{40, 0, 0, 0, side, 0, 0, 0, static_cast<std::uint8_t>(side * 2), 0, 0, 0, 1, 0, 32, 0};
+    image.resize(40);
+    for (int i = 0; i < side * side; ++i)
+        for (const int channel : {2, 1, 0, 3})
+            image.push_back(static_cast<std::uint8_t>(pixel[channel]));
+    image.resize(image.size() + side * 4u);
+    return image;
+}
+
+Bytes iconOf(const std::vector<Bytes>& images)
+{
+    Bytes icon{0, 0, 1, 0, static_cast<std::uint8_t>(images.size()), 0};
+    const auto put32 = [&icon](std::size_t value) {
+        for (int shift = 0; shift < 32; shift += 8)
+            icon.push_back(static_cast<std::uint8_t>(value >> shift));
+    };
+    std::size_t offset = 6 + 16 * images.size();
+    for (const Bytes& image : images) {
+        icon.insert(icon.end(), {image[4], image[4], 0, 0, 1, 0, 32, 0});
+        put32(image.size());
+        put32(offset);
+        offset += image.size();
+    }
+    for (const Bytes& image : images)
+        icon.insert(icon.end(), image.begin(), image.end());
+    return icon;
+}
+
+} // namespace
+
+TEST_F(Decoder, EveryKindGivesItsPixels)
+{
+    expectSamples();
+}
+
+TEST_F(Decoder, WhatTheLoaderRefusesTheImagingComponentTakes)
+{
+    const test::ReplacedImport refusing(g_loader, &refuse);
+    expectSamples();
+}
+
+TEST_F(Decoder, AnIconIsItsLargestImage)
+{
+    const Bytes small = iconImage(16, kRed);
+    const Bytes large = iconImage(48, kBlue);
+    for (const Bytes& icon : {iconOf({small, large}), iconOf({large, small})}) {
+        const std::optional<Picture> picture = decodePicture(icon);
+        ASSERT_TRUE(picture);
+        ASSERT_EQ(picture->width, 48);
+        expectPixel(pixelAt(*picture, 24, 24), kBlue, 0);
+        for (std::size_t cut = 1; cut < 100; cut += 7)
+            EXPECT_FALSE(decodePicture({icon.data(), icon.size() - cut})) << cut;
     }
 }
 
@@ -128,7 +194,6 @@ TEST_F(Decoder, WhatIsCutOffIsNoPicture)
         for (const std::size_t length : {std::size_t{0}, std::size_t{4}, std::size_t{30}, whole.size() / 2,
                                          whole.size() * 9 / 10, whole.size() - 2}) {
             EXPECT_FALSE(decodePicture({whole.data(), length})) << length;
-            EXPECT_FALSE(isPicture({whole.data(), length})) << length;
         }
     }
 }
@@ -155,7 +220,6 @@ TEST_F(Decoder, DamagedPixelsAreNoPicture)
     for (std::size_t i = png.size() / 2; i < png.size() - 20; ++i)
         png[i] = 0xA5;
     EXPECT_FALSE(decodePicture(png));
-    EXPECT_FALSE(isPicture(png));
 }
 
 TEST_F(Decoder, HugePicturesNeverReachADecoder)
@@ -166,7 +230,7 @@ TEST_F(Decoder, HugePicturesNeverReachADecoder)
     const auto frame = std::search(jpeg.begin(), jpeg.end(), std::begin(kFrame), std::end(kFrame));
     ASSERT_NE(frame, jpeg.end());
     Bytes bmp = bytes("rgb.bmp");
-    for (const int side : {6400, 12000, 30000}) { // 40 megapixels are the limit
+    for (const int side : {6500, 30000}) {
         const auto high = static_cast<std::uint8_t>(side >> 8);
         const auto low = static_cast<std::uint8_t>(side);
         png[18] = png[22] = high;
@@ -179,25 +243,33 @@ TEST_F(Decoder, HugePicturesNeverReachADecoder)
         for (const Bytes& picture : {png, jpeg, bmp}) {
             ASSERT_EQ(pictureHeader(picture)->size.width, side);
             EXPECT_FALSE(decodePicture(picture));
-            EXPECT_FALSE(isPicture(picture));
         }
         EXPECT_LT(GetTickCount() - start, 1000u); // a decoder would need many seconds
     }
-    const std::uint8_t kLong[] = {0, 1, 0x11, 0x70, 0, 0, 0, 24}; // 70,000 by 24: few pixels, one side absurd
-    std::ranges::copy(kLong, png.begin() + 16);
-    ASSERT_EQ(pictureHeader(png)->size.width, 70000);
-    EXPECT_FALSE(decodePicture(png));
-    EXPECT_FALSE(isPicture(png));
 }
 
 TEST_F(Decoder, FilesThatAreNone)
 {
     const TemporaryFolder folder("decoder");
-    EXPECT_FALSE(isPictureFile(folder.path())); // a folder
-    EXPECT_FALSE(isPictureFile(folder.file("missing.jpg")));
-    EXPECT_FALSE(isPictureFile(""));
+    EXPECT_FALSE(readCoverFile(folder.path())); // a folder
+    EXPECT_FALSE(readCoverFile(folder.file("missing.jpg")));
+    EXPECT_FALSE(readCoverFile(""));
     systemFiles().create(folder.file("empty.jpg"))->flush();
-    EXPECT_FALSE(isPictureFile(folder.file("empty.jpg")));
+    EXPECT_FALSE(readCoverFile(folder.file("empty.jpg")));
     systemFiles().create(folder.file("text.jpg"))->write(Bytes(500, 'x'));
-    EXPECT_FALSE(isPictureFile(folder.file("text.jpg")));
+    EXPECT_FALSE(readCoverFile(folder.file("text.jpg")));
+}
+
+// Few pixels, but one side absurd; and a picture with much behind it.
+TEST_F(Decoder, LimitsHoldForSidesAndBytes)
+{
+    Bytes png = bytes("rgb.png");
+    png[17] = 1; // 65,576 pixels wide
+    EXPECT_EQ(pictureHeader(png)->size.width, 65576);
+    EXPECT_FALSE(decodePicture(png));
+    Bytes large = bytes("rgb.png");
+    large.resize(static_cast<std::size_t>(kMostPictureBytes));
+    EXPECT_TRUE(decodePicture(large));
+    large.push_back(0);
+    EXPECT_FALSE(decodePicture(large));
 }

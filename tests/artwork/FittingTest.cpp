@@ -82,18 +82,6 @@ TEST(Fitting, PlainPicturesStayPlainAtEverySize)
     }
 }
 
-TEST(Fitting, ShrinkingAverages)
-{
-    Picture stripes = plain(400, 400, {0, 0, 0, 255}); // every other column white
-    for (std::size_t i = 0; i < stripes.pixels.size(); i += 8)
-        stripes.pixels[i] = stripes.pixels[i + 1] = stripes.pixels[i + 2] = 255;
-    for (const std::int32_t side : {16, 64, 100, 150}) {
-        const std::vector<std::uint8_t> cover = drawCover(stripes, groundOf(side, side));
-        for (std::size_t i = 0; i < cover.size(); i += 4)
-            ASSERT_NEAR(cover[i], 127, side == 150 ? 32 : 11) << side; // 2.67 columns: 1 to 1.67 are white
-    }
-}
-
 // Each pixel against the exact average of the area that it covers.
 TEST(Fitting, ShrinkingIsTheAverageOfTheArea)
 {

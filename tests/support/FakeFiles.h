@@ -34,9 +34,10 @@ public:
 
     bool fails()
     {
+        const bool fail = ++calls == failingCall;
         if (insideCall)
             insideCall();
-        return ++calls == failingCall;
+        return fail;
     }
 
     bool exists(const std::string& path) override
