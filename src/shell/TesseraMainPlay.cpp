@@ -2,10 +2,8 @@
 
 #include "shell/TesseraMain.h"
 
-#include "base/Text.h"
 #include "library/TrackOrder.h"
-
-#include <shellapi.h>
+#include "windowing/FileDialogs.h"
 
 namespace tessera {
 
@@ -52,12 +50,9 @@ void TesseraMain::playEntry(int entry)
     }
 }
 
-// Its command line ends a path at a comma or an equals sign.
 void TesseraMain::openFolder(const std::string& path)
 {
-    const bool quoted = path.find_first_of(",=") != std::string::npos;
-    const std::string parameters = format(quoted ? "/n,/e,\"%s\"" : "/n,/e,%s", path.c_str());
-    ShellExecuteA(m_hwndOwner, "open", "explorer", parameters.c_str(), nullptr, SW_SHOWNORMAL);
+    showFolder(m_hwndOwner, path);
 }
 
 } // namespace tessera

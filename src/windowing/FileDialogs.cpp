@@ -1,5 +1,6 @@
 #include "windowing/FileDialogs.h"
 
+#include "base/Text.h"
 #include "system/Border.h"
 #include "system/ComPtr.h"
 
@@ -7,6 +8,7 @@
 #include <cderr.h>
 #include <commdlg.h>
 #include <memory>
+#include <shellapi.h>
 #include <shlobj.h>
 
 namespace tessera {
@@ -112,6 +114,14 @@ std::optional<std::string> browseFolder(HWND owner, const std::string& initialPa
         return std::nullopt;
     }
     return path;
+}
+
+// Its command line ends a path at a comma or an equals sign.
+void showFolder(HWND owner, const std::string& path)
+{
+    const bool quoted = path.find_first_of(",=") != std::string::npos;
+    const std::string parameters = format(quoted ? "/n,/e,\"%s\"" : "/n,/e,%s", path.c_str());
+    ShellExecuteA(owner, "open", "explorer", parameters.c_str(), nullptr, SW_SHOWNORMAL);
 }
 
 } // namespace tessera

@@ -1,7 +1,5 @@
 #include "windowing/Controls.h"
-#include "system/Threads.h"
 #include "windowing/Drawing.h"
-#include "windowing/FileDialogs.h"
 #include "windowing/Menu.h"
 #include "windowing/MessageLoop.h"
 #include "windowing/Window.h"
@@ -160,65 +158,6 @@ TEST(Menu, BuildsChecksAndHandsSubMenusOver)
     EXPECT_EQ(GetMenuState(menu.get(), 2, MF_BYCOMMAND) & MF_GRAYED, 0u);
     EXPECT_EQ(GetMenuState(menu.get(), 11, MF_BYCOMMAND) & MF_CHECKED, static_cast<UINT>(MF_CHECKED));
     EXPECT_EQ(menu.itemText(11), "Eleven");
-}
-
-TEST(FileDialogs, FilterEndsWithTwoTerminators)
-{
-    EXPECT_EQ(systemFilter("Text (*.txt)|*.txt|All|*.*||"),
-              std::string_view("Text (*.txt)\0*.txt\0All\0*.*\0\0", 28));
-    EXPECT_EQ(systemFilter(""), std::string_view("\0\0", 2));
-}
-
-namespace {
-
-// Null: any dialog; the title of the folder browser is in the language of the user.
-HWND waitForDialog(const char* title)
-{
-    for (int i = 0; i < 200; ++i) {
-        if (const HWND dialog = FindWindowA("#32770", title)) {
-            Sleep(700); // until it takes input
-            return dialog;
-        }
-        Sleep(20);
-    }
-    return nullptr;
-}
-
-} // namespace
-
-TEST(FileDialogs, SaveAnswersTheTypedPathAndKeepsTheCurrentDirectory)
-{
-    char before[MAX_PATH];
-    GetCurrentDirectoryA(MAX_PATH, before);
-    Thread user("user", [] {
-        const HWND dialog = waitForDialog("Enter the name");
-        SendMessageA(GetDlgItem(dialog, 0x47C), WM_SETTEXT, 0,
-                     reinterpret_cast<LPARAM>("C:\\windows\\temp\\made"));
-        PostMessageA(dialog, WM_COMMAND, IDOK, 0);
-    });
-    FileDialogOptions options;
-    options.title = "Enter the name";
-    options.filter = "Database Files (*.ts2)|*.ts2|All Files (*.*)|*.*||";
-    options.defaultExtension = ".ts2";
-    options.initialName = "bad<name>?"; // cannot be shown; the dialog opens without it
-    options.flags = kSaveFlags & ~static_cast<DWORD>(OFN_CREATEPROMPT);
-    EXPECT_EQ(saveFile(nullptr, options), "C:\\windows\\temp\\made.ts2");
-    char after[MAX_PATH];
-    GetCurrentDirectoryA(MAX_PATH, after);
-    EXPECT_STREQ(after, before);
-}
-
-TEST(FileDialogs, CancelIsNone)
-{
-    Thread user("user", [] { PostMessageA(waitForDialog("To be cancelled"), WM_COMMAND, IDCANCEL, 0); });
-    EXPECT_EQ(openFile(nullptr, {.title = "To be cancelled", .filter = "All|*.*||", .flags = kOpenFlags}),
-              std::nullopt);
-}
-
-TEST(FileDialogs, FolderBrowserStartsAtTheInitialPath)
-{
-    Thread user("user", [] { PostMessageA(waitForDialog(nullptr), WM_COMMAND, IDOK, 0); });
-    EXPECT_EQ(browseFolder(nullptr, "C:\\windows\\system32"), "C:\\windows\\system32");
 }
 
 TEST_F(Controls, RedrawOffLeavesHiddenWindowsHidden)
