@@ -230,7 +230,7 @@ bool BalloonWindow::createShaped(HWND owner, const BalloonPlace& place, const st
     return true;
 }
 
-// A function that old systems do not have; without it the balloon simply appears.
+// Looked up by its name: without it the balloon simply appears.
 void BalloonWindow::showAnimated()
 {
     using AnimateFunction = BOOL(WINAPI*)(HWND, DWORD, DWORD);

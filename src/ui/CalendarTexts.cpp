@@ -6,14 +6,10 @@ namespace tessera {
 
 namespace {
 
-constexpr LCTYPE kShortestDayName1 = 0x60; // LOCALE_SSHORTESTDAYNAME1; old systems do not know it
-
 // The system counts from Monday.
 std::string weekdayName(unsigned weekday)
 {
-    const unsigned index = (weekday + 6) % 7;
-    const std::string shortest = userLocaleText(kShortestDayName1 + index);
-    return shortest.empty() ? userLocaleText(LOCALE_SABBREVDAYNAME1 + index) : shortest;
+    return userLocaleText(LOCALE_SSHORTESTDAYNAME1 + (weekday + 6) % 7);
 }
 
 unsigned firstWeekdayOfUser()

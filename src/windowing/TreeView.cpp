@@ -4,19 +4,11 @@
 
 namespace tessera {
 
-namespace {
-
-// What newer systems know: no erasing before each paint.
-constexpr UINT kSetExtendedStyle = TV_FIRST + 44; // TVM_SETEXTENDEDSTYLE
-constexpr DWORD kDoubleBuffer = 0x4;              // TVS_EX_DOUBLEBUFFER
-
-} // namespace
-
 bool TreeView::create(HWND parent, UINT id, const RECT& place, DWORD style, DWORD extended)
 {
     if (!createControl(WC_TREEVIEWA, parent, id, place, style | WS_TABSTOP, extended))
         return false;
-    send(kSetExtendedStyle, kDoubleBuffer, kDoubleBuffer);
+    send(TVM_SETEXTENDEDSTYLE, TVS_EX_DOUBLEBUFFER, TVS_EX_DOUBLEBUFFER); // no erasing before each paint
     return true;
 }
 
