@@ -148,6 +148,65 @@ std::optional<std::string> toCodePageExactly(std::u16string_view wide)
     return ascii || toWide(text) == wide ? std::optional(std::move(text)) : std::nullopt;
 }
 
+namespace {
+
+// The character at the front, which is taken off; U+FFFD for what is none.
+char32_t takeUtf8(std::string_view& text)
+{
+    constexpr char32_t kNone = 0xFFFD;
+    const auto lead = byteAt(text, 0);
+    const std::size_t more = lead < 0x80 ? 0 : lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
+    text.remove_prefix(1);
+    if (more == 0)
+        return lead;
+    if (lead < 0xC0 || lead > 0xF4)
+        return kNone;
+    char32_t character = lead & (0x3FU >> more);
+    for (std::size_t i = 0; i < more; ++i) {
+        if (text.empty() || (byteAt(text, 0) & 0xC0U) != 0x80)
+            return kNone;
+        character = character << 6U | (byteAt(text, 0) & 0x3FU);
+        text.remove_prefix(1);
+    }
+    return character;
+}
+
+std::u16string fromUtf8(std::string_view text)
+{
+    std::u16string wide;
+    while (!text.empty()) {
+        const char32_t character = takeUtf8(text);
+        if (character < 0x10000) {
+            wide += static_cast<char16_t>(character);
+        } else {
+            wide += static_cast<char16_t>(0xD7C0 + (character >> 10U));
+            wide += static_cast<char16_t>(0xDC00 + (character & 0x3FFU));
+        }
+    }
+    return wide;
+}
+
+std::u16string fromUtf16(std::string_view text, std::size_t lowByte)
+{
+    std::u16string wide;
+    for (; text.size() >= 2; text.remove_prefix(2))
+        wide += static_cast<char16_t>(byteAt(text, lowByte) | byteAt(text, 1 - lowByte) << 8);
+    return wide;
+}
+
+} // namespace
+
+std::string textOfFile(std::string_view bytes)
+{
+    if (bytes.starts_with("\xEF\xBB\xBF"))
+        return toCodePage(fromUtf8(bytes.substr(3)));
+    if (bytes.starts_with("\xFF\xFE"))
+        return toCodePage(fromUtf16(bytes.substr(2), 0));
+    if (bytes.starts_with("\xFE\xFF"))
+        return toCodePage(fromUtf16(bytes.substr(2), 1));
+    return std::string(bytes);
+}
+
 std::size_t characterLength(std::string_view text, std::size_t position)
 {
     return lengthAt(codePage(), text, position);

@@ -28,6 +28,10 @@ std::string toCodePage(std::u16string_view wide);
 std::optional<std::string> toCodePageExactly(std::u16string_view wide);
 std::u16string toWide(std::string_view text);
 
+// The content of a text file in the code page: what begins with the mark of UTF-8 or UTF-16 is converted, the
+// mark left out; all else is taken as it is.
+std::string textOfFile(std::string_view bytes);
+
 // Bytes of the character at the position: 2 for a lead byte that has a trail byte, else 1.
 std::size_t characterLength(std::string_view text, std::size_t position);
 // Position of the last backslash that is a character of its own, or npos.

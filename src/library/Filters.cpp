@@ -143,13 +143,9 @@ bool matchesWildcard(std::string_view text, std::string_view pattern)
     return wanted.atEnd();
 }
 
-bool matchesPatternList(std::string_view text, std::string_view patternList)
+Exclusions parseExclusions(std::string_view bytes)
 {
-    return matchesAny(toUpper(text), split(toUpper(patternList), kSeparators));
-}
-
-Exclusions parseExclusions(std::string_view text)
-{
+    const std::string text = textOfFile(bytes);
     Exclusions exclusions;
     std::optional<std::string_view> artist;
     forEachLine(text, [&](std::string_view line) {

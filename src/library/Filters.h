@@ -10,15 +10,12 @@ namespace tessera {
 
 // "*" any run, "?" any one character; both texts already upper case.
 bool matchesWildcard(std::string_view text, std::string_view pattern);
-// True when one piece of the list (split at comma, space and semicolon) matches the whole text;
-// case is ignored.
-bool matchesPatternList(std::string_view text, std::string_view patternList);
 
 struct Exclusions {
     std::vector<std::string> artists; // upper-case pattern lists; entry i belongs to albums[i]
     std::vector<std::string> albums;
 };
-Exclusions parseExclusions(std::string_view text);
+Exclusions parseExclusions(std::string_view bytes); // of a file
 
 struct FilterSettings {
     std::string excludedTypes;

@@ -4,8 +4,9 @@
 
 namespace tessera {
 
-std::set<std::string> parseFirstNames(std::string_view text)
+std::set<std::string> parseFirstNames(std::string_view bytes)
 {
+    const std::string text = textOfFile(bytes);
     std::set<std::string> names;
     forEachLine(text, [&](std::string_view line) {
         if (!isBlankOrComment(line))

@@ -6,8 +6,8 @@
 
 namespace tessera {
 
-// The first names of a text with one name a line, in upper case. Empty lines and lines that begin
+// The first names of a file with one name a line, in upper case. Empty lines and lines that begin
 // with ";" or "#" are skipped.
-std::set<std::string> parseFirstNames(std::string_view text);
+std::set<std::string> parseFirstNames(std::string_view bytes);
 
 } // namespace tessera

@@ -38,15 +38,6 @@ void Library::clear()
     tracks.clear();
 }
 
-Artist* findArtist(const Artists& artists, std::string_view name)
-{
-    for (const auto& [id, artist] : artists) {
-        if (equalNoCase(artist->displayName, name))
-            return artist.get();
-    }
-    return nullptr;
-}
-
 std::string newText(const Album& album, TextStyle style)
 {
     return flagText(album.has(kAlbumNew), style, "New", "Old");

@@ -92,9 +92,6 @@ struct Library {
     bool empty() const { return tracks.empty() && albums.empty() && artists.empty(); }
 };
 
-// The first artist in id order whose display name equals the name ignoring case, or null.
-Artist* findArtist(const Artists& artists, std::string_view name);
-
 enum class TextStyle { Short = 0, Long = 1 };
 
 std::string newText(const Album& album, TextStyle style);

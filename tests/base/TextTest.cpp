@@ -121,6 +121,30 @@ TEST(Text, OnlyWhatIsInTheCodePageComesBackUnchanged)
     }
 }
 
+// As editors save them: the mark goes, and what it says of the encoding holds.
+TEST(Text, AFileIsReadAsItsMarkSays)
+{
+    NEEDS_1252();
+    using namespace std::string_view_literals;
+    const std::pair<std::string_view, std::string_view> cases[] = {
+        {"Caf\xE9"sv, "Caf\xE9"sv}, // without a mark: the code page
+        {"\xEF\xBB\xBF"sv, ""sv},
+        {"\xEF\xBB\xBF"
+         "Caf\xC3\xA9 \xE2\x82\xAC \xC5\x99 \xF0\x9F\x98\x80"sv,
+         "Caf\xE9 \x80 r ??"sv},
+        {"\xEF\xBB\xBF"
+         "a\xE9z\xC3"sv, // damaged
+         "a?z?"sv},
+        {"\xFF\xFE"
+         "C\0\xE9\0\xAC\x20z"sv,
+         "C\xE9\x80"sv},
+        {"\xFE\xFF\0C\0\xE9\x20\xAC"sv, "C\xE9\x80"sv},
+        {"\xEF\xBB"sv, "\xEF\xBB"sv},
+    };
+    for (const auto& [bytes, text] : cases)
+        EXPECT_EQ(textOfFile(bytes), text);
+}
+
 TEST(Text, ReplaceGoesOnBehindTheInsertedText)
 {
     const struct {

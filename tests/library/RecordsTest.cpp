@@ -51,18 +51,5 @@ TEST(Records, TextForms)
     EXPECT_EQ(newDateText(0), "");
 }
 
-TEST(Records, ArtistIsFoundByTheFirstNameThatMatchesIgnoringCase)
-{
-    Artists artists;
-    for (const char* name : {"Ada", "LUMEN", "Lumen"}) {
-        auto artist = std::make_unique<Artist>();
-        artist->id = static_cast<std::int32_t>(artists.size()) + 1;
-        artist->displayName = name;
-        artists[artist->id] = std::move(artist);
-    }
-    EXPECT_EQ(findArtist(artists, "lumen")->id, 2);
-    EXPECT_EQ(findArtist(artists, ""), nullptr);
-}
-
 } // namespace
 } // namespace tessera::test
