@@ -84,6 +84,7 @@ public:
     bool rename(const std::string&, const std::string&) override { return true; }
     bool remove(const std::string&) override { return true; }
     std::optional<std::string> findFirst(const std::string&) override { return std::nullopt; }
+    bool heldByAnother() const override { return false; }
 };
 
 } // namespace tessera::bench

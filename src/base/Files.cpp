@@ -4,9 +4,16 @@
 
 namespace tessera {
 
-BufferedWriter::BufferedWriter(OutputFile& file, std::size_t capacity)
-    : m_file(file), m_buffer(std::max<std::size_t>(capacity, 16))
+BufferedWriter::BufferedWriter(OutputFile& file, std::size_t capacity, std::uint64_t most)
+    : m_file(file), m_buffer(std::max<std::size_t>(capacity, 16)), m_room(most)
 {
+}
+
+void BufferedWriter::pass(ByteView bytes)
+{
+    m_tooLarge = bytes.size() > m_room;
+    m_good = !m_tooLarge && m_file.write(bytes);
+    m_room -= m_good ? bytes.size() : 0;
 }
 
 void BufferedWriter::spill(std::uint32_t value)
@@ -27,8 +34,7 @@ void BufferedWriter::spill(ByteView bytes)
             flush();
         } else if (m_used == 0 && bytes.size() >= m_buffer.size()) {
             taken = bytes.size() - bytes.size() % m_buffer.size();
-            m_good = m_file.write(bytes.first(taken));
-            m_position += static_cast<std::uint32_t>(taken);
+            pass(bytes.first(taken));
         } else {
             taken = std::min(bytes.size(), m_buffer.size() - m_used);
             append(bytes.first(taken));
@@ -40,7 +46,7 @@ void BufferedWriter::spill(ByteView bytes)
 bool BufferedWriter::flush()
 {
     if (m_good && m_used > 0)
-        m_good = m_file.write(ByteView(m_buffer).first(m_used));
+        pass(ByteView(m_buffer).first(m_used));
     m_used = 0;
     return m_good;
 }

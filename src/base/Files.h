@@ -53,6 +53,9 @@ public:
     // The first entry but "." and ".." that the system lists for a pattern with "*" and "?" in its
     // last component; its name without the folder.
     virtual std::optional<std::string> findFirst(const std::string& pattern) = 0;
+    // Asked after a call on this thread that did not open or rename: true when another program holds the
+    // file, which may be over in a moment.
+    virtual bool heldByAnother() const = 0;
 };
 
 // The real one; lives as long as the process.
@@ -60,10 +63,12 @@ FileSystem& systemFiles();
 
 // Collects small writes in a buffer; blocks of a buffer's size and more go straight through. The
 // file sees whole buffers, whatever the pieces: systems are slower where a write ends inside a page.
-// The first refusal sticks: `good` is false from then on and later writes do nothing.
+// The first refusal sticks: `good` is false from then on and later writes do nothing. So does the first
+// write that would make the file larger than `most` bytes; the file never sees it.
 class BufferedWriter {
 public:
-    explicit BufferedWriter(OutputFile& file, std::size_t capacity = 64 * 1024);
+    explicit BufferedWriter(OutputFile& file, std::size_t capacity = 64 * 1024,
+                            std::uint64_t most = UINT32_MAX);
 
     void put(std::uint32_t value)
     {
@@ -89,14 +94,14 @@ public:
     }
     bool flush(); // the buffer to the file
     bool good() const { return m_good; }
-    // Number of bytes put so far.
-    std::uint32_t position() const { return m_position; }
+    bool tooLarge() const { return m_tooLarge; }
 
 private:
     bool fits(std::size_t size) const { return m_good && size <= m_buffer.size() - m_used; }
     // What does not fit into the rest of the buffer.
     void spill(std::uint32_t value);
     void spill(ByteView bytes);
+    void pass(ByteView bytes); // to the file
     void append(std::uint32_t value)
     {
         std::uint8_t* const at = m_buffer.data() + m_used;
@@ -104,25 +109,21 @@ private:
         at[1] = static_cast<std::uint8_t>(value >> 8);
         at[2] = static_cast<std::uint8_t>(value >> 16);
         at[3] = static_cast<std::uint8_t>(value >> 24);
-        advance(sizeof value);
+        m_used += sizeof value;
     }
     void append(ByteView bytes)
     {
         if (!bytes.empty())
             std::memcpy(m_buffer.data() + m_used, bytes.data(), bytes.size());
-        advance(bytes.size());
-    }
-    void advance(std::size_t size)
-    {
-        m_used += size;
-        m_position += static_cast<std::uint32_t>(size);
+        m_used += bytes.size();
     }
 
     OutputFile& m_file;
     std::vector<std::uint8_t> m_buffer;
     std::size_t m_used = 0;
-    std::uint32_t m_position = 0;
+    std::uint64_t m_room; // in the file
     bool m_good = true;
+    bool m_tooLarge = false;
 };
 
 } // namespace tessera

@@ -115,6 +115,8 @@ public:
         }
         return first;
     }
+
+    bool heldByAnother() const override { return false; } // nobody can here
 };
 
 } // namespace

@@ -14,12 +14,22 @@ OVERLAPPED at(std::uint32_t position)
     return place;
 }
 
+// Whether this thread's last call that opens or renames met another program.
+thread_local bool t_held = false;
+
+void noteError(DWORD error)
+{
+    t_held =
+        error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_USER_MAPPED_FILE;
+}
+
 class FileHandle {
 public:
     FileHandle(const std::string& path, DWORD access, DWORD share, DWORD creation)
         : m_handle(
               CreateFileA(path.c_str(), access, share, nullptr, creation, FILE_ATTRIBUTE_NORMAL, nullptr))
     {
+        noteError(*this ? ERROR_SUCCESS : GetLastError());
     }
     FileHandle(FileHandle&& other) noexcept : m_handle(std::exchange(other.m_handle, INVALID_HANDLE_VALUE)) {}
     ~FileHandle()
@@ -66,6 +76,13 @@ bool isDots(const char* name)
     return name[0] == '.' && (name[1] == 0 || (name[1] == '.' && name[2] == 0));
 }
 
+bool isWritableFile(const std::string& path)
+{
+    const DWORD attributes = GetFileAttributesA(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES &&
+           (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) == 0;
+}
+
 class WindowsFileSystem : public FileSystem {
 public:
     bool exists(const std::string& path) override
@@ -96,15 +113,22 @@ public:
     std::unique_ptr<OutputFile> openForUpdate(const std::string& path) override
     {
         const DWORD attributes = GetFileAttributesA(path.c_str());
-        if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0)
+        if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
+            noteError(ERROR_ACCESS_DENIED);
             return nullptr;
+        }
         return openForWriting(path, OPEN_EXISTING);
     }
 
     bool rename(const std::string& from, const std::string& to) override
     {
-        return MoveFileExA(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) !=
-               FALSE;
+        const bool renamed = MoveFileExA(from.c_str(), to.c_str(),
+                                         MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
+        const DWORD error = renamed ? ERROR_SUCCESS : GetLastError();
+        noteError(error);
+        // A target that somebody has open is told as a refusal.
+        t_held = t_held || (error == ERROR_ACCESS_DENIED && isWritableFile(to));
+        return renamed;
     }
 
     bool remove(const std::string& path) override { return DeleteFileA(path.c_str()) != FALSE; }
@@ -125,6 +149,8 @@ public:
         } while (FindNextFileA(search, &data));
         return std::nullopt;
     }
+
+    bool heldByAnother() const override { return t_held; }
 
 private:
     static std::unique_ptr<OutputFile> openForWriting(const std::string& path, DWORD creation)

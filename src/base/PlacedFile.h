@@ -24,7 +24,7 @@ public:
 
     bool write(ByteView bytes) override
     {
-        if (!m_file.writeAt(m_position, bytes))
+        if (bytes.size() > UINT32_MAX - m_position || !m_file.writeAt(m_position, bytes))
             return false;
         m_position += static_cast<std::uint32_t>(bytes.size());
         return true;

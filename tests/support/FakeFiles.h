@@ -23,8 +23,11 @@ public:
     std::map<std::string, Bytes> files;
     std::set<std::string> folders;
     std::set<std::string> readOnly;                             // files and folders that refuse writing
+    std::set<std::string> unreadable;                           // as while memory is short
     int calls = 0;                                              // also those of open files
     int failingCall = 0;                                        // from 1; 0: none
+    int deadFrom = 0;                                           // this call and all later ones fail
+    std::map<std::string, int> held;                            // files that so many tries find in use
     std::size_t room = std::numeric_limits<std::size_t>::max(); // bytes until the disk is full
     std::size_t torn = 0;                                       // bytes that a failing write leaves behind
     std::map<std::string, std::string> matches;                 // pattern: entry that the system lists first
@@ -34,7 +37,9 @@ public:
 
     bool fails()
     {
-        const bool fail = ++calls == failingCall;
+        m_held = false;
+        ++calls;
+        const bool fail = calls == failingCall || (deadFrom > 0 && calls >= deadFrom);
         if (insideCall)
             insideCall();
         return fail;
@@ -52,26 +57,27 @@ public:
     }
     std::optional<Bytes> readAll(const std::string& path) override
     {
-        if (fails() || !files.contains(path))
+        if (fails() || isHeld(path) || unreadable.contains(path) || !files.contains(path))
             return std::nullopt;
         return files[path];
     }
     std::unique_ptr<OutputFile> create(const std::string& path) override
     {
-        if (fails() || isReadOnly(path) || folders.contains(path))
+        if (fails() || isHeld(path) || isReadOnly(path) || folders.contains(path))
             return nullptr;
         files[path].clear();
         return std::make_unique<File>(*this, path);
     }
     std::unique_ptr<OutputFile> openForUpdate(const std::string& path) override
     {
-        if (fails() || isReadOnly(path) || !files.contains(path))
+        if (fails() || isHeld(path) || isReadOnly(path) || !files.contains(path))
             return nullptr;
         return std::make_unique<File>(*this, path);
     }
     bool rename(const std::string& from, const std::string& to) override
     {
-        if (fails() || !files.contains(from) || isReadOnly(to))
+        if (fails() || isHeld(from) || isHeld(to) || !files.contains(from) || isReadOnly(to) ||
+            folders.contains(to))
             return false;
         auto file = files.extract(from);
         try {
@@ -97,6 +103,7 @@ public:
             return std::nullopt;
         return found->second;
     }
+    bool heldByAnother() const override { return m_held; }
 
 private:
     class File : public OutputFile {
@@ -147,10 +154,18 @@ private:
         std::size_t m_position = 0;
     };
 
+    bool isHeld(const std::string& path)
+    {
+        const auto found = held.find(path);
+        m_held = found != held.end() && found->second-- > 0;
+        return m_held;
+    }
     bool isReadOnly(const std::string& path) const
     {
         return readOnly.contains(path) || readOnly.contains(path.substr(0, path.rfind('\\')));
     }
+
+    bool m_held = false;
 };
 
 } // namespace tessera::test
