@@ -1,8 +1,10 @@
 #include "library/Database.h"
 
+#include "base/PatientFiles.h"
 #include "library/Assertions.h"
 #include "library/DatabaseReader.h"
 #include "library/DatabaseWriter.h"
+#include "library/KeptDatabases.h"
 #include "library/LibraryLoader.h"
 #include "library/LogSection.h"
 
@@ -10,9 +12,12 @@ namespace tessera {
 
 namespace {
 
-void tell(Prompt& prompt, const char* pattern, const std::string& fileName)
+constexpr const char* kCouldNotWrite = "Could not write the database '%s'!";
+constexpr const char* kTooLarge = "\n\nIt would be larger than 2 GB, which is more than can be loaded.";
+
+void tell(Prompt& prompt, const char* pattern, const std::string& fileName, const std::string& more = {})
 {
-    prompt.message(Severity::Exclamation, format(pattern, fileName.c_str()));
+    prompt.message(Severity::Exclamation, format(pattern, fileName.c_str()) + more);
 }
 
 // The one place where the reader's assertions and messages are shown.
@@ -24,11 +29,20 @@ void tell(Prompt& prompt, const ReadFailure& failure)
         prompt.message(failure.severity, failure.message);
 }
 
-// The name under which the file of this name is kept; empty when it is not worth keeping.
-std::string previousName(const std::string& fileName, JobContext& context)
+// What stands beside a name that is missing, as after a crash while a new file took its place.
+std::string whatIsBeside(const std::string& fileName, FileSystem& files)
 {
-    const auto bytes = context.files.readAll(fileName);
-    return bytes && isSoundDatabase(*bytes, context) ? fileName + ".bak" : std::string();
+    if (files.exists(fileName))
+        return {};
+    std::string found;
+    const auto look = [&](const std::string& name, const char* what) {
+        if (files.exists(name))
+            found += format("%s - %s\n", name.c_str(), what);
+    };
+    look(previousDatabase(fileName), "the database that was there before");
+    look(temporaryDatabase(fileName), "a new one, which may not be complete");
+    return found.empty() ? found
+                         : format("\n\nBeside it are:\n%s\nRename one of them to open it.", found.c_str());
 }
 
 } // namespace
@@ -49,14 +63,27 @@ bool Database::write(const std::string& fileName, JobContext& context)
 {
     context.log.line("Writing Database");
     const LogSection section(context.log);
-    NewFile file(context.files, fileName);
+    PatientFiles files(context.files, context.terminating);
+    NewFile file(files, fileName);
     if (!file.isOpen()) {
         tell(context.prompt, "Could not create the database '%s'!", fileName);
         return false;
     }
-    if (!DatabaseWriter(m_library, m_flags, file.output(), context).write() ||
-        !file.takePlace(previousName(fileName, context))) {
-        tell(context.prompt, "Could not write the database '%s'!", fileName);
+    DatabaseWriter writer(m_library, m_flags, file.output(), context);
+    if (!writer.write()) {
+        tell(context.prompt, kCouldNotWrite, fileName, writer.tooLarge() ? kTooLarge : "");
+        return false;
+    }
+    const Replacement plan = planReplacement(fileName, files, context.terminating);
+    if (!plan.earlier.empty())
+        context.log.print("Keeping the marks of an earlier database - %s", plan.earlier.c_str());
+    const NewFile::Outcome outcome = file.takePlace(plan);
+    if (!outcome.placed) {
+        std::string where =
+            format("\n\nThe new database is complete and stays as '%s'.", file.temporaryName().c_str());
+        if (!outcome.previous.empty())
+            where += format("\n\nThe previous one is '%s'.", outcome.previous.c_str());
+        tell(context.prompt, kCouldNotWrite, fileName, where);
         return false;
     }
     return true;
@@ -65,9 +92,10 @@ bool Database::write(const std::string& fileName, JobContext& context)
 bool Database::read(const std::string& fileName, Host& host, JobContext& context,
                     const std::function<void()>& afterLinks)
 {
-    auto bytes = context.files.readAll(fileName);
+    auto bytes = PatientFiles(context.files, context.terminating).readAll(fileName);
     if (!bytes) {
-        tell(context.prompt, "Could not open the database '%s'!", fileName);
+        tell(context.prompt, "Could not open the database '%s'!", fileName,
+             whatIsBeside(fileName, context.files));
         return false;
     }
     const LogSection section(context.log);

@@ -47,7 +47,7 @@ public:
     Library takeLibrary();
 
     // Whole database to a file of this name, by way of a temporary file beside it; the previous
-    // file stays as NAME.bak when it was a sound one. False when a message has said why not; the
+    // file and its marks are kept (planReplacement). False when a message has said why not; the
     // previous file is then as it was. Cancelled and std::bad_alloc pass through, likewise.
     bool write(const std::string& fileName, JobContext& context);
 

@@ -1,5 +1,6 @@
 #include "library/Database.h"
 
+#include "base/PatientFiles.h"
 #include "library/Assertions.h"
 #include "library/DatabaseWriter.h"
 #include "library/Filters.h"
@@ -366,7 +367,8 @@ void LibraryBuild::markCompleteArtists()
 // Known before the work begins: whether the finished file would have a place.
 bool canCreate(const std::string& fileName, JobContext& context)
 {
-    if (NewFile(context.files, fileName).isOpen())
+    PatientFiles files(context.files, context.terminating);
+    if (NewFile(files, fileName).isOpen())
         return true;
     context.prompt.message(Severity::Exclamation,
                            format("Could not create the database '%s'!", fileName.c_str()));

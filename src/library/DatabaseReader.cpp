@@ -321,10 +321,4 @@ try {
     return failure;
 }
 
-bool isSoundDatabase(ByteView bytes, JobContext& context)
-{
-    RecordSink nothing;
-    return !readQuietly(bytes, {}, context.terminating, nothing);
-}
-
 } // namespace tessera

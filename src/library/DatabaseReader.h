@@ -165,7 +165,4 @@ private:
 std::optional<ReadFailure> readQuietly(ByteView bytes, const std::string& fileName,
                                        const std::atomic<bool>& terminating, RecordSink& sink);
 
-// True when a load would accept the bytes, the host left aside.
-bool isSoundDatabase(ByteView bytes, JobContext& context);
-
 } // namespace tessera

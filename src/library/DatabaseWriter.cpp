@@ -1,7 +1,6 @@
 #include "library/DatabaseWriter.h"
 
 #include "base/Prefetch.h"
-#include "library/Format.h"
 
 #include <algorithm>
 
@@ -83,10 +82,17 @@ try {
     return false;
 }
 
+// What stays behind harms nobody.
+void removeQuietly(FileSystem& files, const std::string& name)
+try {
+    files.remove(name);
+} catch (...) {
+}
+
 } // namespace
 
 NewFile::NewFile(FileSystem& files, const std::string& target)
-    : m_files(files), m_target(target), m_temporary(target + ".tmp")
+    : m_files(files), m_target(target), m_temporary(temporaryDatabase(target))
 {
     // What cannot be opened for writing (read-only, in use, a folder) cannot be replaced either.
     if (m_files.exists(m_target) && !m_files.openForUpdate(m_target))
@@ -98,27 +104,38 @@ NewFile::NewFile(FileSystem& files, const std::string& target)
 NewFile::~NewFile()
 {
     m_output.reset();
-    if (!m_remove)
-        return;
-    try {
-        m_files.remove(m_temporary);
-    } catch (...) { // a stray temporary file is all that is left of it
-    }
+    if (m_remove)
+        removeQuietly(m_files, m_temporary);
 }
 
-bool NewFile::takePlace(const std::string& previousName)
+// The name that the target has now, null when it has kept its own.
+const std::string* NewFile::keepTarget(const Replacement& plan, bool moved)
+{
+    const bool free = plan.earlier.empty() || moved;
+    for (const std::string* const name : {free ? &plan.previous : &plan.spare, &plan.spare}) {
+        if (!name->empty() && renamed(m_files, m_target, *name))
+            return name;
+    }
+    return nullptr;
+}
+
+NewFile::Outcome NewFile::takePlace(const Replacement& plan)
 {
     m_output.reset();
-    const bool keepPrevious = !previousName.empty();
-    if (keepPrevious && !renamed(m_files, m_target, previousName))
-        return false;
-    if (!renamed(m_files, m_temporary, m_target)) {
-        if (keepPrevious)
-            renamed(m_files, previousName, m_target);
-        return false;
-    }
     m_remove = false;
-    return true;
+    const bool moved = !plan.earlier.empty() && renamed(m_files, plan.previous, plan.earlier);
+    const std::string* kept = plan.previous.empty() ? nullptr : keepTarget(plan, moved);
+    const bool placed = (kept || !plan.mustStay) && renamed(m_files, m_temporary, m_target);
+    if (placed) {
+        for (const std::string& name : plan.superseded)
+            removeQuietly(m_files, name);
+    } else {
+        if (kept && renamed(m_files, *kept, m_target))
+            kept = nullptr;
+        if (moved && kept != &plan.previous)
+            renamed(m_files, plan.earlier, plan.previous);
+    }
+    return {placed, !placed && kept ? *kept : std::string()};
 }
 
 bool DatabaseWriter::write()

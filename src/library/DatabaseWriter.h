@@ -1,6 +1,8 @@
 #pragma once
 
 #include "library/Database.h"
+#include "library/Format.h"
+#include "library/KeptDatabases.h"
 
 #include <memory>
 #include <string>
@@ -19,11 +21,17 @@ public:
     // False when the folder refuses the temporary file, or the target may not be replaced.
     bool isOpen() const { return m_output != nullptr; }
     OutputFile& output() { return *m_output; }
-    // Closes the file and puts it in the target's place; the previous file becomes `previousName`
-    // unless that is empty. False when the system refused; the target is then as it was.
-    bool takePlace(const std::string& previousName);
+    const std::string& temporaryName() const { return m_temporary; }
+    struct Outcome {
+        bool placed = false;  // else the new file is complete under its temporary name
+        std::string previous; // then: the target's name when it could not be put back
+    };
+    // Closes the file and puts it in the target's place, which becomes what the plan says.
+    Outcome takePlace(const Replacement& plan);
 
 private:
+    const std::string* keepTarget(const Replacement& plan, bool moved);
+
     FileSystem& m_files;
     std::string m_target;
     std::string m_temporary;
@@ -35,14 +43,22 @@ private:
 class DatabaseWriter {
 public:
     DatabaseWriter(Library& library, std::uint32_t flags, OutputFile& file, JobContext& context)
-        : m_library(library), m_flags(flags), m_file(file), m_writer(file), m_context(context)
+        : m_library(library),
+          m_flags(flags),
+          m_file(file),
+          m_writer(file, kBuffer, ts2::kLargestFile),
+          m_context(context)
     {
     }
 
     // Everything, to the medium. A missing thumbnail file is told and leaves its record short.
     bool write();
+    // Whether it was refused because no load could hold the file.
+    bool tooLarge() const { return m_writer.tooLarge(); }
 
 private:
+    static constexpr std::size_t kBuffer = std::size_t{64} * 1024;
+
     bool writeHeader();
     bool writeTracks();
     bool writeAlbums();

@@ -18,6 +18,9 @@ inline constexpr std::int32_t kNoAlbum = -1;
 // Artist flags.
 inline constexpr std::uint32_t kNameOnce = 1;
 
+// A load needs the whole file in one block of memory, which no 32-bit program has larger.
+inline constexpr std::uint64_t kLargestFile = 0x7FFFFFFF;
+
 // Bytes of the shortest record of each kind: how many records a file can hold at most.
 inline constexpr std::uint32_t kShortestTrack = 4 * 4;
 inline constexpr std::uint32_t kShortestAlbum = 15 * 4;

@@ -17,12 +17,12 @@ bool anyMark(const Marks& marks)
     return marks.rank != 0 || marks.favourite || marks.isNew;
 }
 
-// What is no rank counts as none; a date counts only while the album is new.
+// What is no rank counts as none.
 Marks marksOf(const AlbumFields& album)
 {
     const bool ranked = album.rank >= 1 && album.rank <= kHighestRank;
     const bool isNew = (album.flags & kAlbumNew) != 0;
-    return {ranked ? album.rank : 0, isNew ? album.newDate : 0, isNew, (album.flags & kAlbumFavourite) != 0};
+    return {ranked ? album.rank : 0, album.newDate, isNew, (album.flags & kAlbumFavourite) != 0};
 }
 
 Marks merged(Marks here, const Marks& there)
@@ -91,6 +91,13 @@ std::vector<AlbumIdentity> identitiesOf(const Library& library)
     return all;
 }
 
+// An album that is no longer new keeps its date.
+bool lives(const Marks& earlier, const Marks& now)
+{
+    return (earlier.rank == 0 || now.rank != 0) && (!earlier.favourite || now.favourite) &&
+           (!earlier.isNew || now.isNew || now.newDate == earlier.newDate);
+}
+
 // Why the file cannot be taken; empty when the sink has it all. The bytes stay the caller's.
 std::string readInto(RecordSink& sink, ByteView bytes, const std::string& fileName)
 {
@@ -113,6 +120,7 @@ void MarkCounts::add(const Marks& marks)
 MarksPlan planMarks(const std::string& fileName, const Library& library, FileSystem& files)
 {
     MarksPlan plan;
+    plan.fileName = fileName;
     const auto bytes = files.readAll(fileName);
     if (!bytes) {
         plan.failure = format("Could not open the database '%s'!", fileName.c_str());
@@ -142,11 +150,25 @@ MarksPlan planMarks(const std::string& fileName, const Library& library, FileSys
     return plan;
 }
 
-std::size_t markedAlbums(const std::string& fileName, FileSystem& files)
+std::optional<std::size_t> markedAlbums(ByteView bytes, const std::atomic<bool>& terminating)
 {
-    const auto bytes = files.readAll(fileName);
     MarkedCounter counter;
-    return bytes && readInto(counter, *bytes, fileName).empty() ? counter.count : 0;
+    return readQuietly(bytes, {}, terminating, counter) ? std::nullopt : std::optional(counter.count);
+}
+
+std::size_t livingMarks(ByteView later, ByteView earlier, const std::atomic<bool>& terminating)
+{
+    OtherLibrary now;
+    OtherLibrary before;
+    readQuietly(later, {}, terminating, now);
+    readQuietly(earlier, {}, terminating, before);
+    const std::vector<std::uint32_t> partners = findPartners(now.albums, before.albums);
+    std::size_t living = 0;
+    for (std::size_t i = 0; i < partners.size(); ++i) {
+        if (partners[i] != kNoPartner && lives(before.marks[partners[i]], now.marks[i]))
+            ++living;
+    }
+    return living;
 }
 
 } // namespace tessera

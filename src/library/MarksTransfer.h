@@ -3,7 +3,9 @@
 #include "base/Files.h"
 #include "library/Marks.h"
 
+#include <atomic>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,9 +28,10 @@ struct MarksPlan {
         Marks marks;
     };
 
-    std::string failure; // the message that says why the other database was refused; empty: it was read
-    MarkCounts found;    // in the other database
-    MarkCounts matched;  // of these, on albums that have a partner in the library
+    std::string fileName; // of the other database
+    std::string failure;  // the message that says why the other database was refused; empty: it was read
+    MarkCounts found;     // in the other database
+    MarkCounts matched;   // of these, on albums that have a partner in the library
     std::vector<Change> changes; // ascending album ids; without albums that have all the marks already
 };
 
@@ -37,7 +40,12 @@ struct MarksPlan {
 // What is marked there takes the place of the same kind of mark here, the other kinds stay.
 MarksPlan planMarks(const std::string& fileName, const Library& library, FileSystem& files);
 
-// Number of albums in a database that hold any mark; 0 also when it cannot be read.
-std::size_t markedAlbums(const std::string& fileName, FileSystem& files);
+// Number of albums in a database that hold any mark; none when it is unsound. Cancelled passes through.
+std::optional<std::size_t> markedAlbums(ByteView bytes, const std::atomic<bool>& terminating);
+
+// Of the albums marked in an earlier database, the number of those whose marks are in a later one: of the
+// same kinds, whatever the rank is now, and new ones also by their date. Both are sound. Cancelled passes
+// through.
+std::size_t livingMarks(ByteView later, ByteView earlier, const std::atomic<bool>& terminating);
 
 } // namespace tessera

@@ -3,6 +3,7 @@
 #include "artwork/CoverSource.h"
 #include "artwork/Locator.h"
 #include "base/Errors.h"
+#include "base/PatientFiles.h"
 #include "library/LogSection.h"
 #include "system/Border.h"
 #include "system/ComPtr.h"
@@ -44,6 +45,7 @@ bool DatabaseJob::perform()
             return false;
         }
         emptyLibrary(); // what was built is read back from the file
+        lookForMarks();
     }
     return loadFile(context);
 }
@@ -102,6 +104,17 @@ void DatabaseJob::emptyLibrary()
         throw Cancelled();
     }
     freeOld();
+}
+
+// Without memory for it there is no offer; the marks are still there.
+void DatabaseJob::lookForMarks()
+{
+    try {
+        PatientFiles files(systemFiles(), m_parts.terminating);
+        m_kept = keptMarks(m_settings.lastUsed, files, m_parts.terminating);
+    } catch (const std::bad_alloc&) {
+        m_kept.clear();
+    }
 }
 
 // On this thread, so that the user interface does not wait for it; the file objects that came with

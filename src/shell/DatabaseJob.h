@@ -1,6 +1,7 @@
 #pragma once
 
 #include "library/Database.h"
+#include "library/KeptDatabases.h"
 #include "ports/Log.h"
 #include "shell/UiQueue.h"
 #include "tokens/TokenParser.h"
@@ -8,6 +9,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace tessera {
 
@@ -25,8 +27,9 @@ public:
     virtual bool stepFill() = 0;
     // The log comes to the front; a creating job disables the control's window.
     virtual void jobStarts(bool creating) = 0;
-    // The window is enabled again, and after a load the remembered pane comes back.
-    virtual void jobEnded(bool loaded, bool created, int rememberedPane) = 0;
+    // The window is enabled again, and after a load the remembered pane comes back. After a create the
+    // kept databases that hold marks are told.
+    virtual void jobEnded(bool loaded, std::vector<KeptMarks> kept, int rememberedPane) = 0;
 };
 
 // What a job works with; outlives the job's thread.
@@ -51,6 +54,8 @@ public:
     // The whole job; answers whether a database is loaded. Says itself what went wrong and leaves
     // no records behind then. Throws nothing.
     bool run() noexcept;
+    // After a create: what it left of earlier marks.
+    std::vector<KeptMarks> takeKeptMarks() { return std::move(m_kept); }
 
 private:
     bool perform();
@@ -59,6 +64,7 @@ private:
     std::int32_t locateArtwork(Library& library, JobContext& context) const;
     void fillViews();
     void emptyLibrary();
+    void lookForMarks();
     void freeOld();
     void report() noexcept;
 
@@ -67,6 +73,7 @@ private:
     bool m_creating;
     std::unique_ptr<Log> m_log;
     Library m_old;
+    std::vector<KeptMarks> m_kept;
 };
 
 } // namespace tessera

@@ -10,7 +10,7 @@ void DatabaseJobs::start(const DatabaseSettings& settings, bool creating, int re
     try {
         launch(settings, creating, rememberedPane);
     } catch (...) {
-        finish(false, creating, rememberedPane);
+        finish(false, {}, rememberedPane);
         throw;
     }
 }
@@ -20,17 +20,17 @@ void DatabaseJobs::launch(const DatabaseSettings& settings, bool creating, int r
     m_parts.views.jobStarts(creating);
     const auto job = std::make_shared<DatabaseJob>(m_parts, settings, creating, m_log.newJob());
     job->take(m_parts.views.emptyLibrary());
-    m_thread = Thread("Tessera database", [this, job, creating, rememberedPane] {
+    m_thread = Thread("Tessera database", [this, job, rememberedPane] {
         const bool loaded = job->run();
-        m_parts.queue.post([=, this] { finish(loaded, creating, rememberedPane); });
+        m_parts.queue.post([=, this] { finish(loaded, job->takeKeptMarks(), rememberedPane); });
     });
 }
 
-void DatabaseJobs::finish(bool loaded, bool created, int rememberedPane)
+void DatabaseJobs::finish(bool loaded, std::vector<KeptMarks> kept, int rememberedPane)
 {
     stop();
     m_busy = false;
-    m_parts.views.jobEnded(loaded, created, rememberedPane);
+    m_parts.views.jobEnded(loaded, std::move(kept), rememberedPane);
 }
 
 void DatabaseJobs::stop()

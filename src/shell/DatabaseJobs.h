@@ -28,7 +28,7 @@ public:
 
 private:
     void launch(const DatabaseSettings& settings, bool creating, int rememberedPane);
-    void finish(bool loaded, bool created, int rememberedPane);
+    void finish(bool loaded, std::vector<KeptMarks> kept, int rememberedPane);
 
     JobParts m_parts;
     ActivityLog& m_log;

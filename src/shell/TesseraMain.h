@@ -119,7 +119,7 @@ private:
     void beginFill(Log& log) override;
     bool stepFill() override;
     void jobStarts(bool creating) override;
-    void jobEnded(bool loaded, bool created, int rememberedPane) override;
+    void jobEnded(bool loaded, std::vector<KeptMarks> kept, int rememberedPane) override;
 
     void startSteps(IDispatch* host);
     ArtworkParts artworkParts();
@@ -138,7 +138,6 @@ private:
     bool maySelect() const;
     bool mayOpenDialog() const;
     bool mayReplaceLibrary();
-    void offerPreviousMarks();
     PlayRequest requestFor(const Album& album) const;
     void showPane(int id);
     void refreshAfterChange(bool reload);

@@ -4,9 +4,9 @@
 #include "shell/TesseraMain.h"
 
 #include "base/Errors.h"
+#include "base/PatientFiles.h"
 #include "library/FirstNames.h"
 #include "library/Format.h"
-#include "library/MarksTransfer.h"
 #include "options/NewDatabaseWizard.h"
 #include "system/Border.h"
 #include "ui/ListExport.h"
@@ -16,6 +16,15 @@
 #include "windowing/FileDialogs.h"
 
 namespace tessera {
+
+namespace {
+
+void showWaitCursor()
+{
+    SetCursor(LoadCursor(nullptr, IDC_WAIT));
+}
+
+} // namespace
 
 bool TesseraMain::maySelect() const
 {
@@ -35,7 +44,8 @@ bool TesseraMain::mayReplaceLibrary()
     if (!maySelect()) {
         return false;
     }
-    m_database.saveUnsaved(m_settings.database.lastUsed, systemFiles(), m_prompt);
+    PatientFiles files(systemFiles(), m_terminating, showWaitCursor);
+    m_database.saveUnsaved(m_settings.database.lastUsed, files, m_prompt);
     return maySelect();
 }
 
@@ -286,11 +296,14 @@ void TesseraMain::loadArtistFirstNames()
                      format("Could not open the artist first names file '%s'!", path.c_str()));
 }
 
-// The panes follow whether or not the file could be written: the marks hold in memory.
+// The panes follow whether or not the file could be written: the marks hold in memory. Once a wait for the
+// file was in vain, nobody waits for each mark that follows.
 void TesseraMain::marksChanged(std::span<Album* const> changed)
 {
     const std::shared_ptr<TesseraMain> alive = shared_from_this();
-    m_database.update(m_settings.database.lastUsed, changed, systemFiles(), m_prompt);
+    PatientFiles patient(systemFiles(), m_terminating, showWaitCursor);
+    FileSystem& files = m_database.unsavedAlbums() > 0 ? systemFiles() : patient;
+    m_database.update(m_settings.database.lastUsed, changed, files, m_prompt);
     if (m_terminating) {
         return;
     }
@@ -349,7 +362,7 @@ void TesseraMain::jobStarts(bool creating)
     }
 }
 
-void TesseraMain::jobEnded(bool loaded, bool created, int rememberedPane)
+void TesseraMain::jobEnded(bool loaded, std::vector<KeptMarks> kept, int rememberedPane)
 {
     m_host.releaseDropped();
     if (loaded) {
@@ -360,17 +373,9 @@ void TesseraMain::jobEnded(bool loaded, bool created, int rememberedPane)
     if (loaded) {
         selectPane(rememberedPane);
         startLoadingCovers();
-    }
-    if (loaded && created) {
-        offerPreviousMarks();
+        m_paneAlbumDetails->offerMarks(std::move(kept)); // a build begins without any
     }
     m_paneMain->refreshCommands();
-}
-
-// A build begins without marks; what it replaced may hold some.
-void TesseraMain::offerPreviousMarks()
-{
-    m_paneAlbumDetails->offerMarks(markedAlbums(m_settings.database.lastUsed + ".bak", systemFiles()));
 }
 
 } // namespace tessera

@@ -62,7 +62,7 @@ std::span<const MapEntry<PaneAlbumDetails>> PaneAlbumDetails::messageMap()
     static constexpr UINT kAlbums = id::kDetailsAlbums;
     static constexpr IdRange kTrees{id::kTreeLibrary, id::kTreeCompleted};
     static constexpr IdRange kTrackLists{id::kAlbumTracks, id::kPlayingNow};
-    static constexpr std::array<MapEntry<P>, 34> kMap{{
+    static constexpr std::array<MapEntry<P>, 35> kMap{{
         {WM_NOTIFY, &P::onNotify},
         {kTrees, TVN_SELCHANGEDA, &P::onNodeSelected},
         {kTrees, TVN_SELCHANGEDW, &P::onNodeSelected},
@@ -89,6 +89,7 @@ std::span<const MapEntry<PaneAlbumDetails>> PaneAlbumDetails::messageMap()
         {album::kToggleFavourite, &P::onToggleFavourite},
         {album::kTakeBack, &P::onTakeBack},
         {album::kTakeMarks, &P::onTakeMarks},
+        {album::kDismissMarks, &P::onDismissMarks},
         {IdRange{album::kSortFirst, album::kSortLast}, &P::onSort},
         {IdRange{album::kAppend, album::kPlay}, &P::onPlay},
         {album::kGoToDirectory, &P::onGoToDirectory},

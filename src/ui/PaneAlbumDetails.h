@@ -1,6 +1,7 @@
 #pragma once
 
 #include "artwork/Covers.h"
+#include "library/KeptDatabases.h"
 #include "ports/Log.h"
 #include "settings/ViewState.h"
 #include "ui/AlbumInfoList.h"
@@ -38,9 +39,9 @@ public:
     // false. The log lives as long.
     void beginRebuild(Log& log);
     bool stepRebuild();
-    // Says in the caption that the previous database holds marks of so many albums, and offers to
-    // take them; nothing for none.
-    void offerMarks(std::size_t albums);
+    // Says in the caption that kept databases hold marks, and offers to take them, one after the other,
+    // until they are taken or dismissed or the library goes. None: nothing is offered.
+    void offerMarks(std::vector<KeptMarks> kept);
 
     void settingsChanged() override;
     void storeState() override;
@@ -134,6 +135,7 @@ private:
     void onToggleFavourite(const Command& command);
     void onTakeBack(const Command& command);
     void onTakeMarks(const Command& command);
+    void onDismissMarks(const Command& command);
     void onSort(const Command& command);
     void onGoToDirectory(const Command& command);
     void mark(const std::vector<Album*>& albums, UINT command, std::int32_t date);
@@ -169,6 +171,7 @@ private:
     std::string m_status;
     ViewState m_view;
     MarkHistory m_history;
+    std::vector<KeptMarks> m_kept; // what is offered, the first one now
 };
 
 } // namespace tessera

@@ -291,17 +291,31 @@ void PaneAlbumDetails::written(const std::vector<Album*>& albums, bool movesAlbu
 Menu PaneAlbumDetails::captionMenu() const
 {
     Menu menu = Menu::popup();
-    if (menu)
-        menu.add(albumCommand::kTakeMarks, "Take marks from another database...",
-                 m_summary.albums() > 0 ? MF_ENABLED : MF_GRAYED);
+    if (!menu)
+        return menu;
+    menu.add(albumCommand::kTakeMarks, "Take marks from another database...",
+             m_summary.albums() > 0 ? MF_ENABLED : MF_GRAYED);
+    if (!m_kept.empty())
+        menu.add(albumCommand::kDismissMarks, "Do not offer marks of earlier databases");
     return menu;
 }
 
-void PaneAlbumDetails::offerMarks(std::size_t albums)
+void PaneAlbumDetails::offerMarks(std::vector<KeptMarks> kept)
 {
-    const std::string text = format("The previous database holds marks of %ld album%s. Take them...",
-                                    static_cast<long>(albums), albums == 1 ? "" : "s");
-    setOffer(albums > 0 ? text : std::string(), albumCommand::kTakeMarks);
+    m_kept = std::move(kept);
+    if (m_kept.empty())
+        return setOffer({}, 0);
+    const KeptMarks& first = m_kept.front();
+    const bool previous = first.fileName == previousDatabase(commands().database().lastUsed);
+    setOffer(format("%s database holds marks of %ld album%s. Take them...",
+                    previous ? "The previous" : "An earlier", static_cast<long>(first.albums),
+                    first.albums == 1 ? "" : "s"),
+             albumCommand::kTakeMarks);
+}
+
+void PaneAlbumDetails::onDismissMarks(const Command&)
+{
+    offerMarks({});
 }
 
 void PaneAlbumDetails::onTakeMarks(const Command&)
@@ -309,7 +323,8 @@ void PaneAlbumDetails::onTakeMarks(const Command&)
     if (commands().isBusy() || m_summary.albums() == 0)
         return;
     commands().postDialog([this](HWND owner) {
-        const std::optional<MarksPlan> plan = askMarks(owner, commands());
+        const std::optional<MarksPlan> plan =
+            askMarks(owner, commands(), m_kept.empty() ? std::string() : m_kept.front().fileName);
         if (plan && handle() && !commands().isBusy())
             takeMarks(*plan);
     });
@@ -317,7 +332,8 @@ void PaneAlbumDetails::onTakeMarks(const Command&)
 
 void PaneAlbumDetails::takeMarks(const MarksPlan& plan)
 {
-    setOffer({}, 0);
+    std::erase_if(m_kept, [&](const KeptMarks& kept) { return equalNoCase(kept.fileName, plan.fileName); });
+    offerMarks(std::move(m_kept));
     if (plan.changes.empty())
         return;
     std::vector<Album*> albums;

@@ -77,7 +77,7 @@ void PaneAlbumDetails::clearRecords()
 {
     EndMenu();
     m_history.clear();
-    setOffer({}, 0);
+    offerMarks({});
     m_trees.release();
     m_plvwAlbums.resetAlbums();
     m_plvwAlbumInfo.setAlbums({});

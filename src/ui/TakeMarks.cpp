@@ -2,6 +2,7 @@
 
 #include "base/Files.h"
 #include "base/Text.h"
+#include "library/KeptDatabases.h"
 #include "ui/Commands.h"
 #include "windowing/FileDialogs.h"
 
@@ -70,7 +71,9 @@ void TakeMarks::onOk()
 
 std::string TakeMarks::suggestedName() const
 {
-    const std::string previous = m_commands.database().lastUsed + ".bak";
+    if (!m_suggested.empty())
+        return m_suggested;
+    const std::string previous = previousDatabase(m_commands.database().lastUsed);
     return systemFiles().exists(previous) ? previous : std::string();
 }
 
@@ -143,9 +146,9 @@ void TakeMarks::onBrowse(const Command&)
     }
 }
 
-std::optional<MarksPlan> askMarks(HWND owner, Commands& commands)
+std::optional<MarksPlan> askMarks(HWND owner, Commands& commands, const std::string& fileName)
 {
-    return TakeMarks(commands).ask(owner);
+    return TakeMarks(commands, fileName).ask(owner);
 }
 
 } // namespace tessera

@@ -16,11 +16,14 @@ public:
     static constexpr UINT kBrowse = 1102;
     static constexpr UINT kReport = 1103;
 
-    explicit TakeMarks(Commands& commands) : m_commands(commands) {}
+    // Begins with the database of this name; with an empty one, with the previous one where it is kept.
+    TakeMarks(Commands& commands, std::string fileName)
+        : m_commands(commands), m_suggested(std::move(fileName))
+    {
+    }
     static std::span<const MapEntry<TakeMarks>> messageMap();
 
-    // Modal. Begins with the kept generation of the database in use, where there is one. Changes
-    // nothing itself; none when the user cancelled.
+    // Modal. Changes nothing itself; none when the user cancelled.
     std::optional<MarksPlan> ask(HWND owner);
 
 protected:
@@ -37,11 +40,12 @@ private:
     Handled onTimer(const Message& message);
 
     Commands& m_commands;
+    std::string m_suggested;
     std::string m_fileName; // the one that the plan is for
     MarksPlan m_plan;
 };
 
 // What the user wants to take over from another database; none when it was cancelled.
-std::optional<MarksPlan> askMarks(HWND owner, Commands& commands);
+std::optional<MarksPlan> askMarks(HWND owner, Commands& commands, const std::string& fileName);
 
 } // namespace tessera

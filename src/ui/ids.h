@@ -66,6 +66,7 @@ inline constexpr int kSortLast = 10920;
 inline constexpr int kToggleFavourite = 10980;
 inline constexpr int kTakeBack = 10981; // the last change of marks
 inline constexpr int kTakeMarks = 10982;
+inline constexpr int kDismissMarks = 10983; // the offer to take some
 inline constexpr int kSelectCriteria = 10989;
 inline constexpr int kFind = 10990; // to the search box
 inline constexpr int kClearSearch = 10991;

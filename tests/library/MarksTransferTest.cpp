@@ -1,5 +1,6 @@
 #include "library/MarksTransfer.h"
 
+#include "library/KeptDatabases.h"
 #include "library/SampleRig.h"
 
 #include <gtest/gtest.h>
@@ -103,7 +104,6 @@ TEST_F(Transfer, AKindThatIsMarkedThereReplacesTheSameKindHere)
     EXPECT_EQ(plan.matched.favourites, 2U);
     EXPECT_EQ(plan.matched.news, 1U);
     EXPECT_EQ(database.library().albums.at(1)->rank, 3) << "a plan changes nothing";
-    EXPECT_EQ(markedAlbums(kOther, rig.files), 4U);
 }
 
 struct MatchCase {
@@ -173,7 +173,7 @@ TEST_F(Transfer, FindsTheRightPartners)
     }
 }
 
-TEST_F(Transfer, NoMarksAndTheSameFileChangeNothing)
+TEST_F(Transfer, TheSameFileChangesNothing)
 {
     const std::vector<AlbumSpec> albums = {{"A", "Lumen", "D:\\a", {"1"}, kAlbumFavourite, 4},
                                            {"B", "Lumen", "D:\\b", {"2"}}};
@@ -182,26 +182,17 @@ TEST_F(Transfer, NoMarksAndTheSameFileChangeNothing)
     EXPECT_TRUE(same.changes.empty());
     EXPECT_EQ(same.matched.ranks, 1U);
     EXPECT_EQ(same.matched.favourites, 1U);
-
-    const MarksPlan none = planFrom({{"A", "Lumen", "D:\\a", {"1"}, 0, 0, 20200101}});
-    EXPECT_TRUE(none.changes.empty() && !none.found.any() && !none.matched.any() && none.failure.empty());
-    EXPECT_EQ(markedAlbums(kOther, rig.files), 0U);
-    EXPECT_TRUE(planFrom({}).failure.empty());
 }
 
-TEST_F(Transfer, ADamagedFileIsRefusedWhereverItIsCut)
+TEST_F(Transfer, ADamagedFileIsRefused)
 {
     load({{"A", "Lumen", "D:\\a", {"1"}}});
     EXPECT_EQ(plan().failure, "Could not open the database 'C:\\db\\here.ts2.bak'!");
-    EXPECT_EQ(markedAlbums(kOther, rig.files), 0U);
     const Bytes whole = databaseOf({{"A", "Lumen", "D:\\a", {"1"}, 0, 9}});
-    for (std::size_t length = 0; length < whole.size(); ++length) {
-        rig.files.files[kOther].assign(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length));
-        const MarksPlan refused = plan();
-        ASSERT_EQ(refused.failure, "Invalid database!") << length;
-        ASSERT_TRUE(refused.changes.empty() && !refused.found.any());
-        ASSERT_EQ(markedAlbums(kOther, rig.files), 0U);
-    }
+    rig.files.files[kOther].assign(whole.begin(), whole.end() - 1);
+    const MarksPlan refused = plan();
+    EXPECT_EQ(refused.failure, "Invalid database!");
+    EXPECT_TRUE(refused.changes.empty() && !refused.found.any());
     Bytes version = whole;
     version[8] = 3;
     rig.files.files[kOther] = version;
@@ -209,32 +200,40 @@ TEST_F(Transfer, ADamagedFileIsRefusedWhereverItIsCut)
     EXPECT_EQ(rig.prompt.text(), "") << "nothing is shown by itself";
 }
 
-// All of one name here, so that nothing but the files tells, and quickly.
-TEST_F(Transfer, ALargeLibraryThatMoved)
+// What was taken and then changed lives; what is gone, or was never taken, does not.
+TEST_F(Transfer, MarksLiveInALaterDatabase)
 {
-    constexpr int kAlbums = 20000;
-    std::vector<AlbumSpec> there;
-    for (int i = 0; i < kAlbums; ++i)
-        there.push_back({format("T%d", i), "Lumen", "D:\\old", {format("D:\\m\\%d.mp3", i)}, 0, 1 + i % 10});
-    Library library;
-    Artist artist;
-    artist.displayName = "Lumen";
-    for (int i = 0; i < kAlbums; ++i) {
-        auto& track = *library.tracks.emplace(i + 1, std::make_unique<Track>()).first->second;
-        track.id = i + 1;
-        track.fileName = format("d:\\M\\%d.mp3", i);
-        auto& album = *library.albums.emplace(i + 1, std::make_unique<Album>()).first->second;
-        album.id = i + 1;
-        album.hostTitle = "A";
-        album.path = "D:\\new";
-        album.artist = &artist;
-        album.tracks.emplace(track.id, &track);
-    }
-    rig.files.files[kOther] = databaseOf(there);
-    const MarksPlan plan = planMarks(kOther, library, rig.files);
-    ASSERT_EQ(plan.changes.size(), static_cast<std::size_t>(kAlbums));
-    for (const auto& [album, marks] : plan.changes)
-        ASSERT_EQ(marks.rank, 1 + (album->id - 1) % 10);
+    const std::vector<AlbumSpec> earlier = {{"A", "Lumen", "D:\\a", {"1"}, kAlbumFavourite, 4},
+                                            {"B", "Lumen", "D:\\b", {"2"}, kAlbumNew, 0, 20250101},
+                                            {"C", "Lumen", "D:\\c", {"3"}, 0, 5},
+                                            {"D", "Lumen", "D:\\d", {"4"}}};
+    const auto living = [&](const std::vector<AlbumSpec>& later) {
+        return livingMarks(databaseOf(later), databaseOf(earlier), rig.terminating);
+    };
+    EXPECT_EQ(markedAlbums(databaseOf(earlier), rig.terminating), 3U);
+    EXPECT_FALSE(markedAlbums(bytesOf("no database"), rig.terminating).has_value());
+    EXPECT_EQ(living(earlier), 3U);
+    EXPECT_EQ(living({{"A", "Lumen", "D:\\a", {"1"}, kAlbumFavourite, 9}, // another rank
+                      {"B", "Lumen", "D:\\b", {"2"}, 0, 0, 20250101},     // no longer new
+                      {"X", "Lumen", "D:\\x", {"3"}, 0, 1}}),             // its files tell
+              3U);
+    EXPECT_EQ(living({{"A", "Lumen", "D:\\a", {"1"}, 0, 4}, {"B", "Lumen", "D:\\b", {"2"}}}), 0U);
+    EXPECT_EQ(living({}), 0U);
+}
+
+TEST_F(Transfer, KeptDatabasesWithMarksAreListedTheEarliestFirst)
+{
+    const std::vector<AlbumSpec> one = {{"A", "Lumen", "D:\\a", {"1"}, 0, 4}};
+    const std::string name = "C:\\db\\here.ts2";
+    rig.files.files[name + ".bak"] = databaseOf(one);
+    rig.files.files[name + ".2.bak"] = databaseOf(one);
+    rig.files.files[name + ".4.bak"] = databaseOf(one);
+    rig.files.files[name + ".3.bak"] = databaseOf({{"A", "Lumen", "D:\\a", {"1"}}});
+    rig.files.files[name + ".5.bak"] = bytesOf("no database");
+    std::string text;
+    for (const KeptMarks& kept : keptMarks(name, rig.files, rig.terminating))
+        text += kept.fileName.substr(name.size()) + format(" %d ", static_cast<int>(kept.albums));
+    EXPECT_EQ(text, ".2.bak 1 .4.bak 1 .bak 1 ");
 }
 
 } // namespace

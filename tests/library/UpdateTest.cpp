@@ -1,5 +1,4 @@
 #include "library/SampleRig.h"
-#include "support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -136,20 +135,6 @@ TEST_F(Update, TheNextChangeMendsAFileThatWasLeftHalfWay)
     }
 }
 
-TEST_F(Update, RecordsAreWrittenInTheOrderOfTheFile)
-{
-    rig.files.calls = 0;
-    rig.files.failingCall = 7; // open, size, two reads, seek, write, seek
-    const Bytes whole = file();
-    ASSERT_FALSE(update());
-    const Bytes updated = rig.written();
-    SamplePlaces at;
-    sampleDatabase(&at);
-    const auto middle = static_cast<std::ptrdiff_t>(at.secondAlbum);
-    EXPECT_TRUE(std::equal(updated.begin(), updated.begin() + middle, file().begin()));
-    EXPECT_TRUE(std::equal(whole.begin() + middle, whole.end(), file().begin() + middle));
-}
-
 TEST_F(Update, BeforeTheLibraryGoesWhatIsUnsavedIsTriedOnceMore)
 {
     EXPECT_TRUE(saveUnsaved()) << "nothing is unsaved";
@@ -186,50 +171,6 @@ TEST_F(Update, AMissingFileAndAFolderInItsPlaceAreTold)
     rig.files.folders.insert(SampleRig::kName);
     EXPECT_FALSE(update());
     EXPECT_EQ(rig.prompt.boxes.size(), 2U);
-}
-
-// The same with the system's own files, which lock, too.
-TEST(UpdateOnDisk, LockedReplacedAndMended)
-{
-    const TemporaryFolder folder("update");
-    const std::string name = folder.file("sample.ts2");
-    SampleRig rig;
-    JobContext context{systemFiles(), rig.log, rig.prompt, rig.terminating};
-    ASSERT_TRUE(systemFiles().create(name)->write(sampleDatabase()));
-    ASSERT_TRUE(rig.database.read(name, rig.host, context, [] {}));
-    Album* const album = rig.database.library().albums.at(3).get();
-    album->rank = 4;
-    const auto update = [&] {
-        return rig.database.update(name, std::vector<Album*>{album}, systemFiles(), rig.prompt);
-    };
-
-#ifdef _WIN32
-    {
-        const auto lock = systemFiles().openForUpdate(name);
-        EXPECT_FALSE(update());
-    }
-    EXPECT_EQ(rig.prompt.text(), "exclamation: Could not open the database '" + name + "'!");
-#endif
-    ASSERT_TRUE(systemFiles().remove(name));
-    std::filesystem::create_directory(folder.path() + "/sample.ts2");
-    EXPECT_FALSE(update());
-    std::filesystem::remove(folder.path() + "/sample.ts2");
-
-    Bytes other = sampleDatabase();
-    other[40] ^= 1; // in the name of a track
-    other.back() ^= 1;
-    ASSERT_TRUE(systemFiles().create(name)->write(other));
-    EXPECT_TRUE(update()) << "the record is the same";
-    other.resize(other.size() - 1);
-    ASSERT_TRUE(systemFiles().create(name)->write(other));
-    EXPECT_FALSE(update());
-    EXPECT_EQ(systemFiles().readAll(name), other);
-
-    ASSERT_TRUE(systemFiles().create(name)->write(sampleDatabase()));
-    rig.prompt.boxes.clear();
-    EXPECT_TRUE(update());
-    EXPECT_EQ(systemFiles().readAll(name), rig.written());
-    EXPECT_EQ(rig.prompt.text(), "");
 }
 
 } // namespace

@@ -1,5 +1,7 @@
+#include "base/Clock.h"
 #include "library/SampleRig.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace tessera::test {
@@ -69,30 +71,250 @@ TEST(Writer, RefusedFolderFileAndFullDiskAreTold)
     EXPECT_EQ(rig.log.level, 0);
 }
 
-TEST(Writer, EveryFileSystemFailureKeepsTheOldDatabaseOrWritesTheNewOne)
+const std::string kTarget = SampleRig::kName;
+const std::string kPrevious = kTarget + ".bak";
+const std::string kTemporary = kTarget + ".tmp";
+
+// The sample with a mark on its first album, its second, or both.
+Bytes markedDatabase(bool first, bool second)
 {
-    const Bytes old = sampleDatabase(nullptr, "OLD");
-    bool reachedTheEnd = false;
-    for (int call = 1; !reachedTheEnd; ++call) {
-        SCOPED_TRACE(call);
-        SampleRig rig;
-        ASSERT_TRUE(rig.read(sampleDatabase()));
-        rig.files.files[SampleRig::kName] = old;
-        rig.log.lines.clear();
-        rig.files.calls = 0;
-        rig.files.failingCall = call;
-        const bool good = rig.database.write(SampleRig::kName, rig.context);
-        reachedTheEnd = rig.files.calls < call;
-        EXPECT_EQ(rig.log.lines.back(), "    Finished");
-        EXPECT_EQ(rig.log.level, 0);
-        if (good) {
-            EXPECT_NE(rig.files.files[SampleRig::kName], old);
-        } else {
-            EXPECT_EQ(rig.files.files[SampleRig::kName], old);
-        }
-        EXPECT_TRUE(good || rig.prompt.boxes.size() == 1) << rig.prompt.text();
-        EXPECT_FALSE(rig.files.files.contains(std::string(SampleRig::kName) + ".tmp"));
+    SamplePlaces at;
+    Bytes bytes = sampleDatabase(&at);
+    bytes[at.firstAlbum + 4 * 10 + 5 + 3 + 4] = first ? 7 : 0;
+    bytes[at.secondAlbum] = second ? 8 : 0;
+    return bytes;
+}
+
+// What a user may find before a build: no file, a damaged one, or one with some marks.
+std::vector<Bytes> possibleFiles()
+{
+    return {{},
+            bytesOf("damaged"),
+            markedDatabase(false, false),
+            markedDatabase(true, false),
+            markedDatabase(false, true),
+            markedDatabase(true, true)};
+}
+
+using FileMap = std::map<std::string, Bytes>;
+
+// True when all marks of a database are in one of the files.
+bool hasMarksOf(const Bytes& bytes, const FileMap& files)
+{
+    const auto all = possibleFiles();
+    const auto marks = [&](const Bytes& of) {
+        const auto place = std::ranges::find(all, of) - all.begin();
+        return place >= 3 && place < 6 ? place - 2 : 0; // a bit for each album
+    };
+    return std::ranges::any_of(files,
+                               [&](const auto& file) { return (marks(bytes) & ~marks(file.second)) == 0; });
+}
+
+class Replacing : public testing::Test {
+protected:
+    std::optional<SampleRig> rig;
+    FileMap before;
+    const Bytes built = markedDatabase(false, false);
+
+    // A build is done and about to be written.
+    void prepare(const Bytes& target, const Bytes& previous)
+    {
+        rig.emplace();
+        ASSERT_TRUE(rig->read(built));
+        rig->files.files.erase(kTarget);
+        if (!target.empty())
+            rig->files.files[kTarget] = target;
+        if (!previous.empty())
+            rig->files.files[kPrevious] = previous;
+        before = rig->files.files;
     }
+    bool write() { return rig->database.write(kTarget, rig->context); }
+    FileMap& after() { return rig->files.files; }
+    void expectMarksKept(const char* when)
+    {
+        for (const auto& [name, bytes] : before)
+            EXPECT_TRUE(hasMarksOf(bytes, after())) << when << ": " << name;
+    }
+};
+
+TEST_F(Replacing, NoMarksGetLostHoweverOftenOneBuilds)
+{
+    for (const Bytes& target : possibleFiles()) {
+        for (const Bytes& previous : possibleFiles()) {
+            prepare(target, previous);
+            for (const char* build : {"first", "second", "third"}) {
+                ASSERT_TRUE(write());
+                EXPECT_EQ(after()[kTarget], built);
+                EXPECT_FALSE(after().contains(kTemporary));
+                expectMarksKept(build);
+            }
+            EXPECT_EQ(rig->prompt.text(), "");
+        }
+    }
+    prepare(built, markedDatabase(true, false));
+    ASSERT_TRUE(write());
+    EXPECT_EQ(after(), before) << "one without marks is not worth a place of its own";
+    prepare(markedDatabase(true, true), markedDatabase(true, false));
+    ASSERT_TRUE(write());
+    EXPECT_EQ(after()[kPrevious], markedDatabase(true, true));
+    EXPECT_EQ(after().size(), 3u) << "what lives on in a later one is not kept twice; and the picture";
+    prepare(markedDatabase(true, false), markedDatabase(false, true));
+    ASSERT_TRUE(write());
+    EXPECT_EQ(after()[kTarget + ".2.bak"], markedDatabase(false, true));
+    EXPECT_EQ(rig->log.lines[rig->log.lines.size() - 2],
+              "    Keeping the marks of an earlier database - " + kTarget + ".2.bak");
+    after()[kTarget] = markedDatabase(true, true); // which has taken them
+    ASSERT_TRUE(write());
+    EXPECT_FALSE(after().contains(kTarget + ".2.bak"));
+}
+
+// A lock or short memory says nothing about what is in a file.
+TEST_F(Replacing, WhatCannotBeReadNowIsKept)
+{
+    for (const bool target : {true, false}) {
+        prepare(bytesOf("who knows"), bytesOf("who knows, either"));
+        rig->files.unreadable.insert(target ? kTarget : kPrevious);
+        if (!target)
+            after()[kTarget] = before[kTarget] = markedDatabase(true, false);
+        ASSERT_TRUE(write());
+        const Bytes& kept = before[target ? kTarget : kPrevious];
+        EXPECT_EQ(std::ranges::count(after(), kept, &FileMap::value_type::second), 1);
+        EXPECT_TRUE(target || hasMarksOf(markedDatabase(true, false), after()));
+    }
+}
+
+TEST_F(Replacing, APreviousNameThatCannotBeGivenDoesNotFailTheBuild)
+{
+    prepare(markedDatabase(true, false), {});
+    rig->files.folders.insert(kPrevious);
+    ASSERT_TRUE(write());
+    expectMarksKept("a folder has its name");
+    EXPECT_EQ(after()[kTarget], built);
+}
+
+// A call that fails, and a crash at a call, after which nothing is done any more.
+TEST_F(Replacing, EveryFailureAndCrashKeepsTheOldDatabaseOrTheNewOne)
+{
+    const Bytes first = markedDatabase(true, false);
+    const Bytes second = markedDatabase(false, true);
+    const std::pair<Bytes, Bytes> cases[] = {
+        {first, {}}, {first, second}, {markedDatabase(true, true), second}, {built, second}, {built, built}};
+    for (const auto& [target, previous] : cases) {
+        for (const bool crash : {false, true}) {
+            bool reachedTheEnd = false;
+            for (int call = 1; !reachedTheEnd; ++call) {
+                SCOPED_TRACE(format("%s at %d", crash ? "crash" : "failure", call));
+                prepare(target, previous);
+                rig->files.calls = 0;
+                (crash ? rig->files.deadFrom : rig->files.failingCall) = call;
+                const bool good = write();
+                reachedTheEnd = rig->files.calls < call;
+                EXPECT_EQ(rig->log.lines.back(), "    Finished");
+                // A picture that cannot be read is told, and left out.
+                const bool told = rig->prompt.text().find("thumbnail") != std::string::npos;
+                const Bytes whole(built.begin(), built.end() - (told ? 9 : 0));
+                EXPECT_EQ(rig->prompt.boxes.size(), (good ? 0u : 1u) + (told ? 1u : 0u));
+                expectMarksKept("marks");
+                const bool inUse = after().contains(kTarget) && !after()[kTarget].empty();
+                if (good) {
+                    EXPECT_EQ(after()[kTarget], whole);
+                } else if (inUse) {
+                    EXPECT_EQ(after()[kTarget], target);
+                }
+                rig->files.failingCall = rig->files.deadFrom = 0;
+                if (!inUse) { // told now, and at the next start
+                    EXPECT_NE(rig->prompt.text().find(".bak'."), std::string::npos);
+                    after().erase(kTarget);
+                    rig->prompt.boxes.clear();
+                    EXPECT_FALSE(rig->database.read(kTarget, rig->host, rig->context, {}));
+                    EXPECT_NE(rig->prompt.text().find(".bak - the"), std::string::npos) << rig->prompt.text();
+                    EXPECT_NE(rig->prompt.text().find(".tmp - a"), std::string::npos);
+                } else if (rig->prompt.text().find("complete") != std::string::npos) {
+                    EXPECT_EQ(after()[kTemporary], whole);
+                } else {
+                    EXPECT_TRUE(crash || !after().contains(kTemporary));
+                }
+            }
+        }
+    }
+}
+
+// A scanner looks at what was just written. It lets go, or it does not, or the plug-in ends meanwhile.
+TEST_F(Replacing, FilesThatAreHeldForAMomentAreWaitedFor)
+{
+    const std::string names[] = {kTarget, kPrevious, kTemporary};
+    for (const std::string& held : names) {
+        prepare(markedDatabase(true, false), markedDatabase(true, false));
+        rig->files.held[held] = 5;
+        EXPECT_TRUE(write()) << held << rig->prompt.text();
+        EXPECT_EQ(after()[kTarget], built);
+        EXPECT_LE(rig->files.held[held], 0);
+        EXPECT_EQ(after().size(), 3u);
+    }
+    rig->files.held[kTarget] = 5;
+    EXPECT_TRUE(Database().read(kTarget, rig->host, rig->context, {}));
+    rig->files.held[kTarget] = 1000000;
+    const std::uint32_t start = tickCount();
+    EXPECT_FALSE(write());
+    EXPECT_GE(tickCount() - start, 1900u);
+    EXPECT_EQ(rig->prompt.text(), "exclamation: Could not create the database 'C:\\db\\sample.ts2'!");
+    rig->terminating = true;
+    const std::uint32_t end = tickCount();
+    EXPECT_FALSE(Database().read(kTarget, rig->host, rig->context, {}));
+    EXPECT_LT(tickCount() - end, 1500u);
+}
+
+// Takes any number of bytes and only counts them.
+class CountingFiles : public FakeFiles {
+public:
+    std::unique_ptr<OutputFile> create(const std::string& path) override
+    {
+        FakeFiles::create(path).reset(); // as if it were there
+        return std::make_unique<Counter>(largest);
+    }
+    std::uint64_t largest = 0;
+
+private:
+    class Counter : public OutputFile {
+    public:
+        explicit Counter(std::uint64_t& total) : m_total(total) { m_total = 0; }
+        bool write(ByteView bytes) override
+        {
+            m_total += bytes.size();
+            return true;
+        }
+        bool seek(std::uint32_t) override { return true; }
+        bool readAt(std::uint32_t, std::span<std::uint8_t>) override { return false; }
+        std::optional<std::uint64_t> size() override { return m_total; }
+        bool flush() override { return true; }
+
+    private:
+        std::uint64_t& m_total;
+    };
+};
+
+TEST(Writer, WhatNoLoadCouldHoldIsRefused)
+{
+    SampleRig rig;
+    ASSERT_TRUE(rig.read(sampleDatabase()));
+    CountingFiles files;
+    files.files[kTarget] = sampleDatabase();
+    files.files["C:\\m\\a\\folder.jpg"] = Bytes(std::size_t{64} << 20);
+    for (std::int32_t id = 10; id < 50; ++id) { // 2.5 GB
+        auto album = std::make_unique<Album>();
+        album->id = id;
+        album->flags = kAlbumHasImage;
+        album->thumbnailFile = "C:\\m\\a\\folder.jpg";
+        rig.database.library().albums.emplace(id, std::move(album));
+    }
+    JobContext context{files, rig.log, rig.prompt, rig.terminating};
+    EXPECT_FALSE(rig.database.write(kTarget, context));
+    EXPECT_EQ(rig.prompt.text(),
+              "exclamation: Could not write the database 'C:\\db\\sample.ts2'!\n\nIt would be "
+              "larger than 2 GB, which is more than can be loaded.");
+    EXPECT_LE(files.largest, 0x7FFFFFFFU);
+    EXPECT_EQ(files.files[kTarget], sampleDatabase());
+    EXPECT_FALSE(files.files.contains(kTemporary));
 }
 
 TEST(Writer, CancelledAtAnyLineLeavesTheOldDatabase)

@@ -3,6 +3,7 @@
 #include "MarksFixture.h"
 
 #include "library/Records.h"
+#include "support/FileHolder.h"
 #include "system/Handle.h"
 
 #include <atomic>
@@ -136,6 +137,10 @@ TEST_F(MarksTest, AFileThatIsInUseOrCutOffOrAnotherIsLeftAlone)
             CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
         command(albumCommand::kRankNone + 7);
         EXPECT_EQ(plugin->boxes.texts, Texts{couldNotOpen()});
+        const DWORD start = GetTickCount();
+        command(albumCommand::kRankNone + 6);
+        EXPECT_LT(GetTickCount() - start, 1500u) << "one wait in vain is enough";
+        EXPECT_EQ(plugin->boxes.texts, Texts(2, couldNotOpen()));
     }
     Bytes cut = model;
     cut.resize(cut.size() / 2);
@@ -154,6 +159,56 @@ TEST_F(MarksTest, AFileThatIsInUseOrCutOffOrAnotherIsLeftAlone)
     command(albumCommand::kNotNew);
     putRank("Album 2", 8);
     EXPECT_TRUE(file() == model);
+}
+
+// A scanner holds the database when it is to be marked, and each file that a build has just closed.
+TEST_F(MarksTest, FilesThatAreHeldForAMomentAreWaitedFor)
+{
+    start();
+    chooseRows({"Album 2"});
+    {
+        const test::FileHolder scanner(path, 400);
+        ASSERT_TRUE(scanner.holds());
+        command(albumCommand::kRankNone + 7);
+    }
+    putRank("Album 2", 7);
+    EXPECT_TRUE(file() == model);
+
+    std::atomic<bool> scanning{true};
+    std::atomic<int> held{0};
+    std::thread scanner([&] {
+        while (scanning) {
+            for (const char* ending : {".tmp", "", ".bak"})
+                held += test::FileHolder(path + ending, 60).holds() ? 1 : 0;
+        }
+    });
+    const bool created = plugin->create();
+    scanning = false;
+    scanner.join();
+    EXPECT_TRUE(created);
+    EXPECT_GT(held, 0);
+    EXPECT_TRUE(plugin->boxes.texts.empty());
+    EXPECT_TRUE(systemFiles().readAll(path + ".bak") == model);
+}
+
+// However often one builds before they are taken, and after a mark in between.
+TEST_F(MarksTest, BuildingAgainLosesNoMarksAndKeepsTheirOffer)
+{
+    start();
+    chooseRows({"Album 2", "Album 5"});
+    command(albumCommand::kFavourite);
+    const Bytes marked = file();
+    for (int build = 0; build < 2; ++build) {
+        ASSERT_TRUE(plugin->create());
+        EXPECT_TRUE(systemFiles().readAll(path + ".bak") == marked);
+    }
+    chooseRows({"Album 1"});
+    command(albumCommand::kRankNone + 3);
+    const Bytes markedLater = file();
+    ASSERT_TRUE(plugin->create());
+    EXPECT_TRUE(systemFiles().readAll(path + ".bak") == markedLater);
+    EXPECT_TRUE(systemFiles().readAll(path + ".2.bak") == marked);
+    EXPECT_TRUE(plugin->boxes.texts.empty());
 }
 
 // The box must not keep a container waiting that sends messages.

@@ -53,6 +53,8 @@ protected:
         write(other, "here.ts2.bak");
         setMarks(*other.library().albums.at(1), {});
         write(other, "lost.ts2");
+        setMarks(*other.library().albums.at(1), {.rank = 2});
+        write(other, "here.ts2");
         const auto damaged = systemFiles().create(folder.file("damaged.ts2"));
         damaged->write(test::bytesOf("not a database"));
     }
@@ -82,7 +84,7 @@ protected:
     {
         owner.script = std::move(script);
         PostMessageA(owner.handle(), kGo, 0, 0);
-        return askMarks(owner.handle(), commands);
+        return askMarks(owner.handle(), commands, suggested);
     }
     static HWND item(HWND dialog, UINT id) { return GetDlgItem(dialog, static_cast<int>(id)); }
     static std::string report(HWND dialog) { return windowText(item(dialog, TakeMarks::kReport)); }
@@ -98,6 +100,7 @@ protected:
 
     TemporaryFolder folder{"take-marks"};
     FakeCommands commands;
+    std::string suggested;
     TakeMarksOwner owner;
 };
 

@@ -1,0 +1,130 @@
+#include "library/KeptDatabases.h"
+
+#include "base/Text.h"
+#include "library/MarksTransfer.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace tessera {
+
+namespace {
+
+constexpr int kFirstNumber = 2;
+constexpr int kLastNumber = 20;
+
+std::string numberedName(const std::string& fileName, int number)
+{
+    return format("%s.%d.bak", fileName.c_str(), number);
+}
+
+// A database as far as a replacement looks at it.
+struct Content {
+    std::optional<std::vector<std::uint8_t>> bytes; // none: there is none, or it cannot be read just now
+    std::optional<std::size_t> marked;              // albums; none: not known
+    bool keeps = false;                             // worth keeping
+
+    bool mayHoldMarks() const { return keeps && marked != 0U; }
+};
+
+Content look(const std::string& fileName, FileSystem& files, const std::atomic<bool>& terminating)
+{
+    Content content;
+    content.bytes = files.readAll(fileName);
+    content.keeps = files.exists(fileName);
+    if (content.bytes) {
+        content.marked = markedAlbums(*content.bytes, terminating);
+        content.keeps = content.marked.has_value();
+    }
+    return content;
+}
+
+// True when the earlier one may go: its marks live on in the later one.
+bool supersedes(const Content& later, const Content& earlier, const std::atomic<bool>& terminating)
+try {
+    if (!later.marked || !earlier.marked)
+        return false;
+    const std::size_t living = livingMarks(*later.bytes, *earlier.bytes, terminating);
+    return living * 10 >= *earlier.marked * 9;
+} catch (const std::bad_alloc&) {
+    return false;
+}
+
+// Names behind those that are taken, the nearest first; fewer, or none, when the numbers are used up.
+std::vector<std::string> freeNames(const std::string& fileName, FileSystem& files)
+{
+    std::vector<std::string> names;
+    for (int number = kLastNumber; number >= kFirstNumber; --number) {
+        std::string name = numberedName(fileName, number);
+        if (files.exists(name))
+            break;
+        names.push_back(std::move(name));
+    }
+    std::ranges::reverse(names);
+    return names;
+}
+
+std::vector<std::string> keptNames(const std::string& fileName, FileSystem& files)
+{
+    std::vector<std::string> names;
+    for (int number = kFirstNumber; number <= kLastNumber; ++number) {
+        std::string name = numberedName(fileName, number);
+        if (files.exists(name))
+            names.push_back(std::move(name));
+    }
+    return names;
+}
+
+} // namespace
+
+std::string previousDatabase(const std::string& fileName)
+{
+    return fileName + ".bak";
+}
+
+std::string temporaryDatabase(const std::string& fileName)
+{
+    return fileName + ".tmp";
+}
+
+std::vector<KeptMarks> keptMarks(const std::string& fileName, FileSystem& files,
+                                 const std::atomic<bool>& terminating)
+{
+    std::vector<std::string> names = keptNames(fileName, files);
+    names.push_back(previousDatabase(fileName));
+    std::vector<KeptMarks> kept;
+    for (std::string& name : names) {
+        const std::size_t marked = look(name, files, terminating).marked.value_or(0);
+        if (marked > 0)
+            kept.push_back({std::move(name), marked});
+    }
+    return kept;
+}
+
+Replacement planReplacement(const std::string& fileName, FileSystem& files,
+                            const std::atomic<bool>& terminating)
+{
+    const Content replaced = look(fileName, files, terminating);
+    const Content previous = look(previousDatabase(fileName), files, terminating);
+    if (!replaced.keeps || (previous.mayHoldMarks() && !replaced.mayHoldMarks()))
+        return {};
+    Replacement plan;
+    plan.previous = previousDatabase(fileName);
+    plan.mustStay = replaced.mayHoldMarks();
+    std::vector<std::string> names = freeNames(fileName, files);
+    names.resize(2);
+    plan.spare = std::move(names[0]);
+    if (previous.mayHoldMarks() && !supersedes(replaced, previous, terminating)) {
+        plan.earlier = std::move(plan.spare);
+        plan.spare = std::move(names[1]);
+    }
+    if (plan.mustStay) {
+        for (std::string& name : keptNames(fileName, files)) {
+            if (supersedes(replaced, look(name, files, terminating), terminating))
+                plan.superseded.push_back(std::move(name));
+        }
+    }
+    return plan;
+}
+
+} // namespace tessera
