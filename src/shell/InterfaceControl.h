@@ -122,7 +122,6 @@ private:
     HRESULT createWindow();
     void activateUi();
     void deactivateUi(bool telling);
-    bool isOwnKey(const MSG& message) const;
     HRESULT translateTab(MSG& message);
     HRESULT leaveByTab(MSG& message);
     void start(IDispatch* host);

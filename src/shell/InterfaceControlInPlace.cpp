@@ -1,50 +1,12 @@
 // The control in its container's window: in-place and user-interface activation, and keys.
 
 #include "shell/InterfaceControl.h"
+#include "shell/OwnKeys.h"
 #include "shell/TabStops.h"
 #include "shell/TesseraMain.h"
 #include "system/Border.h"
 
-#include <algorithm>
-#include <array>
-
 namespace tessera {
-
-namespace {
-
-bool isDown(int key)
-{
-    return GetKeyState(key) < 0;
-}
-
-DWORD keyModifiers()
-{
-    return (isDown(VK_SHIFT) ? 1U : 0U) | (isDown(VK_CONTROL) ? 2U : 0U) | (isDown(VK_MENU) ? 4U : 0U);
-}
-
-// Keys that lists, trees, edits and combo boxes work with; a container's accelerators may not
-// have them while the focus is in one.
-constexpr std::array kOwnKeys{VK_LEFT, VK_RIGHT, VK_UP,    VK_DOWN,   VK_HOME,     VK_END,     VK_PRIOR,
-                              VK_NEXT, VK_BACK,  VK_SPACE, VK_RETURN, VK_ESCAPE,   VK_DELETE,  VK_INSERT,
-                              VK_F2,   VK_F4,    VK_ADD,   VK_APPS,   VK_SUBTRACT, VK_MULTIPLY};
-// The same with the Ctrl key: moving, selecting, finding, appending, the clipboard.
-constexpr std::array kOwnControlKeys{VK_LEFT,  VK_RIGHT, VK_UP,    VK_DOWN,   VK_HOME,   VK_END,    VK_PRIOR,
-                                     VK_NEXT,  VK_SPACE, VK_BACK,  VK_DELETE, VK_INSERT, VK_RETURN, int('A'),
-                                     int('C'), int('F'), int('V'), int('X'),  int('Z')};
-
-template <class Keys>
-bool contains(const Keys& keys, WPARAM key)
-{
-    return std::ranges::find(keys, static_cast<int>(key)) != keys.end();
-}
-
-bool isCharacterKey(WPARAM key)
-{
-    return (key >= '0' && key <= '9') || (key >= 'A' && key <= 'Z') ||
-           (key >= VK_NUMPAD0 && key <= VK_DIVIDE) || (key >= VK_OEM_1 && key <= VK_OEM_102);
-}
-
-} // namespace
 
 STDMETHODIMP InterfaceControl::DoVerb(LONG verb, LPMSG, IOleClientSite*, LONG, HWND, LPCRECT)
 {
@@ -224,11 +186,11 @@ STDMETHODIMP InterfaceControl::TranslateAccelerator(LPMSG message)
         return S_FALSE;
     }
     return comBorder([&]() -> HRESULT {
-        const bool plainTab = message->wParam == VK_TAB && !isDown(VK_CONTROL) && !isDown(VK_MENU);
+        const bool plainTab = message->wParam == VK_TAB && (keyModifiers() & ~kShiftKey) == 0;
         if (plainTab && message->message == WM_KEYDOWN) {
             return translateTab(*message);
         }
-        if (!isOwnKey(*message)) {
+        if (!isOwnKey(GetFocus(), *message)) {
             const ComPtr<IOleControlSite> site = m_site.query<IOleControlSite>();
             return site && site->TranslateAccelerator(message, keyModifiers()) == S_OK ? S_OK : S_FALSE;
         }
@@ -238,25 +200,11 @@ STDMETHODIMP InterfaceControl::TranslateAccelerator(LPMSG message)
     });
 }
 
-bool InterfaceControl::isOwnKey(const MSG& message) const
-{
-    if (message.message == WM_CHAR) {
-        return message.wParam != VK_TAB && !isDown(VK_MENU);
-    }
-    if ((message.message != WM_KEYDOWN && message.message != WM_KEYUP) || isDown(VK_MENU)) {
-        return false;
-    }
-    if (isDown(VK_CONTROL)) {
-        return contains(kOwnControlKeys, message.wParam);
-    }
-    return contains(kOwnKeys, message.wParam) || isCharacterKey(message.wParam);
-}
-
 HRESULT InterfaceControl::translateTab(MSG& message)
 {
     const std::vector<HWND> stops = tabStops(m_window.handle());
     const int current = focusedStop(stops, GetFocus());
-    const bool back = isDown(VK_SHIFT);
+    const bool back = (keyModifiers() & kShiftKey) != 0;
     const int last = static_cast<int>(stops.size()) - 1;
     const int next = current < 0 ? (back ? last : 0) : current + (back ? -1 : 1);
     if (next < 0 || next > last) {

@@ -26,7 +26,7 @@ AlbumList::AlbumList(Commands& commands, AlbumCatalogue& catalogue)
 
 std::span<const MapEntry<AlbumList>> AlbumList::messageMap()
 {
-    static constexpr std::array<MapEntry<AlbumList>, 8> kMap{{
+    static constexpr std::array<MapEntry<AlbumList>, 9> kMap{{
         {WM_PAINT, &AlbumList::onPaint},
         {WM_ERASEBKGND, &AlbumList::onErase},
         {WM_KEYDOWN, &AlbumList::onKeyDown},
@@ -35,6 +35,7 @@ std::span<const MapEntry<AlbumList>> AlbumList::messageMap()
         {WM_CONTEXTMENU, &AlbumList::onContextMenu},
         {WM_MOUSEWHEEL, &AlbumList::onWheel},
         {WM_SYSKEYDOWN, &AlbumList::onKeyDown},
+        {WM_GETDLGCODE, &AlbumList::onDialogCode},
     }};
     return kMap;
 }
@@ -111,7 +112,7 @@ Handled AlbumList::answer(NMHDR& header)
     }
 }
 
-void AlbumList::deselect()
+void AlbumList::deselect() const
 {
     if (selectedCount() > 0)
         m_lvw.select(-1, false);
@@ -122,12 +123,15 @@ void AlbumList::setAlbums(const AlbumPlaces& places)
     {
         const FlagScope quiet(m_quiet);
         deselect();
+        m_lvw.unfocus(); // the place would be another album's
     }
     m_given = places;
     m_places = places;
     if (m_sortColumn >= 0 && m_places.size() > 1)
         m_catalogue.sort(m_places, m_sortColumn, m_ascending);
     setCount();
+    if (!m_places.empty())
+        m_lvw.makeVisible(0);
 }
 
 void AlbumList::resetAlbums()

@@ -36,8 +36,8 @@ public:
     void refreshImageLists();
     void move(const RECT& place);
 
-    // Another sequence: nothing is selected; the sort column and direction stay. Places of the
-    // catalogue.
+    // Another sequence, shown from its top: nothing is selected or has the focus; the sort column and
+    // direction stay. Places of the catalogue.
     void setAlbums(const AlbumPlaces& places);
     // The catalogue was filled or emptied: no albums until they are set.
     void resetAlbums();
@@ -47,7 +47,7 @@ public:
     Album& album(int item) const { return m_catalogue.album(m_places[static_cast<std::size_t>(item)]); }
     // In its present order.
     std::vector<Album*> selectedAlbums() const;
-    void deselect();
+    void deselect() const;
     int selectedItem() const; // the first; -1: none
     int selectedCount() const { return static_cast<int>(m_lvw.send(LVM_GETSELECTEDCOUNT)); }
 
@@ -80,7 +80,8 @@ public:
     Handled answer(NMHDR& header);
     const ListView& view() const { return m_lvw; }
     void makeFocusVisible() const;
-    void focusFirst() const;
+    // The first album alone is selected and has the focus.
+    void selectFirst() const;
 
 private:
     struct Cell {
@@ -143,6 +144,7 @@ private:
     Handled onKeyDown(const Message& message);
     Handled onKeyUp(const Message& message);
     Handled onCharacter(const Message& message);
+    Handled onDialogCode(const Message& message);
     Handled onContextMenu(const Message& message);
     Handled onWheel(const Message& message);
     void menuAtItem();

@@ -5,6 +5,8 @@
 #include "ui/CommandKeys.h"
 #include "ui/Commands.h"
 
+#include <algorithm>
+
 namespace tessera {
 
 namespace {
@@ -13,30 +15,39 @@ constexpr UINT kSubstring = 4;    // LVFI_SUBSTRING, which older headers lack
 constexpr WPARAM kControlA = 1;   // the character
 constexpr int kPointerInset = 30; // pixels above and left of an item's bottom-right corner
 
-bool isDown(int key)
+enum class KeyAction { None, Menu, Enter, SelectAll };
+
+using Keys = CommandKeys;
+constexpr struct {
+    WPARAM key;
+    unsigned modifiers;
+    KeyAction action;
+} kKeys[] = {
+    {VK_APPS, Keys::kNone, KeyAction::Menu},       {VK_F10, Keys::kShift, KeyAction::Menu},
+    {VK_RETURN, Keys::kNone, KeyAction::Enter},    {VK_RETURN, Keys::kShift, KeyAction::Enter},
+    {VK_RETURN, Keys::kControl, KeyAction::Enter}, {'A', Keys::kControl, KeyAction::SelectAll},
+};
+
+KeyAction actionOf(WPARAM key)
 {
-    return GetKeyState(key) < 0;
+    const auto found = std::ranges::find_if(kKeys, [key, modifiers = Keys::held()](const auto& each) {
+        return each.key == key && each.modifiers == modifiers;
+    });
+    return found == std::end(kKeys) ? KeyAction::None : found->action;
 }
 
 } // namespace
 
 Handled AlbumList::onKeyDown(const Message& message)
 {
-    switch (message.wParam) {
-    case VK_APPS:
+    switch (actionOf(message.wParam)) {
+    case KeyAction::Menu:
         menuAtItem();
         return 0;
-    case VK_F10:
-        if (!isDown(VK_SHIFT))
-            return kDefault;
-        menuAtItem();
-        return 0;
-    case VK_RETURN:
+    case KeyAction::Enter:
         notifyParent(NM_RETURN);
         return 0;
-    case 'A':
-        if (!isDown(VK_CONTROL) || isDown(VK_MENU)) // both together type a character
-            return kDefault;
+    case KeyAction::SelectAll:
         m_lvw.select(-1);
         return 0;
     default:
@@ -48,6 +59,15 @@ Handled AlbumList::onKeyDown(const Message& message)
 Handled AlbumList::onCharacter(const Message& message)
 {
     return isEnter(message.wParam) || message.wParam == kControlA ? Handled(0) : kDefault;
+}
+
+// No dialog or container takes them.
+Handled AlbumList::onDialogCode(const Message& message)
+{
+    const auto* const key = reinterpret_cast<const MSG*>(message.lParam);
+    const bool isKey =
+        key && key->message >= WM_KEYFIRST && key->message <= WM_KEYLAST && key->message != WM_CHAR;
+    return isKey && actionOf(key->wParam) != KeyAction::None ? Handled(DLGC_WANTMESSAGE) : kDefault;
 }
 
 // The menu is up already; the key's release would bring another one.

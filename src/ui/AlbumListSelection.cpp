@@ -83,13 +83,14 @@ void AlbumList::makeFocusVisible() const
         m_lvw.makeVisible(focus);
 }
 
-// Somebody who comes by key finds an item to start from.
-void AlbumList::focusFirst() const
+void AlbumList::selectFirst() const
 {
-    if (m_places.empty() || m_lvw.focused() >= 0)
+    if (m_places.empty())
         return;
+    deselect();
     m_lvw.select(0);
     m_lvw.setFocused(0);
+    m_lvw.makeVisible(0);
 }
 
 int AlbumList::topItem() const

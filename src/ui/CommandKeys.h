@@ -6,10 +6,11 @@
 
 namespace tessera {
 
-// Keys of a control that mean commands of its parent's: sent as accelerators are, with code 1.
+// Keys of a control that mean commands of its parent's: sent as accelerators are, with code 1. The control
+// claims them when it is asked (WM_GETDLGCODE), so that no dialog or container takes them.
 class CommandKeys final : public Mapped<CommandKeys, DirectSubclass> {
 public:
-    enum Modifiers : unsigned { kNone = 0, kControl = 1, kShift = 2 };
+    enum Modifiers : unsigned { kNone = 0, kControl = 1, kShift = 2, kAlt = 4 };
     struct Key {
         WPARAM key;
         unsigned modifiers;
@@ -17,11 +18,15 @@ public:
     };
 
     static std::span<const MapEntry<CommandKeys>> messageMap();
+    // The modifiers that are held now.
+    static unsigned held();
 
     // The table outlives the control.
     bool attachTo(HWND control, std::span<const Key> keys);
 
 private:
+    const Key* find(WPARAM key) const;
+    Handled onDialogCode(const Message& message);
     Handled onKeyDown(const Message& message);
     Handled onCharacter(const Message& message);
 

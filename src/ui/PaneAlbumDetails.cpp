@@ -35,6 +35,7 @@ constexpr Keys::Key kListKeys[] = {
     {'N', Keys::kControl | Keys::kShift, albumCommand::kNewToday},
     {'Z', Keys::kControl, albumCommand::kTakeBack},
 };
+constexpr Keys::Key kTreeKeys[] = {{'Z', Keys::kControl, albumCommand::kTakeBack}};
 
 } // namespace
 
@@ -142,6 +143,8 @@ void PaneAlbumDetails::createTrees()
     std::ranges::transform(kTreeNames, states.begin(),
                            [&](const char* name) { return loadTreeState(commands().viewStore(), name); });
     m_trees.setStates(std::move(states));
+    for (std::size_t i = 0; i < AlbumTrees::kCount; ++i)
+        m_treeKeys[i].attachTo(m_trees.tree(i).view().handle(), kTreeKeys);
     const std::int32_t shown = loadViewNumber(commands().viewStore(), kShownTree, 0);
     m_trees.show(shown > 0 && shown < static_cast<std::int32_t>(AlbumTrees::kCount)
                      ? static_cast<std::size_t>(shown)

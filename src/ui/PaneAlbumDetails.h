@@ -161,6 +161,7 @@ private:
     SplitterCtrl m_pSplitTracks;
     CommandKeys m_listKeys;
     WheelNotches m_wheel;
+    std::array<CommandKeys, AlbumTrees::kCount> m_treeKeys;
     std::vector<RECT> m_strips;
 
     LibrarySummary m_summary;

@@ -218,6 +218,7 @@ Handled PaneOverview::onNotify(const Message& message)
 
 Handled PaneOverview::onSelectionChanged(NMHDR&)
 {
+    m_searched = false;
     updateOverviewStatus();
     return 0;
 }

@@ -100,7 +100,8 @@ private:
     std::string m_database;  // the list is filled from
     std::string m_statusPrefix;
     std::string m_status;
-    AlbumPlaces m_found; // kept for its memory
+    AlbumPlaces m_found;     // kept for its memory
+    bool m_searched = false; // and nothing of the result was selected yet
     AlbumBalloon m_balloon;
 };
 

@@ -134,6 +134,7 @@ void PaneOverview::applySearch(const std::string& criteria)
 
 void PaneOverview::onCriteriaChanged(const Command&)
 {
+    m_searched = true;
     std::string& criteria = commands().overview().searchCriteria;
     criteria = m_pedtCriteria.text();
     if (!commands().isBusy())
@@ -169,9 +170,14 @@ void PaneOverview::onClearSearch(const Command&)
         m_pedtCriteria.setText("");
 }
 
+// To the first hit of a search, else to where one was. Where nothing was found the text can be mended.
 void PaneOverview::onEnterList(const Command&)
 {
-    m_plvwDetails.focusFirst();
+    if (m_plvwDetails.count() == 0)
+        return;
+    if (m_searched || m_plvwDetails.selectedCount() == 0)
+        m_plvwDetails.selectFirst();
+    m_plvwDetails.makeFocusVisible();
     SetFocus(m_plvwDetails.handle());
 }
 

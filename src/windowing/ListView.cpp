@@ -150,6 +150,14 @@ void ListView::setFocused(int row) const
     send(LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
 }
 
+void ListView::unfocus() const
+{
+    LVITEMA item{};
+    item.stateMask = LVIS_FOCUSED;
+    if (const int row = focused(); row >= 0)
+        send(LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+}
+
 void ListView::setColours(COLORREF background, COLORREF text) const
 {
     send(LVM_SETBKCOLOR, 0, static_cast<LPARAM>(background));

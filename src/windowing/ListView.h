@@ -51,6 +51,7 @@ public:
         return static_cast<int>(send(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED));
     }
     void setFocused(int row) const;
+    void unfocus() const; // no row has the focus
 
     void setImageList(HIMAGELIST list, int which) const
     {

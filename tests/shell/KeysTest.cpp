@@ -1,17 +1,21 @@
-// Keys posted through the loops of two containers reach the control that has the focus.
+// Keys in two containers that want them, too.
 
-#include "RunningPlugin.h"
+#include "MarksFixture.h"
 
 #include "base/Text.h"
 #include "shell/Identifiers.h"
 #include "ui/ids.h"
+#include "windowing/ComboBoxEx.h"
 #include "windowing/MessageLoop.h"
 #include "windowing/Window.h"
 
-#include <gtest/gtest.h>
+#include <ranges>
+#include <set>
 
 namespace tessera {
 namespace {
+
+using Eaten = std::vector<std::string>;
 
 // Hears the keys that reach a control.
 class KeyListener final : public Subclass {
@@ -54,50 +58,239 @@ TEST(Keys, GoToTheFocusedControlInAContainerWithAccelerators)
     postKeys(list);
     plugin.container.pumpFor(100);
     EXPECT_EQ(listener.keys, kKeys);
-    EXPECT_EQ(plugin.container.eaten, 0);
+    EXPECT_EQ(plugin.container.eaten, Eaten{});
 
     // The focus elsewhere: the container has its keys back.
     SetFocus(plugin.container.frame());
     plugin.container.pumpFor(30);
     PostMessageA(plugin.container.frame(), WM_KEYDOWN, VK_RETURN, 1);
     plugin.container.pumpFor(30);
-    EXPECT_EQ(plugin.container.eaten, 1);
+    EXPECT_EQ(plugin.container.eaten, Eaten{"#13"});
 }
 
-TEST(Keys, TabWalksThroughThePlugInAndLeavesAtItsEnds)
+// With the database of six albums.
+class KeysTest : public MarksTest {
+protected:
+    void start(std::shared_ptr<HostScript> script = smallLibrary())
+    {
+        MarksTest::start(std::move(script));
+        SetForegroundWindow(plugin->container.frame());
+        settle();
+    }
+    void press(std::initializer_list<BYTE> keys) const { plugin->container.press(keys); }
+    // What the container took since the last question.
+    Eaten eaten() const { return std::exchange(plugin->container.eaten, {}); }
+    void showPane(int id) const
+    {
+        const ComboBoxEx combo(goTo());
+        combo.select(id / 1000 - 1);
+        SendMessageA(plugin->pane(paneId::kMain), WM_COMMAND,
+                     MAKEWPARAM(controlId::kViewCombo, CBN_SELCHANGE),
+                     reinterpret_cast<LPARAM>(combo.handle()));
+        settle();
+        ASSERT_EQ(plugin->shownPane(), id);
+    }
+    HWND goTo() const
+    {
+        const HWND rebar = GetDlgItem(plugin->pane(paneId::kMain), controlId::kMainRebar);
+        return GetDlgItem(rebar, controlId::kViewCombo);
+    }
+    HWND overview(int id) const { return GetDlgItem(plugin->pane(paneId::kOverview), id); }
+};
+
+TEST_F(KeysTest, OfTheAlbumListGoThereAndTheOthersToTheContainer)
 {
-    forgetSettings();
-    RunningPlugin plugin;
-    plugin.start();
-    SetForegroundWindow(plugin.container.frame());
-    SetFocus(plugin.window());
-    std::vector<HWND> visited;
-    while (plugin.container.tabsOffered == 0 && visited.size() < 20) {
-        visited.push_back(GetFocus());
-        PostMessageA(GetFocus(), WM_KEYDOWN, VK_TAB, 1);
-        plugin.container.pumpFor(20);
+    start();
+    chooseRows({"Album 2"});
+    SetFocus(list().handle());
+    for (BYTE digit = 1; digit <= 10; ++digit) {
+        press({VK_CONTROL, static_cast<BYTE>('0' + digit % 10)});
+        EXPECT_EQ(cell("Album 2", 10), std::to_string(digit));
     }
-    EXPECT_EQ(plugin.container.tabsOffered, 1);
-    EXPECT_EQ(plugin.container.eaten, 0);
-    for (const HWND window : visited) {
-        EXPECT_TRUE(IsChild(plugin.window(), window));
+    press({VK_CONTROL, VK_BACK});
+    EXPECT_EQ(cell("Album 2", 10), "");
+    press({VK_CONTROL, 'B'});
+    EXPECT_EQ(cell("Album 2", 11), "Yes");
+    press({VK_CONTROL, VK_SHIFT, 'N'});
+    EXPECT_NE(cell("Album 2", 12), "");
+    press({VK_CONTROL, 'Z'});
+    press({VK_CONTROL, 'Z'});
+    press({VK_CONTROL, 'Z'});
+    EXPECT_EQ(cell("Album 2", 12), "");
+    EXPECT_EQ(cell("Album 2", 11), "");
+    EXPECT_EQ(cell("Album 2", 10), "10");
+    press({VK_CONTROL, 'A'});
+    EXPECT_EQ(list().selection().size(), 6u);
+    press({VK_CONTROL, VK_RETURN});
+    press({VK_CONTROL, VK_HOME});
+    press({VK_DOWN});
+    auto journal = plugin->script->journal();
+    EXPECT_EQ(std::ranges::count(journal, "clear"), 0) << "appended";
+    EXPECT_EQ(eaten(), Eaten{});
+    // No container takes Alt+Enter here, which plays nothing.
+    for (const auto& [modifier, key] : {std::pair<BYTE, BYTE>{VK_CONTROL, 'P'},
+                                        {VK_CONTROL, 'F'},
+                                        {VK_CONTROL, 'N'},
+                                        {VK_CONTROL, VK_TAB},
+                                        {VK_MENU, VK_RETURN}})
+        press({modifier, key});
+    press({VK_F6});
+    EXPECT_EQ(eaten(), (Eaten{"Ctrl+P", "Ctrl+F", "Ctrl+N", "Ctrl+#9", "#117"}));
+    EXPECT_EQ(plugin->script->journal().size(), journal.size());
+    EXPECT_EQ(GetFocus(), list().handle());
+}
+
+TEST_F(KeysTest, OfTreesBoxesAndTheLogAreTheirOwn)
+{
+    start();
+    chooseRows({"Album 2"});
+    SetFocus(list().handle());
+    press({VK_CONTROL, '7'});
+    SetFocus(tree().handle());
+    press({VK_CONTROL, 'Z'});
+    EXPECT_EQ(cell("Album 2", 10), "") << "a change is taken back from a tree as well";
+    EXPECT_EQ(eaten(), Eaten{});
+    SetFocus(tree().handle());
+    press({VK_CONTROL, '7'});
+    press({VK_CONTROL, 'B'});
+    EXPECT_EQ(eaten(), (Eaten{"Ctrl+7", "Ctrl+B"}));
+    const HWND below = GetDlgItem(pane(), controlId::kAlbumTracks);
+    SetFocus(below);
+    press({VK_CONTROL, 'A'});
+    press({VK_DOWN});
+    EXPECT_EQ(eaten(), Eaten{"Ctrl+A"});
+
+    showPane(paneId::kOverview);
+    const HWND box = overview(controlId::kCriteria);
+    SetFocus(overview(controlId::kOverviewList));
+    press({VK_CONTROL, 'B'});
+    press({VK_CONTROL, 'F'});
+    EXPECT_EQ(GetFocus(), box);
+    press({'4'});
+    press({VK_CONTROL, 'A'});
+    press({VK_CONTROL, 'C'});
+    press({'5'});
+    EXPECT_EQ(windowText(box), "5");
+    press({VK_CONTROL, 'B'});
+    press({VK_CONTROL, 'V'});
+    EXPECT_EQ(windowText(box), "54");
+    press({VK_CONTROL, VK_TAB});
+    EXPECT_EQ(eaten(), (Eaten{"Ctrl+B", "Ctrl+B", "Ctrl+#9"}));
+    press({VK_ESCAPE});
+    EXPECT_EQ(windowText(box), "");
+    SetFocus(overview(controlId::kSearchAlbum));
+    press({VK_SPACE});
+    EXPECT_EQ(Button(overview(controlId::kSearchAlbum)).checked(), false);
+    press({VK_LEFT});
+    press({VK_CONTROL, 'F'});
+    EXPECT_EQ(GetFocus(), box);
+    EXPECT_EQ(eaten(), Eaten{"#37"}) << "a check box has no use for an arrow";
+
+    showPane(paneId::kLog);
+    SetFocus(plugin->window());
+    press({VK_CONTROL, 'F'});
+    press({VK_CONTROL, 'Z'});
+    press({VK_CONTROL, VK_END});
+    EXPECT_EQ(eaten(), (Eaten{"Ctrl+F", "Ctrl+Z"}));
+}
+
+// The text of the first entry of the menu that a key opens; closes it.
+std::string g_menuEntry;
+
+void CALLBACK closeMenu(HWND, UINT, UINT_PTR, DWORD)
+{
+    const HWND window = FindWindowA("#32768", nullptr);
+    if (window && IsWindowVisible(window)) {
+        char text[100] = "";
+        const auto menu = reinterpret_cast<HMENU>(SendMessageA(window, MN_GETHMENU, 0, 0));
+        GetMenuStringA(menu, 0, text, sizeof text, MF_BYPOSITION);
+        g_menuEntry = text;
+        EndMenu();
     }
-    // Backwards through everything, and out at the other end.
-    BYTE keys[256] = {};
-    GetKeyboardState(keys);
-    keys[VK_SHIFT] = 0x80;
-    SetKeyboardState(keys);
-    std::vector<HWND> back;
-    while (plugin.container.tabsOffered == 1 && back.size() < 20) {
-        back.push_back(GetFocus());
-        MSG message{GetFocus(), WM_KEYDOWN, VK_TAB, 1, 0, {0, 0}};
-        plugin.container.activeObject->TranslateAccelerator(&message);
+}
+
+TEST_F(KeysTest, TheFirstHitOfASearchIsPlayedWhateverHadTheFocus)
+{
+    start(smallLibrary(600));
+    ASSERT_TRUE(plugin->create());
+    showPane(paneId::kOverview);
+    const ListView albums(overview(controlId::kOverviewList));
+    const auto played = [&] {
+        for (const std::string& line : plugin->script->journal() | std::views::reverse) {
+            if (line.starts_with("add C:\\Music\\") && line.find("\\01.mp3") != std::string::npos)
+                return line.substr(13, line.find("\\01.mp3") - 13);
+        }
+        return std::string();
+    };
+    for (const int view : {commandId::kViewIcons, commandId::kViewTiles, commandId::kViewDetails}) {
+        plugin->command(view);
+        settle();
+        const auto search = [&](std::initializer_list<BYTE> keys) {
+            SetFocus(albums.handle());
+            press({VK_CONTROL, VK_END});
+            press({VK_CONTROL, 'F'});
+            for (const BYTE key : keys)
+                press({key});
+            RECT first{LVIR_BOUNDS, 0, 0, 0};
+            albums.send(LVM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&first));
+            return first.top >= 0;
+        };
+        EXPECT_TRUE(search({'3'})) << "a result begins at its top " << view;
+        press({'3'});
+        press({VK_DOWN});
+        press({VK_RETURN});
+        EXPECT_EQ(played(), "Album 33") << view;
+        press({VK_ESCAPE});
+        search({'U'}); // which all titles hold
+        press({VK_RETURN});
+        EXPECT_EQ(albums.selection(), std::vector<int>{0}) << view;
+        g_menuEntry.clear();
+        const UINT_PTR timer = SetTimer(nullptr, 0, 20, &closeMenu);
+        press({VK_APPS});
+        KillTimer(nullptr, timer);
+        EXPECT_EQ(g_menuEntry, "Play: Album 1") << view;
+        press({VK_RETURN});
+        EXPECT_EQ(played(), "Album 1") << view;
+        press({VK_ESCAPE});
+        search({'Q'});
+        press({VK_DOWN});
+        EXPECT_EQ(GetFocus(), overview(controlId::kCriteria)) << "nothing found: the text can be mended";
+        press({VK_ESCAPE});
     }
-    keys[VK_SHIFT] = 0;
-    SetKeyboardState(keys);
-    EXPECT_EQ(plugin.container.tabsOffered, 2);
-    EXPECT_GE(back.size(), visited.size());
-    EXPECT_GT(back.size(), 2U); // the main pane's controls and the list
+    EXPECT_EQ(eaten(), Eaten{});
+}
+
+TEST_F(KeysTest, TabWalksThroughThePlugInAndLeavesAtItsEnds)
+{
+    start();
+    for (const int id : {paneId::kOverview, paneId::kAlbumDetails, paneId::kLog}) {
+        showPane(id);
+        plugin->container.tabsOffered = 0;
+        const auto walk = [&](bool back) {
+            std::vector<HWND> visited;
+            const int offered = plugin->container.tabsOffered;
+            while (plugin->container.tabsOffered == offered && visited.size() < 30) {
+                visited.push_back(GetFocus());
+                if (back)
+                    press({VK_SHIFT, VK_TAB});
+                else
+                    press({VK_TAB});
+            }
+            return visited;
+        };
+        SetFocus(plugin->window());
+        walk(true); // to the first
+        const std::vector<HWND> forward = walk(false);
+        std::vector<HWND> back = walk(true);
+        std::ranges::reverse(back);
+        EXPECT_EQ(forward, back) << id;
+        EXPECT_EQ(plugin->container.tabsOffered, 3) << id;
+        EXPECT_EQ(std::set(forward.begin(), forward.end()).size(), forward.size()) << id;
+        EXPECT_GE(forward.size(), id == paneId::kLog ? 3u : 6u) << id;
+        for (const HWND window : forward)
+            EXPECT_TRUE(IsChild(plugin->window(), window));
+    }
+    EXPECT_EQ(eaten(), Eaten{});
 }
 
 // The system's own container; a dialog loop outside of it takes Tab, arrows, Enter and Escape

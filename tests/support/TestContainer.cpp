@@ -4,13 +4,39 @@ namespace tessera {
 
 namespace {
 
-bool isContainerKey(const MSG& message)
+constexpr WORD kFirstCommand = 100;
+
+std::vector<ACCEL> containerKeys()
 {
-    if (message.message != WM_KEYDOWN) {
-        return false;
+    std::vector<ACCEL> keys;
+    const auto add = [&](int modifiers, WORD key) {
+        keys.push_back(
+            {static_cast<BYTE>(FVIRTKEY | modifiers), key, static_cast<WORD>(kFirstCommand + keys.size())});
+    };
+    for (const WORD key : {VK_RETURN, VK_ESCAPE, VK_TAB, VK_F6, VK_PRIOR, VK_NEXT, VK_END, VK_HOME, VK_LEFT,
+                           VK_UP, VK_RIGHT, VK_DOWN})
+        add(0, key);
+    for (WORD key = '0'; key <= 'Z'; ++key) {
+        if (key <= '9' || key >= 'A') {
+            add(FCONTROL, key);
+            add(FCONTROL | FSHIFT, key);
+        }
     }
-    return message.wParam == VK_RETURN || message.wParam == VK_ESCAPE || message.wParam == VK_TAB ||
-           (message.wParam >= VK_PRIOR && message.wParam <= VK_DOWN);
+    for (const WORD key : {VK_RETURN, VK_BACK, VK_TAB, VK_HOME, VK_END, VK_UP, VK_DOWN})
+        add(FCONTROL, key);
+    add(FCONTROL | FSHIFT, VK_TAB);
+    add(FSHIFT, VK_TAB);
+    add(FSHIFT, VK_F10);
+    return keys;
+}
+
+std::string keyName(const ACCEL& key)
+{
+    std::string name;
+    name += (key.fVirt & FCONTROL) != 0 ? "Ctrl+" : "";
+    name += (key.fVirt & FSHIFT) != 0 ? "Shift+" : "";
+    const bool isCharacter = key.key >= '0' && key.key <= 'Z';
+    return isCharacter ? name + static_cast<char>(key.key) : name + "#" + std::to_string(key.key);
 }
 
 } // namespace
@@ -19,11 +45,14 @@ TestContainer::TestContainer()
 {
     create(nullptr, 0, {50, 50, 850, 650}, {WS_POPUP | WS_CLIPCHILDREN, 0}, "Container");
     ShowWindow(handle(), SW_SHOWNOACTIVATE);
+    m_keys = containerKeys();
+    m_accelerators = CreateAcceleratorTableA(m_keys.data(), static_cast<int>(m_keys.size()));
 }
 
 TestContainer::~TestContainer()
 {
     drop();
+    DestroyAcceleratorTable(m_accelerators);
 }
 
 bool TestContainer::host(const ComPtr<IDispatch>& control)
@@ -65,14 +94,6 @@ void TestContainer::resize(int width, int height)
     }
 }
 
-Handled TestContainer::route(const Message& message)
-{
-    if (message.id == WM_DESTROY && quitsWithFrame) {
-        PostQuitMessage(0);
-    }
-    return kDefault;
-}
-
 void TestContainer::handleOne(MSG& message)
 {
     if (message.message == WM_QUIT) {
@@ -84,12 +105,37 @@ void TestContainer::handleOne(MSG& message)
     if (isKey && active && active->TranslateAccelerator(&message) == S_OK) {
         return;
     }
-    if (isContainerKey(message)) {
-        ++eaten;
+    if (::TranslateAcceleratorA(handle(), m_accelerators, &message) != 0) {
         return;
     }
     TranslateMessage(&message);
     DispatchMessageA(&message);
+}
+
+Handled TestContainer::route(const Message& message)
+{
+    if (message.id == WM_DESTROY && quitsWithFrame) {
+        PostQuitMessage(0);
+    }
+    const unsigned place = LOWORD(message.wParam) - kFirstCommand;
+    if (message.id != WM_COMMAND || HIWORD(message.wParam) != 1 || place >= m_keys.size()) {
+        return kDefault;
+    }
+    eaten.push_back(keyName(m_keys[place]));
+    return 0;
+}
+
+// The key before its release, as between two strokes of a hand.
+void TestContainer::press(std::initializer_list<BYTE> keys)
+{
+    for (const BYTE key : keys) {
+        keybd_event(key, 0, 0, 0);
+        pumpFor(0);
+    }
+    for (auto key = std::rbegin(keys); key != std::rend(keys); ++key) {
+        keybd_event(*key, 0, KEYEVENTF_KEYUP, 0);
+        pumpFor(0);
+    }
 }
 
 bool TestContainer::pump(const std::function<bool()>& condition, DWORD milliseconds)
@@ -168,9 +214,10 @@ STDMETHODIMP TestContainer::SetActiveObject(IOleInPlaceActiveObject* object, LPC
     return called("SetActiveObject");
 }
 
-STDMETHODIMP TestContainer::TranslateAccelerator(MSG* message, DWORD)
+STDMETHODIMP TestContainer::TranslateAccelerator(MSG* message, DWORD modifiers)
 {
-    if (message->wParam != VK_TAB) {
+    constexpr DWORD kControl = 2;
+    if (message->message != WM_KEYDOWN || message->wParam != VK_TAB || (modifiers & kControl) != 0) {
         return S_FALSE;
     }
     ++tabsOffered;

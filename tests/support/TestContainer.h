@@ -6,11 +6,14 @@
 #include <functional>
 #include <ocidl.h>
 #include <oleidl.h>
+#include <string>
+#include <vector>
 
 namespace tessera {
 
 // A container written by hand: one top-level window, one control that fills it, and a message loop
-// with accelerators of its own, among them Enter, Escape, Tab and the arrows.
+// with accelerators of its own: Enter, Escape, Tab, F6, F10 and the arrows, every letter and digit with
+// the Ctrl key, and what an album list does with that and other keys.
 class TestContainer final : public IOleClientSite,
                             public IOleInPlaceSite,
                             public IOleInPlaceFrame,
@@ -33,8 +36,11 @@ public:
     bool pump(const std::function<bool()>& condition, DWORD milliseconds = 10000);
     void pumpFor(DWORD milliseconds);
 
-    int eaten = 0;       // keys that the container's accelerators took
-    int tabsOffered = 0; // Tab keys that the control gave back at its ends
+    // Presses keys as a user does, modifiers first, and lets them go again; the loop handles them.
+    void press(std::initializer_list<BYTE> keys);
+
+    std::vector<std::string> eaten; // keys that the container's accelerators took: "Ctrl+B"
+    int tabsOffered = 0;            // Tab keys that the control gave back at its ends
     int uiActivations = 0;
     bool quit = false;                            // the loop has met the quit message
     bool quitsWithFrame = false;                  // its end posts the quit message
@@ -101,6 +107,8 @@ private:
         return S_OK;
     }
 
+    std::vector<ACCEL> m_keys; // the command is the place
+    HACCEL m_accelerators = nullptr;
     ULONG m_references = 1;
     ComPtr<IOleObject> m_object;
 };
