@@ -8,41 +8,6 @@
 namespace tessera {
 namespace {
 
-TEST_F(PaneOverviewTest, ColumnsAreSixteenInOrder)
-{
-    open();
-    const struct {
-        const char* title;
-        int format;
-        int width;
-    } expected[] = {{"Album", LVCFMT_LEFT, 150},         {"Artist", LVCFMT_LEFT, 150},
-                    {"Num Tracks", LVCFMT_RIGHT, 0},     {"Duration", LVCFMT_RIGHT, 100},
-                    {"Min Bitrate", LVCFMT_RIGHT, 0},    {"Max Bitrate", LVCFMT_RIGHT, 0},
-                    {"Bitrate Match", LVCFMT_CENTER, 0}, {"Genre", LVCFMT_LEFT, 120},
-                    {"Year", LVCFMT_RIGHT, 75},          {"Type", LVCFMT_CENTER, 75},
-                    {"Rank", LVCFMT_RIGHT, 75},          {"Favourite", LVCFMT_CENTER, 75},
-                    {"New", LVCFMT_RIGHT, 120},          {"Compilation", LVCFMT_CENTER, 120},
-                    {"Path", LVCFMT_LEFT, 200},          {"Thumbnail", LVCFMT_LEFT, 200}};
-    ASSERT_EQ(list().columnCount(), 16);
-    for (int i = 0; i < 16; ++i) {
-        char title[64] = "";
-        LVCOLUMNA column{};
-        column.mask = LVCF_TEXT | LVCF_FMT | LVCF_WIDTH;
-        column.pszText = title;
-        column.cchTextMax = sizeof title;
-        list().send(LVM_GETCOLUMNA, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&column));
-        EXPECT_STREQ(title, expected[i].title);
-        EXPECT_EQ(column.fmt & LVCFMT_JUSTIFYMASK, expected[i].format) << title;
-        if (expected[i].width > 0)
-            EXPECT_EQ(column.cx, expected[i].width) << title;
-        else
-            EXPECT_GT(column.cx, textSize(WindowDc(list().handle()).dc(), title).cx) << title;
-    }
-    EXPECT_EQ(list().text(1, 0), "Yearling");
-    EXPECT_EQ(list().text(3, 8), "No Year");
-    EXPECT_EQ(list().text(2, 14), "C:\\Music\\Rock & Roll");
-}
-
 TEST_F(PaneOverviewTest, LongTextIsCutToTheBufferThatAsks)
 {
     m_commands.records.albums[1]->displayTitle.assign(3000, 'x');
@@ -288,36 +253,6 @@ TEST_F(PaneOverviewTest, AlbumsPlayAppendAndShowTheirFolder)
     m_commands.busy = true;
     send(10998);
     EXPECT_EQ(m_commands.calls, expected);
-}
-
-TEST_F(PaneOverviewTest, ControlAndEnterAppend)
-{
-    open();
-    selectOnly({1});
-    BYTE keys[256] = {};
-    GetKeyboardState(keys);
-    keys[VK_CONTROL] = 0x80;
-    SetKeyboardState(keys);
-    key(list().handle(), VK_RETURN);
-    keys[VK_CONTROL] = 0;
-    SetKeyboardState(keys);
-    EXPECT_EQ(m_commands.calls, Titles{"append Yearling"});
-}
-
-TEST_F(PaneOverviewTest, KeysWalkBetweenBoxAndList)
-{
-    open();
-    SetFocus(list().handle());
-    send(albumCommand::kFind);
-    EXPECT_EQ(GetFocus(), box().handle());
-    key(box().handle(), VK_DOWN);
-    EXPECT_EQ(GetFocus(), list().handle());
-    EXPECT_EQ(list().focused(), 0);
-    EXPECT_EQ(list().selection(), std::vector<int>{0});
-    type("early");
-    key(list().handle(), VK_ESCAPE);
-    EXPECT_EQ(box().text(), "");
-    EXPECT_EQ(list().count(), 4);
 }
 
 TEST_F(PaneOverviewTest, TypingFindsByPrefix)
