@@ -1,10 +1,7 @@
 #include "artwork/CoverSource.h"
 
-#include "artwork/Fitting.h"
 #include "base/Errors.h"
 #include "base/Files.h"
-
-#include <algorithm>
 
 namespace tessera {
 namespace {

@@ -54,6 +54,20 @@ public:
     int rebuilt = 0;
 };
 
+// A host whose one track holds a picture, which it copies nowhere: the file is its answer.
+class PictureInsideATrack : public FakeHost {
+public:
+    explicit PictureInsideATrack(const std::string& picture)
+    {
+        tracks.resize(1);
+        tracks[0].fileName = u"C:\\a.mp3";
+        tracks[0].embeddedImage = picture;
+        track.m_pMJFile = file("C:\\a.mp3");
+    }
+
+    Track track;
+};
+
 class ArtworkTest : public testing::Test {
 protected:
     ArtworkTest() : artwork(parts()) { artwork.addListener(listener); }
@@ -264,16 +278,11 @@ TEST_F(ArtworkTest, WithoutTheLoaderTheHostIsAskedOnceThePaintIsOver)
     settings.backgroundLoading = false;
     const TemporaryFolder folder("artwork-asked");
     const std::string temporary = folder.file("TS2.tmp");
-    FakeHost host;
-    host.tracks.resize(1);
-    host.tracks[0].fileName = u"C:\\a.mp3";
-    host.tracks[0].embeddedImage = temporary;
-    Track track;
-    track.m_pMJFile = host.file("C:\\a.mp3");
+    PictureInsideATrack host(temporary);
     for (int i = 0; i < 3; ++i) {
         Album& inside = add("");
         inside.set(kAlbumInternalImage, true);
-        inside.tracks[1] = &track;
+        inside.tracks[1] = &host.track;
     }
     const auto ask = [&] {
         for (const auto& [id, album] : library.albums)
@@ -341,15 +350,10 @@ TEST_F(ArtworkTest, PictureInsideATrackLeavesNoFile)
     const TemporaryFolder folder("artwork-embedded");
     const std::string temporary = folder.file("TS2.tmp");
     ASSERT_TRUE(CopyFileA(sample("rgb.png").c_str(), temporary.c_str(), FALSE));
-    FakeHost host;
-    host.tracks.resize(1);
-    host.tracks[0].fileName = u"C:\\a.mp3";
-    host.tracks[0].embeddedImage = temporary;
-    Track track;
-    track.m_pMJFile = host.file("C:\\a.mp3");
+    PictureInsideATrack host(temporary);
     Album& inside = add("");
     inside.set(kAlbumInternalImage, true);
-    inside.tracks[1] = &track;
+    inside.tracks[1] = &host.track;
     Album& noTrack = add("");
     noTrack.set(kAlbumInternalImage, true);
     open();

@@ -176,23 +176,24 @@ TEST(Settings, EveryValueComesBackAsTheMemberOfItsName)
     EXPECT_LT(balloon.height, balloon.width);
 }
 
+template <class Group>
+Group withFlagOff(const char* group, const char* name)
+{
+    MemorySettingsStore store;
+    store.put(group, name, StorageType::Binary, "\0\0\0\0"sv);
+    return loadSettings<Group>(store);
+}
+
 TEST(Settings, AFlagIsFoundByItsName)
 {
-    const std::string_view off = "\0\0\0\0"sv;
-    const auto general = [&](const char* name) {
-        MemorySettingsStore store;
-        store.put("General", name, StorageType::Binary, off);
-        return loadSettings<GeneralSettings>(store);
-    };
+    const auto general = [](const char* name) { return withFlagOff<GeneralSettings>("General", name); };
     EXPECT_FALSE(general("SupportSkinning").supportSkinning);
     EXPECT_FALSE(general("MoveThe").moveThe);
     EXPECT_FALSE(general("SortTracksByLocation").sortTracksByLocation);
     EXPECT_FALSE(general("DisableNotes").disableNotes);
     EXPECT_FALSE(general("FirstTime").firstTime);
-    const auto overview = [&](const char* name) {
-        MemorySettingsStore store;
-        store.put("PaneOverview", name, StorageType::Binary, off);
-        return loadSettings<OverviewSettings>(store);
+    const auto overview = [](const char* name) {
+        return withFlagOff<OverviewSettings>("PaneOverview", name);
     };
     EXPECT_FALSE(overview("ShowSearch").showSearch);
     EXPECT_FALSE(overview("SearchBoxTop").searchBoxTop);
