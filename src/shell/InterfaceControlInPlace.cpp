@@ -1,4 +1,5 @@
-// The control in its container's window: in-place and user-interface activation, and keys.
+// The control in its container's window: in-place and user-interface activation, and keys. The container
+// may close the control inside any call that it gets, so what is called is held here meanwhile.
 
 #include "shell/InterfaceControl.h"
 #include "shell/OwnKeys.h"
@@ -10,6 +11,7 @@ namespace tessera {
 
 STDMETHODIMP InterfaceControl::DoVerb(LONG verb, LPMSG, IOleClientSite*, LONG, HWND, LPCRECT)
 {
+    const ComPtr<InterfaceControl> alive(this);
     return comBorder([&]() -> HRESULT {
         switch (verb) {
         case OLEIVERB_INPLACEACTIVATE:
@@ -42,37 +44,47 @@ HRESULT InterfaceControl::activateInPlace()
         ShowWindow(m_window.handle(), SW_SHOWNA);
         return S_OK;
     }
-    const ComPtr<IOleInPlaceSite> site = m_site.query<IOleInPlaceSite>();
+    const ComPtr<IOleClientSite> client = m_site;
+    const ComPtr<IOleInPlaceSite> site = client.query<IOleInPlaceSite>();
     if (!site) {
         return E_FAIL;
     }
-    if (site->CanInPlaceActivate() != S_OK) {
+    if (site->CanInPlaceActivate() != S_OK || !m_site) {
         return OLE_E_NOT_INPLACEACTIVE;
     }
+    m_inPlaceSite = site;
     if (const HRESULT allowed = site->OnInPlaceActivate(); FAILED(allowed)) {
+        m_inPlaceSite.reset();
         return allowed;
     }
-    m_inPlaceSite = site;
     const HRESULT created = createWindow();
     if (FAILED(created)) {
         InPlaceDeactivate();
         return created;
     }
-    m_site->ShowObject();
-    return S_OK;
+    client->ShowObject();
+    return m_window ? S_OK : E_FAIL;
 }
 
 HRESULT InterfaceControl::createWindow()
 {
+    const ComPtr<IOleInPlaceSite> site = m_inPlaceSite;
     HWND parent = nullptr;
-    if (const HRESULT found = m_inPlaceSite->GetWindow(&parent); FAILED(found)) {
+    if (const HRESULT found = site ? site->GetWindow(&parent) : E_FAIL; FAILED(found)) {
         return found;
     }
     RECT place{};
     RECT clip{};
     OLEINPLACEFRAMEINFO info{};
     info.cb = sizeof info;
-    m_inPlaceSite->GetWindowContext(m_frame.put(), m_uiWindow.put(), &place, &clip, &info);
+    ComPtr<IOleInPlaceFrame> frame;
+    ComPtr<IOleInPlaceUIWindow> uiWindow;
+    site->GetWindowContext(frame.put(), uiWindow.put(), &place, &clip, &info);
+    if (!m_inPlaceSite) {
+        return E_FAIL;
+    }
+    m_frame = std::move(frame);
+    m_uiWindow = std::move(uiWindow);
     return m_window.createAt(parent, place) ? S_OK : E_FAIL;
 }
 
@@ -83,16 +95,18 @@ void InterfaceControl::activateUi()
     }
     m_uiActive = true;
     const ComPtr<InterfaceControl> alive(this);
-    m_inPlaceSite->OnUIActivate();
-    if (m_frame) {
-        m_frame->SetActiveObject(this, L"Tessera 2.0");
-        m_frame->SetBorderSpace(nullptr);
+    const ComPtr<IOleInPlaceSite> site = m_inPlaceSite;
+    const ComPtr<IOleInPlaceUIWindow> windows[] = {ComPtr<IOleInPlaceUIWindow>(m_frame.get()), m_uiWindow};
+    site->OnUIActivate();
+    for (const auto& window : windows) {
+        if (window && m_uiActive) {
+            window->SetActiveObject(this, L"Tessera 2.0");
+        }
+        if (window && m_uiActive) {
+            window->SetBorderSpace(nullptr);
+        }
     }
-    if (m_uiWindow) {
-        m_uiWindow->SetActiveObject(this, L"Tessera 2.0");
-        m_uiWindow->SetBorderSpace(nullptr);
-    }
-    if (!m_window.holdsFocus()) {
+    if (m_uiActive && !m_window.holdsFocus()) {
         SetFocus(m_window.handle());
     }
 }
@@ -104,14 +118,15 @@ void InterfaceControl::deactivateUi(bool telling)
     }
     m_uiActive = false;
     const ComPtr<InterfaceControl> alive(this);
-    if (m_uiWindow) {
-        m_uiWindow->SetActiveObject(nullptr, nullptr);
+    const ComPtr<IOleInPlaceSite> site = m_inPlaceSite;
+    const ComPtr<IOleInPlaceUIWindow> windows[] = {m_uiWindow, ComPtr<IOleInPlaceUIWindow>(m_frame.get())};
+    for (const auto& window : windows) {
+        if (window) {
+            window->SetActiveObject(nullptr, nullptr);
+        }
     }
-    if (m_frame) {
-        m_frame->SetActiveObject(nullptr, nullptr);
-    }
-    if (telling && m_inPlaceSite) {
-        m_inPlaceSite->OnUIDeactivate(FALSE);
+    if (telling && site) {
+        site->OnUIDeactivate(FALSE);
     }
 }
 
@@ -119,6 +134,7 @@ void InterfaceControl::deactivateUi(bool telling)
 // active: the container says when it activates something else.
 void InterfaceControl::focusChanged(bool inside)
 {
+    const ComPtr<InterfaceControl> alive(this);
     if (inside) {
         activateUi();
     }

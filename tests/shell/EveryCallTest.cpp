@@ -250,12 +250,14 @@ private:
     std::atomic<bool> m_due{false};
 };
 
-// TESSERA_EVERY_CALL: of how many calls one is taken.
-int stride()
+// The container's own calls come first; of the others TESSERA_EVERY_CALL says of how many one is taken.
+bool isTaken(int call, Kind kind)
 {
-    constexpr int kUsual = 80;
+    constexpr int kFirstCalls = 8;
+    constexpr int kUsualStride = 80;
     const char* const wanted = std::getenv("TESSERA_EVERY_CALL");
-    return wanted ? std::max(std::atoi(wanted), 1) : kUsual;
+    const int stride = wanted ? std::max(std::atoi(wanted), 1) : kUsualStride;
+    return call <= kFirstCalls || (call + static_cast<int>(kind) * 7) % stride == 0;
 }
 
 TEST_F(EveryCallTest, TheHostMayEndThePlugInOrPumpMessages)
@@ -265,9 +267,10 @@ TEST_F(EveryCallTest, TheHostMayEndThePlugInOrPumpMessages)
     std::printf("%d calls\n", total);
     for (const Kind kind :
          {Kind::Terminate, Kind::DropControl, Kind::DestroyFrame, Kind::PostQuit, Kind::PumpMessages}) {
-        for (int at = 1 + static_cast<int>(kind) * 7 % stride(); at <= total; at += stride()) {
+        for (int at = 1; at <= total; ++at) {
             SCOPED_TRACE(std::string(kKindNames[static_cast<int>(kind)]) + ", call " + std::to_string(at));
-            session(kind, at);
+            if (isTaken(at, kind))
+                session(kind, at);
         }
     }
 }
