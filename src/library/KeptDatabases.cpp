@@ -11,7 +11,7 @@ namespace tessera {
 namespace {
 
 constexpr int kFirstNumber = 2;
-constexpr int kLastNumber = 20;
+constexpr int kLastNumber = 99;
 
 std::string numberedName(const std::string& fileName, int number)
 {
@@ -39,13 +39,14 @@ Content look(const std::string& fileName, FileSystem& files, const std::atomic<b
     return content;
 }
 
-// True when the earlier one may go: its marks live on in the later one.
+// True when the earlier one may go: the later one has all its marked albums, and all but a few of their
+// marks, as when somebody changed these by hand.
 bool supersedes(const Content& later, const Content& earlier, const std::atomic<bool>& terminating)
 try {
     if (!later.marked || !earlier.marked)
         return false;
-    const std::size_t living = livingMarks(*later.bytes, *earlier.bytes, terminating);
-    return living * 10 >= *earlier.marked * 9;
+    const LivingMarks marks = livingMarks(*later.bytes, *earlier.bytes, terminating);
+    return marks.absent == 0 && marks.living * 10 >= *earlier.marked * 9;
 } catch (const std::bad_alloc&) {
     return false;
 }
@@ -117,6 +118,8 @@ Replacement planReplacement(const std::string& fileName, FileSystem& files,
     if (previous.mayHoldMarks() && !supersedes(replaced, previous, terminating)) {
         plan.earlier = std::move(plan.spare);
         plan.spare = std::move(names[1]);
+        if (plan.earlier.empty()) // the numbers are used up
+            plan.previous.clear();
     }
     if (plan.mustStay) {
         for (std::string& name : keptNames(fileName, files)) {

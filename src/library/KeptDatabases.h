@@ -36,7 +36,8 @@ struct Replacement {
 };
 
 // Only what is unsound goes: what cannot be read just now may hold marks. What holds marks is not pushed
-// out by what holds none, nor by what lacks more than a tenth of them. Cancelled passes through.
+// out by what holds none, nor by what lacks a marked album of it or more than a tenth of its marks; where
+// no name is free for it, the new file does not take its place. Cancelled passes through.
 Replacement planReplacement(const std::string& fileName, FileSystem& files,
                             const std::atomic<bool>& terminating);
 

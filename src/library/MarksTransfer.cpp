@@ -156,19 +156,22 @@ std::optional<std::size_t> markedAlbums(ByteView bytes, const std::atomic<bool>&
     return readQuietly(bytes, {}, terminating, counter) ? std::nullopt : std::optional(counter.count);
 }
 
-std::size_t livingMarks(ByteView later, ByteView earlier, const std::atomic<bool>& terminating)
+LivingMarks livingMarks(ByteView later, ByteView earlier, const std::atomic<bool>& terminating)
 {
     OtherLibrary now;
     OtherLibrary before;
     readQuietly(later, {}, terminating, now);
     readQuietly(earlier, {}, terminating, before);
     const std::vector<std::uint32_t> partners = findPartners(now.albums, before.albums);
-    std::size_t living = 0;
+    LivingMarks marks;
+    marks.absent = static_cast<std::size_t>(std::ranges::count(before.albums, true, &AlbumIdentity::counts));
     for (std::size_t i = 0; i < partners.size(); ++i) {
-        if (partners[i] != kNoPartner && lives(before.marks[partners[i]], now.marks[i]))
-            ++living;
+        if (partners[i] == kNoPartner)
+            continue;
+        --marks.absent;
+        marks.living += lives(before.marks[partners[i]], now.marks[i]) ? 1 : 0;
     }
-    return living;
+    return marks;
 }
 
 } // namespace tessera

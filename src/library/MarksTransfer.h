@@ -43,9 +43,14 @@ MarksPlan planMarks(const std::string& fileName, const Library& library, FileSys
 // Number of albums in a database that hold any mark; none when it is unsound. Cancelled passes through.
 std::optional<std::size_t> markedAlbums(ByteView bytes, const std::atomic<bool>& terminating);
 
-// Of the albums marked in an earlier database, the number of those whose marks are in a later one: of the
-// same kinds, whatever the rank is now, and new ones also by their date. Both are sound. Cancelled passes
-// through.
-std::size_t livingMarks(ByteView later, ByteView earlier, const std::atomic<bool>& terminating);
+// What became of the albums marked in an earlier database.
+struct LivingMarks {
+    std::size_t living = 0; // their marks are in the later one: of the same kinds, whatever the rank is now,
+                            // and new ones also by their date
+    std::size_t absent = 0; // the later one does not have the album
+};
+
+// Both are sound. Cancelled passes through.
+LivingMarks livingMarks(ByteView later, ByteView earlier, const std::atomic<bool>& terminating);
 
 } // namespace tessera

@@ -207,8 +207,10 @@ TEST_F(Transfer, MarksLiveInALaterDatabase)
                                             {"B", "Lumen", "D:\\b", {"2"}, kAlbumNew, 0, 20250101},
                                             {"C", "Lumen", "D:\\c", {"3"}, 0, 5},
                                             {"D", "Lumen", "D:\\d", {"4"}}};
-    const auto living = [&](const std::vector<AlbumSpec>& later) {
-        return livingMarks(databaseOf(later), databaseOf(earlier), rig.terminating);
+    const auto living = [&](const std::vector<AlbumSpec>& later, std::size_t absent = 0) {
+        const LivingMarks marks = livingMarks(databaseOf(later), databaseOf(earlier), rig.terminating);
+        EXPECT_EQ(marks.absent, absent);
+        return marks.living;
     };
     EXPECT_EQ(markedAlbums(databaseOf(earlier), rig.terminating), 3U);
     EXPECT_FALSE(markedAlbums(bytesOf("no database"), rig.terminating).has_value());
@@ -217,8 +219,29 @@ TEST_F(Transfer, MarksLiveInALaterDatabase)
                       {"B", "Lumen", "D:\\b", {"2"}, 0, 0, 20250101},     // no longer new
                       {"X", "Lumen", "D:\\x", {"3"}, 0, 1}}),             // its files tell
               3U);
-    EXPECT_EQ(living({{"A", "Lumen", "D:\\a", {"1"}, 0, 4}, {"B", "Lumen", "D:\\b", {"2"}}}), 0U);
-    EXPECT_EQ(living({}), 0U);
+    EXPECT_EQ(living({{"A", "Lumen", "D:\\a", {"1"}, 0, 4}, {"B", "Lumen", "D:\\b", {"2"}}}, 1), 0U);
+    EXPECT_EQ(living({}, 3), 0U);
+}
+
+// Twenty marked albums: one unmarked by hand lets the earlier database go, one missing with its drive not.
+TEST_F(Transfer, AMissingAlbumKeepsTheDatabaseThatHasItsMarks)
+{
+    const std::string name = "C:\\db\\here.ts2";
+    std::vector<AlbumSpec> albums;
+    for (int i = 0; i < 20; ++i)
+        albums.push_back({format("Album %d", i), "Lumen", format("D:\\%d", i), {format("%d", i)}, 0, 4});
+    const auto earlierName = [&](const std::vector<AlbumSpec>& now) {
+        rig.files.files[name] = databaseOf(now);
+        return planReplacement(name, rig.files, rig.terminating).earlier;
+    };
+    rig.files.files[name + ".bak"] = databaseOf(albums);
+    auto unmarked = albums;
+    unmarked.back().rank = 0;
+    EXPECT_EQ(earlierName(unmarked), "");
+    EXPECT_EQ(earlierName({albums.begin(), albums.end() - 1}), name + ".2.bak");
+    rig.files.files[name + ".99.bak"] = databaseOf(albums);
+    const Replacement full = planReplacement(name, rig.files, rig.terminating);
+    EXPECT_TRUE(full.previous.empty() && full.mustStay) << "no name is left: nothing is pushed out";
 }
 
 TEST_F(Transfer, KeptDatabasesWithMarksAreListedTheEarliestFirst)
