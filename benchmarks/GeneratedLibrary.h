@@ -80,10 +80,12 @@ public:
     std::optional<FileInfo> info(const std::string&) override { return std::nullopt; }
     std::optional<std::vector<std::uint8_t>> readAll(const std::string&) override { return std::nullopt; }
     std::unique_ptr<OutputFile> create(const std::string&) override;
+    std::unique_ptr<OutputFile> createNew(const std::string& path) override { return create(path); }
     std::unique_ptr<OutputFile> openForUpdate(const std::string&) override { return nullptr; }
     bool rename(const std::string&, const std::string&) override { return true; }
     bool remove(const std::string&) override { return true; }
     std::optional<std::string> findFirst(const std::string&) override { return std::nullopt; }
+    std::vector<std::string> findAll(const std::string&) override { return {}; }
     bool heldByAnother() const override { return false; }
 };
 

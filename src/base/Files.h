@@ -45,6 +45,8 @@ public:
     virtual std::optional<std::vector<std::uint8_t>> readAll(const std::string& path) = 0;
     // Created or truncated.
     virtual std::unique_ptr<OutputFile> create(const std::string& path) = 0;
+    // Created; none when anything has that name, a link included.
+    virtual std::unique_ptr<OutputFile> createNew(const std::string& path) = 0;
     // Must exist; opened for reading and writing, not truncated.
     virtual std::unique_ptr<OutputFile> openForUpdate(const std::string& path) = 0;
     // Takes the place of what is there.
@@ -53,6 +55,8 @@ public:
     // The first entry but "." and ".." that the system lists for a pattern with "*" and "?" in its
     // last component; its name without the folder.
     virtual std::optional<std::string> findFirst(const std::string& pattern) = 0;
+    // The names of all of them, without the folder, sorted.
+    virtual std::vector<std::string> findAll(const std::string& pattern) = 0;
     // Asked after a call on this thread that did not open or rename: true when another program holds the
     // file, which may be over in a moment.
     virtual bool heldByAnother() const = 0;

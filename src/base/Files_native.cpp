@@ -84,6 +84,11 @@ public:
         return PlacedFile<Descriptor>::of({path, O_RDWR | O_CREAT | O_TRUNC});
     }
 
+    std::unique_ptr<OutputFile> createNew(const std::string& path) override
+    {
+        return PlacedFile<Descriptor>::of({path, O_RDWR | O_CREAT | O_EXCL});
+    }
+
     std::unique_ptr<OutputFile> openForUpdate(const std::string& path) override
     {
         return PlacedFile<Descriptor>::of({path, O_RDWR});
@@ -99,21 +104,26 @@ public:
     // Folders list in no order; the first by name is taken.
     std::optional<std::string> findFirst(const std::string& pattern) override
     {
+        const std::vector<std::string> all = findAll(pattern);
+        return all.empty() ? std::nullopt : std::optional(all.front());
+    }
+
+    std::vector<std::string> findAll(const std::string& pattern) override
+    {
         const std::string path = toNative(pattern);
         const std::size_t slash = path.rfind('/');
         const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
         const std::string last = slash == std::string::npos ? path : path.substr(slash + 1);
         const std::unique_ptr<DIR, int (*)(DIR*)> list(::opendir(folder.c_str()), ::closedir);
-        std::optional<std::string> first;
+        std::vector<std::string> names;
         while (const dirent* entry = list ? ::readdir(list.get()) : nullptr) {
-            const std::string name = entry->d_name;
-            if (name == "." || name == ".." ||
-                ::fnmatch(last.c_str(), name.c_str(), FNM_CASEFOLD | FNM_NOESCAPE) != 0)
-                continue;
-            if (!first || name < *first)
-                first = name;
+            std::string name = entry->d_name;
+            if (name != "." && name != ".." &&
+                ::fnmatch(last.c_str(), name.c_str(), FNM_CASEFOLD | FNM_NOESCAPE) == 0)
+                names.push_back(std::move(name));
         }
-        return first;
+        std::ranges::sort(names);
+        return names;
     }
 
     bool heldByAnother() const override { return false; } // nobody can here

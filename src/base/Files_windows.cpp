@@ -109,6 +109,11 @@ public:
         return openForWriting(path, CREATE_ALWAYS);
     }
 
+    std::unique_ptr<OutputFile> createNew(const std::string& path) override
+    {
+        return openForWriting(path, CREATE_NEW);
+    }
+
     // Some systems open a read-only file for those who may do everything.
     std::unique_ptr<OutputFile> openForUpdate(const std::string& path) override
     {
@@ -135,24 +140,46 @@ public:
 
     std::optional<std::string> findFirst(const std::string& pattern) override
     {
-        WIN32_FIND_DATAA data;
-        const HANDLE search = FindFirstFileA(pattern.c_str(), &data);
-        if (search == INVALID_HANDLE_VALUE)
-            return std::nullopt;
-        const struct Close {
-            HANDLE handle;
-            ~Close() { FindClose(handle); }
-        } close{search};
-        do {
-            if (!isDots(data.cFileName))
-                return std::string(data.cFileName);
-        } while (FindNextFileA(search, &data));
-        return std::nullopt;
+        std::optional<std::string> first;
+        forEach(pattern, [&](const char* name) {
+            first = name;
+            return false;
+        });
+        return first;
+    }
+
+    std::vector<std::string> findAll(const std::string& pattern) override
+    {
+        std::vector<std::string> names;
+        forEach(pattern, [&](const char* name) {
+            names.emplace_back(name);
+            return true;
+        });
+        std::ranges::sort(names);
+        return names;
     }
 
     bool heldByAnother() const override { return t_held; }
 
 private:
+    // Until the visitor answers false.
+    template <class Visitor>
+    static void forEach(const std::string& pattern, Visitor visitor)
+    {
+        WIN32_FIND_DATAA data;
+        const HANDLE search = FindFirstFileA(pattern.c_str(), &data);
+        if (search == INVALID_HANDLE_VALUE)
+            return;
+        const struct Close {
+            HANDLE handle;
+            ~Close() { FindClose(handle); }
+        } close{search};
+        do {
+            if (!isDots(data.cFileName) && !visitor(data.cFileName))
+                return;
+        } while (FindNextFileA(search, &data));
+    }
+
     static std::unique_ptr<OutputFile> openForWriting(const std::string& path, DWORD creation)
     {
         return PlacedFile<FileHandle>::of({path, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, creation});

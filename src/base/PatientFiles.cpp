@@ -38,6 +38,11 @@ std::unique_ptr<OutputFile> PatientFiles::create(const std::string& path)
     return patiently([&] { return m_files.create(path); });
 }
 
+std::unique_ptr<OutputFile> PatientFiles::createNew(const std::string& path)
+{
+    return patiently([&] { return m_files.createNew(path); });
+}
+
 std::unique_ptr<OutputFile> PatientFiles::openForUpdate(const std::string& path)
 {
     return patiently([&] { return m_files.openForUpdate(path); });

@@ -23,6 +23,7 @@ public:
     std::optional<FileInfo> info(const std::string& path) override { return m_files.info(path); }
     std::optional<std::vector<std::uint8_t>> readAll(const std::string& path) override;
     std::unique_ptr<OutputFile> create(const std::string& path) override;
+    std::unique_ptr<OutputFile> createNew(const std::string& path) override;
     std::unique_ptr<OutputFile> openForUpdate(const std::string& path) override;
     bool rename(const std::string& from, const std::string& to) override;
     bool remove(const std::string& path) override { return m_files.remove(path); }
@@ -30,6 +31,7 @@ public:
     {
         return m_files.findFirst(pattern);
     }
+    std::vector<std::string> findAll(const std::string& pattern) override { return m_files.findAll(pattern); }
     bool heldByAnother() const override { return m_files.heldByAnother(); }
 
 private:

@@ -40,7 +40,8 @@ std::string whatIsBeside(const std::string& fileName, FileSystem& files)
             found += format("%s - %s\n", name.c_str(), what);
     };
     look(previousDatabase(fileName), "the database that was there before");
-    look(temporaryDatabase(fileName), "a new one, which may not be complete");
+    for (const std::string& name : leftDatabases(fileName, files))
+        look(name, "a new one, which may not be complete");
     return found.empty() ? found
                          : format("\n\nBeside it are:\n%s\nRename one of them to open it.", found.c_str());
 }

@@ -9,8 +9,8 @@
 
 namespace tessera {
 
-// A file that is written under a temporary name beside its target and takes its place when it is
-// whole; removed otherwise.
+// A file that is written under a temporary name beside its target, which nobody can foresee, and takes its
+// place when it is whole; removed otherwise.
 class NewFile {
 public:
     NewFile(FileSystem& files, const std::string& target);
@@ -35,6 +35,7 @@ private:
     FileSystem& m_files;
     std::string m_target;
     std::string m_temporary;
+    std::vector<std::string> m_leftovers; // of earlier writings; they go when the target is new
     std::unique_ptr<OutputFile> m_output;
     bool m_remove = false;
 };

@@ -1,10 +1,13 @@
 #include "library/KeptDatabases.h"
 
 #include "base/Text.h"
+#include "library/Format.h"
 #include "library/MarksTransfer.h"
 
 #include <algorithm>
+#include <cstring>
 #include <optional>
+#include <random>
 
 namespace tessera {
 
@@ -76,6 +79,24 @@ std::vector<std::string> keptNames(const std::string& fileName, FileSystem& file
     return names;
 }
 
+// NAME.01234567.tmp; a pattern finds others, too, by their short names.
+bool isTemporaryName(std::string_view path, std::string_view fileName)
+{
+    if (path.size() != fileName.size() + std::string_view(".01234567.tmp").size())
+        return false;
+    const std::string_view digits = path.substr(fileName.size() + 1, 8);
+    return digits.find_first_not_of("0123456789abcdef") == std::string_view::npos;
+}
+
+bool isBeginningOfDatabase(const std::optional<std::vector<std::uint8_t>>& bytes)
+{
+    if (!bytes || bytes->empty())
+        return bytes.has_value();
+    std::uint32_t first = 0;
+    std::memcpy(&first, bytes->data(), std::min(bytes->size(), sizeof first));
+    return first == ts2::kFirstMagic;
+}
+
 } // namespace
 
 std::string previousDatabase(const std::string& fileName)
@@ -85,7 +106,18 @@ std::string previousDatabase(const std::string& fileName)
 
 std::string temporaryDatabase(const std::string& fileName)
 {
-    return fileName + ".tmp";
+    return format("%s.%08x.tmp", fileName.c_str(), std::random_device()());
+}
+
+std::vector<std::string> leftDatabases(const std::string& fileName, FileSystem& files)
+{
+    std::vector<std::string> names;
+    for (const std::string& name : files.findAll(fileName + ".????????.tmp")) {
+        std::string path = fileName.substr(0, fileName.find_last_of("\\/") + 1) + name;
+        if (isTemporaryName(path, fileName) && isBeginningOfDatabase(files.readAll(path)))
+            names.push_back(std::move(path));
+    }
+    return names;
 }
 
 std::vector<KeptMarks> keptMarks(const std::string& fileName, FileSystem& files,

@@ -23,8 +23,11 @@ std::vector<KeptMarks> keptMarks(const std::string& fileName, FileSystem& files,
                                  const std::atomic<bool>& terminating);
 
 std::string previousDatabase(const std::string& fileName);
-// The name under which a new one is written.
+// A name under which a new one is written, NAME.01234567.tmp; another one each time.
 std::string temporaryDatabase(const std::string& fileName);
+// The files of such names that hold (the beginning of) a database, or nothing: a crash left them, or the
+// end of a build that could not take the name.
+std::vector<std::string> leftDatabases(const std::string& fileName, FileSystem& files);
 
 // What becomes of a file when a new one takes its place.
 struct Replacement {

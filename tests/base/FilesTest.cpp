@@ -2,6 +2,8 @@
 
 #include "support/TemporaryFolder.h"
 
+#include <algorithm>
+#include <filesystem>
 #include <gtest/gtest.h>
 
 using namespace tessera;
@@ -103,6 +105,21 @@ TEST_F(Files, WhatCannotBeReadIsNone)
     EXPECT_EQ(files.readAll(folder.file("empty")), Bytes{});
 }
 
+TEST_F(Files, WhatIsCreatedNewTakesNobodysName)
+{
+    put("old", "old");
+    EXPECT_FALSE(files.createNew(folder.file("old")));
+    EXPECT_EQ(files.readAll(folder.file("old")), bytes("old"));
+    ASSERT_TRUE(files.createNew(folder.file("new")));
+    EXPECT_EQ(files.readAll(folder.file("new")), Bytes{});
+    std::string link = folder.file("link");
+    std::ranges::replace(link, '\\', '/');
+    std::error_code refused; // by systems where links are for administrators
+    std::filesystem::create_symlink("old", link, refused);
+    EXPECT_EQ(files.createNew(folder.file("link")) == nullptr, !refused);
+    EXPECT_EQ(files.readAll(folder.file("old")), bytes("old"));
+}
+
 TEST_F(Files, RenameTakesThePlaceOfWhatIsThere)
 {
     put("new", "new");
@@ -115,13 +132,16 @@ TEST_F(Files, RenameTakesThePlaceOfWhatIsThere)
     EXPECT_FALSE(files.remove(folder.file("old")));
 }
 
-TEST_F(Files, FindFirstMatchesTheLastComponent)
+TEST_F(Files, FindMatchesTheLastComponent)
 {
     put("Album Front.JPG", "");
     put("readme.txt", "");
     EXPECT_EQ(files.findFirst(folder.file("*front*.jpg")), "Album Front.JPG");
     EXPECT_EQ(files.findFirst(folder.file("read??.txt")), "readme.txt");
     EXPECT_FALSE(files.findFirst(folder.file("*.png")).has_value());
+    put("Readme.TMP", "");
+    EXPECT_EQ(files.findAll(folder.file("read??.t*")),
+              (std::vector<std::string>{"Readme.TMP", "readme.txt"}));
     EXPECT_FALSE(files.findFirst(folder.file("none\\*")).has_value());
     // Never the folder itself or the one above it.
     const auto any = files.findFirst(folder.file("*"));

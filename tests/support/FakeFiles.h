@@ -22,12 +22,12 @@ class FakeFiles : public FileSystem {
 public:
     std::map<std::string, Bytes> files;
     std::set<std::string> folders;
-    std::set<std::string> readOnly;                             // files and folders that refuse writing
-    std::set<std::string> unreadable;                           // as while memory is short
-    int calls = 0;                                              // also those of open files
-    int failingCall = 0;                                        // from 1; 0: none
-    int deadFrom = 0;                                           // this call and all later ones fail
-    std::map<std::string, int> held;                            // files that so many tries find in use
+    std::set<std::string> readOnly;   // files and folders that refuse writing
+    std::set<std::string> unreadable; // as while memory is short
+    int calls = 0;                    // also those of open files
+    int failingCall = 0;              // from 1; 0: none
+    int deadFrom = 0;                 // this call and all later ones fail
+    std::map<std::string, int> held;  // files ('?': any character) that so many tries find in use
     std::size_t room = std::numeric_limits<std::size_t>::max(); // bytes until the disk is full
     std::size_t torn = 0;                                       // bytes that a failing write leaves behind
     std::map<std::string, std::string> matches;                 // pattern: entry that the system lists first
@@ -68,6 +68,10 @@ public:
         files[path].clear();
         return std::make_unique<File>(*this, path);
     }
+    std::unique_ptr<OutputFile> createNew(const std::string& path) override
+    {
+        return files.contains(path) ? nullptr : create(path);
+    }
     std::unique_ptr<OutputFile> openForUpdate(const std::string& path) override
     {
         if (fails() || isHeld(path) || isReadOnly(path) || !files.contains(path))
@@ -102,6 +106,16 @@ public:
         if (fails() || found == matches.end())
             return std::nullopt;
         return found->second;
+    }
+    // '?' alone stands for something else.
+    std::vector<std::string> findAll(const std::string& pattern) override
+    {
+        std::vector<std::string> names;
+        for (const auto& [path, content] : files) {
+            if (isLike(path, pattern))
+                names.push_back(path.substr(path.rfind('\\') + 1));
+        }
+        return fails() ? std::vector<std::string>() : names;
     }
     bool heldByAnother() const override { return m_held; }
 
@@ -154,9 +168,15 @@ private:
         std::size_t m_position = 0;
     };
 
+    static bool isLike(std::string_view path, std::string_view pattern)
+    {
+        const auto same = [](char here, char wanted) { return wanted == '?' || here == wanted; };
+        return std::ranges::equal(path, pattern, same);
+    }
     bool isHeld(const std::string& path)
     {
-        const auto found = held.find(path);
+        const auto found =
+            std::ranges::find_if(held, [&](const auto& file) { return isLike(path, file.first); });
         m_held = found != held.end() && found->second-- > 0;
         return m_held;
     }
