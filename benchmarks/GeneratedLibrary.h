@@ -84,6 +84,7 @@ public:
     std::unique_ptr<OutputFile> openForUpdate(const std::string&) override { return nullptr; }
     bool rename(const std::string&, const std::string&) override { return true; }
     bool remove(const std::string&) override { return true; }
+    bool removeTemporary(const std::string&) override { return true; }
     std::optional<std::string> findFirst(const std::string&) override { return std::nullopt; }
     std::vector<std::string> findAll(const std::string&) override { return {}; }
     bool heldByAnother() const override { return false; }

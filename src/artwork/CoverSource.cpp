@@ -6,29 +6,29 @@
 namespace tessera {
 namespace {
 
-// A file that the host has made for us.
+// A file that the host has made for us; what lies elsewhere than such files do is not ours to remove.
 class TemporaryFile {
 public:
     explicit TemporaryFile(std::string path) : m_path(std::move(path)) {}
     ~TemporaryFile()
     {
         if (!m_path.empty()) {
-            systemFiles().remove(m_path);
+            systemFiles().removeTemporary(m_path);
         }
     }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
-    const std::string& path() const { return m_path; }
 
 private:
     std::string m_path;
 };
 
-std::vector<std::uint8_t> readEmbedded(HostFile& file)
+std::vector<std::uint8_t> readEmbedded(HostFile& file, const std::string& own)
 {
     try {
-        const TemporaryFile temporary(file.image(ImageKind::Embedded));
-        return readPictureFile(temporary.path());
+        const std::string path = file.image(ImageKind::Embedded);
+        const TemporaryFile temporary(path == own ? std::string() : path);
+        return readPictureFile(path);
     } catch (const HostError&) {
         return {};
     }
@@ -61,7 +61,7 @@ std::optional<Picture> readCover(const CoverSource& source)
         return decodePicture(source.encoded);
     }
     if (source.embedded) {
-        return decodePicture(readEmbedded(*source.embedded));
+        return decodePicture(readEmbedded(*source.embedded, source.path));
     }
     return readCoverFile(source.path);
 }

@@ -70,7 +70,7 @@ private:
         if (m_album.thumbnailFile.empty())
             return false;
         m_album.set(kAlbumInternalImage, true);
-        m_context.files.remove(m_album.thumbnailFile);
+        m_context.files.removeTemporary(m_album.thumbnailFile);
         return true;
     }
 

@@ -52,6 +52,8 @@ public:
     // Takes the place of what is there.
     virtual bool rename(const std::string& from, const std::string& to) = 0;
     virtual bool remove(const std::string& path) = 0;
+    // For names that others gave: only what lies below the system's folder for temporary files.
+    virtual bool removeTemporary(const std::string& path) = 0;
     // The first entry but "." and ".." that the system lists for a pattern with "*" and "?" in its
     // last component; its name without the folder.
     virtual std::optional<std::string> findFirst(const std::string& pattern) = 0;

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <dirent.h>
 #include <fcntl.h>
+#include <filesystem>
 #include <fnmatch.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -100,6 +101,14 @@ public:
     }
 
     bool remove(const std::string& path) override { return ::unlink(toNative(path).c_str()) == 0; }
+
+    bool removeTemporary(const std::string& path) override
+    {
+        std::error_code failed;
+        const auto whole = std::filesystem::canonical(toNative(path), failed).native();
+        const auto folder = std::filesystem::temp_directory_path(failed) / "";
+        return !failed && whole.starts_with(folder.native()) && remove(path);
+    }
 
     // Folders list in no order; the first by name is taken.
     std::optional<std::string> findFirst(const std::string& pattern) override

@@ -76,6 +76,27 @@ bool isDots(const char* name)
     return name[0] == '.' && (name[1] == 0 || (name[1] == '.' && name[2] == 0));
 }
 
+// Without dots and short names, which would make two names of one file; empty for what is missing.
+std::string wholeName(const std::string& path)
+{
+    char full[MAX_PATH + 1];
+    char whole[MAX_PATH + 1];
+    const auto fits = [](DWORD length) { return length > 0 && length <= MAX_PATH; };
+    return fits(GetFullPathNameA(path.c_str(), sizeof full, full, nullptr)) &&
+                   fits(GetLongPathNameA(full, whole, sizeof whole))
+               ? whole
+               : std::string();
+}
+
+// The folder ends in a backslash.
+bool isBelow(const std::string& path, const std::string& folder)
+{
+    const auto length = static_cast<int>(folder.size());
+    return length > 0 && path.size() > folder.size() &&
+           CompareStringA(LOCALE_INVARIANT, NORM_IGNORECASE, path.c_str(), length, folder.c_str(), length) ==
+               CSTR_EQUAL;
+}
+
 bool isWritableFile(const std::string& path)
 {
     const DWORD attributes = GetFileAttributesA(path.c_str());
@@ -137,6 +158,13 @@ public:
     }
 
     bool remove(const std::string& path) override { return DeleteFileA(path.c_str()) != FALSE; }
+
+    bool removeTemporary(const std::string& path) override
+    {
+        char folder[MAX_PATH + 2] = {};
+        GetTempPathA(sizeof folder, folder);
+        return isBelow(wholeName(path), wholeName(folder)) && remove(path);
+    }
 
     std::optional<std::string> findFirst(const std::string& pattern) override
     {

@@ -27,6 +27,7 @@ public:
     std::unique_ptr<OutputFile> openForUpdate(const std::string& path) override;
     bool rename(const std::string& from, const std::string& to) override;
     bool remove(const std::string& path) override { return m_files.remove(path); }
+    bool removeTemporary(const std::string& path) override { return m_files.removeTemporary(path); }
     std::optional<std::string> findFirst(const std::string& pattern) override
     {
         return m_files.findFirst(pattern);

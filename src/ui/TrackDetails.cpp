@@ -163,7 +163,7 @@ std::optional<Picture> readTrackPicture(const HostFilePtr& file)
         path.clear();
     }
     std::optional<Picture> picture = readCoverFile(path);
-    return picture ? std::move(picture) : readCover({{}, file, {}});
+    return picture ? std::move(picture) : readCover({{}, file, path});
 }
 
 } // namespace

@@ -90,6 +90,11 @@ TEST_F(Locator, PictureInsideTheTrackEndsTheSearch)
     EXPECT_TRUE(rig.files.files.empty()) << "the temporary file is gone";
     EXPECT_EQ(host.imageQueries.size(), 2u);
     EXPECT_EQ(checks, 0);
+
+    host.tracks[0].embeddedImage = "C:\\m\\a\\own.jpg";
+    rig.files.files["C:\\m\\a\\own.jpg"] = {};
+    locate();
+    EXPECT_EQ(rig.files.files.size(), 1u) << "only temporary files are the program's to remove";
 }
 
 TEST_F(Locator, NoPictureAnywhere)

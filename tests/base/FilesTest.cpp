@@ -120,6 +120,25 @@ TEST_F(Files, WhatIsCreatedNewTakesNobodysName)
     EXPECT_EQ(files.readAll(folder.file("old")), bytes("old"));
 }
 
+// A host names the file, and may name anything.
+TEST_F(Files, OnlyTemporaryFilesAreRemovedAsSuch)
+{
+    put("inside", "");
+    // Another drive than that of the folder has no way from there.
+    const auto way = std::filesystem::current_path().lexically_relative(folder.path());
+    const std::string above = folder.file(way.empty() ? "..\\.." : way.string());
+    for (const std::string& name :
+         {above + "\\tessera-not-temporary", std::string("tessera-not-temporary")}) {
+        ASSERT_TRUE(files.create(name)) << name;
+        EXPECT_FALSE(files.removeTemporary(name));
+        EXPECT_TRUE(files.remove(name));
+    }
+    EXPECT_FALSE(files.removeTemporary(folder.file("none")));
+    EXPECT_FALSE(files.removeTemporary(folder.path() + "\\.."));
+    EXPECT_TRUE(files.removeTemporary(folder.file("inside")));
+    EXPECT_FALSE(files.exists(folder.file("inside")));
+}
+
 TEST_F(Files, RenameTakesThePlaceOfWhatIsThere)
 {
     put("new", "new");

@@ -22,6 +22,7 @@ class FakeFiles : public FileSystem {
 public:
     std::map<std::string, Bytes> files;
     std::set<std::string> folders;
+    std::string temporaryFolder = "C:\\temp\\";
     std::set<std::string> readOnly;   // files and folders that refuse writing
     std::set<std::string> unreadable; // as while memory is short
     int calls = 0;                    // also those of open files
@@ -98,6 +99,10 @@ public:
     {
         removed.push_back(path);
         return !fails() && files.erase(path) > 0;
+    }
+    bool removeTemporary(const std::string& path) override
+    {
+        return path.starts_with(temporaryFolder) && remove(path);
     }
     std::optional<std::string> findFirst(const std::string& pattern) override
     {
