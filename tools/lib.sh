@@ -48,7 +48,13 @@ start_display() {
     number_file=$(mktemp)
     # The keyboard map is reset with the last client unless -noreset; Ctrl+Alt+F keys would switch
     # consoles unless taken out of the map.
-    Xvfb -displayfd 8 -noreset -nolisten tcp -screen 0 1280x1024x24 8>"$number_file" >/dev/null 2>&1 9>&- &
+    # Without a key anybody on the machine could look and type into it: one cookie for every host and number.
+    AUTHORITY=$(mktemp "$BUILD/display.XXXXXXXX") && {
+        printf '\377\377\0\0\0\0\0\022MIT-MAGIC-COOKIE-1\0\020'
+        head -c 16 /dev/urandom
+    } >"$AUTHORITY" || fail "The key of the virtual display cannot be written"
+    export XAUTHORITY=$AUTHORITY
+    Xvfb -auth "$AUTHORITY" -displayfd 8 -noreset -nolisten tcp -screen 0 1280x1024x24 8>"$number_file" >/dev/null 2>&1 9>&- &
     DISPLAY_PROCESS=$!
     for _ in $(seq 100); do
         [ -s "$number_file" ] && break
@@ -132,6 +138,7 @@ leave_nothing_running() {
         kill "$DISPLAY_PROCESS" 2>/dev/null
         wait "$DISPLAY_PROCESS" 2>/dev/null
     fi
+    [ -z "${AUTHORITY:-}" ] || rm -f "$AUTHORITY"
 }
 clean_up_at_end() {
     trap leave_nothing_running EXIT

@@ -100,7 +100,7 @@ class ScanLibraryTest(unittest.TestCase):
 
     def scan(self):
         run = subprocess.run([sys.executable, TOP / "tools" / "scan-library", self.music, self.out], text=True,
-                             stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
+                             stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False, timeout=60)
         self.assertEqual(run.returncode, 0, run.stderr)
         data = self.out.read_bytes()
         self.assertNotIn(b"\r", data)
@@ -167,10 +167,12 @@ class ScanLibraryTest(unittest.TestCase):
             whole = (TONES / f"tone.{suffix}").read_bytes()
             (self.music / f"cut.{suffix}").write_bytes(whole[:40])
         (self.music / "gone.mp3").symlink_to(self.music / "nowhere.mp3")
+        os.mkfifo(self.music / "pipe.mp3")
+        os.mkfifo(self.music / "folder.jpg")
         (self.music / "notes.txt").write_text("no music")
         rows, complaints = self.scan()
-        self.assertIn(good.name, rows)
-        for name in ("empty.flac", "cut.m4a", "noise.wma", "gone.mp3"):
+        self.assertEqual(rows[good.name]["ImageFile"], "")
+        for name in ("empty.flac", "cut.m4a", "noise.wma", "gone.mp3", "pipe.mp3"):
             self.assertNotIn(name, rows)
             self.assertIn(name, complaints)
         self.assertNotIn("notes.txt", complaints)
