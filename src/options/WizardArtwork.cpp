@@ -3,6 +3,7 @@
 #include "base/Text.h"
 #include "options/ids.h"
 #include "tokens/TokenParser.h"
+#include "windowing/CarriedPointer.h"
 #include "windowing/FileDialogs.h"
 
 #include <vector>
@@ -29,7 +30,9 @@ Handled CWizardArtwork::route(const Message& message)
         return 0;
     }
     if (message.id == endEditMessage()) {
-        showSample(reinterpret_cast<const char*>(message.lParam));
+        if (CarriedPointer::isKnown(message.lParam)) {
+            showSample(reinterpret_cast<const char*>(message.lParam));
+        }
         return 0;
     }
     return Mapped::route(message);

@@ -1,8 +1,5 @@
 #include "system/Module.h"
 
-#include <vector>
-#include <winver.h>
-
 extern "C" IMAGE_DOS_HEADER __ImageBase; // the linker's name for the start of this module
 
 namespace tessera {
@@ -36,23 +33,17 @@ bool systemIsWine()
     return library && GetProcAddress(library, "wine_get_version");
 }
 
-std::string versionString(std::string_view name)
+std::string systemFolder()
 {
-    const std::string path = modulePath(moduleInstance());
-    DWORD ignored = 0;
-    const DWORD size = GetFileVersionInfoSizeA(path.c_str(), &ignored);
-    std::vector<std::uint8_t> block(size);
-    if (size == 0 || !GetFileVersionInfoA(path.c_str(), 0, size, block.data())) {
-        return "";
-    }
-    const std::string place = "\\StringFileInfo\\040904b0\\" + std::string(name);
-    void* text = nullptr;
-    UINT length = 0;
-    if (!VerQueryValueA(block.data(), place.c_str(), &text, &length) || length == 0) {
-        return "";
-    }
-    const std::string value(static_cast<const char*>(text), length);
-    return value.c_str(); // the length counts the terminator on some systems
+    char folder[MAX_PATH] = {};
+    const UINT length = GetSystemDirectoryA(folder, sizeof folder);
+    return length > 0 && length < sizeof folder ? std::string(folder) : std::string();
+}
+
+HMODULE loadSystemLibrary(const char* name)
+{
+    const std::string folder = systemFolder();
+    return folder.empty() ? nullptr : LoadLibraryA((folder + "\\" + name).c_str());
 }
 
 } // namespace tessera

@@ -1,6 +1,7 @@
 #include "ui/InPlaceEdit.h"
 
 #include "system/Module.h"
+#include "windowing/CarriedPointer.h"
 #include "windowing/Control.h"
 #include "windowing/Drawing.h"
 
@@ -45,6 +46,7 @@ bool InPlaceControl::report(InPlaceReport::Event event, WPARAM key, HWND newFocu
 {
     InPlaceReport report{handle(), event, key, newFocus, {}};
     GetCursorPos(&report.cursor);
+    const CarriedPointer carried(&report);
     return SendMessageA(GetParent(handle()), inPlaceMessage(), 0, reinterpret_cast<LPARAM>(&report)) != 0;
 }
 

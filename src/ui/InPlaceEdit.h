@@ -17,7 +17,8 @@ struct InPlaceReport {
     POINT cursor{};          // screen coordinates
 };
 
-// Registered message to the list: 0, const InPlaceReport*. Answers true when a key is used up.
+// Registered message to the list: 0, const InPlaceReport* (a CarriedPointer). Answers true when a key is used
+// up.
 UINT inPlaceMessage();
 
 // What edit and button share: the keys that belong to the list and not to the dialog round it, and

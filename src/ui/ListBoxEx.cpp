@@ -2,7 +2,9 @@
 
 #include "ui/ListBoxEx.h"
 
+#include "base/FlagScope.h"
 #include "system/Module.h"
+#include "windowing/CarriedPointer.h"
 #include "windowing/Control.h"
 #include "windowing/Drawing.h"
 
@@ -210,9 +212,17 @@ std::span<const MapEntry<CListBoxEx>> CListBoxEx::messageMap()
 Handled CListBoxEx::route(const Message& message)
 {
     if (message.id == inPlaceMessage()) {
-        return onReport(*reinterpret_cast<const InPlaceReport*>(message.lParam)) ? TRUE : FALSE;
+        return CarriedPointer::isKnown(message.lParam) &&
+                       onReport(*reinterpret_cast<const InPlaceReport*>(message.lParam))
+                   ? TRUE
+                   : FALSE;
     }
-    return Mapped::route(message);
+    const Handled handled = Mapped::route(message);
+    if (handled || message.id == WM_NCDESTROY) {
+        return handled;
+    }
+    const FlagScope ownInput(m_bOwnInput);
+    return defaultProcessing(message);
 }
 
 Handled CListBoxEx::onKeyDown(const Message& message)
@@ -281,6 +291,9 @@ Handled CListBoxEx::onParentMessage(const Message& message)
 {
     static const UINT dragMessage = RegisterWindowMessageA("commctrl_DragListMsg");
     if (message.id == dragMessage) {
+        if (!m_bOwnInput) { // the list sends it while it handles the mouse; others can send it at any time
+            return kDefault;
+        }
         const auto& info = *reinterpret_cast<const DRAGLISTINFO*>(message.lParam);
         return info.hWnd == handle() ? Handled(onDrag(info)) : kDefault;
     }

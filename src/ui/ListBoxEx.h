@@ -146,6 +146,7 @@ private:
     bool m_bEndRow = false;   // a drag has added its end row
     bool m_bBrowsing = false; // the owner is answering a browse: the focus may be elsewhere
     bool m_bEnding = false;
+    bool m_bOwnInput = false; // the list itself handles a message
     int m_nEditedRow = -1;
     int m_nDraggedRow = -1;
     int m_nMarkRow = -1; // the insertion mark stands above it

@@ -3,6 +3,7 @@
 #include "ui/ListBoxEx.h"
 
 #include "base/FlagScope.h"
+#include "windowing/CarriedPointer.h"
 #include "windowing/Drawing.h"
 
 #include <utility>
@@ -149,8 +150,10 @@ bool CListBoxEx::canEdit(int)
 bool CListBoxEx::endOfEdit(int row, bool cancelled)
 {
     if (!cancelled) {
+        const std::string text = m_edtInPlace.text();
+        const CarriedPointer carried(text.c_str());
         SendMessageA(m_parent.handle(), endEditMessage(), static_cast<WPARAM>(row),
-                     reinterpret_cast<LPARAM>(m_edtInPlace.text().c_str()));
+                     reinterpret_cast<LPARAM>(text.c_str()));
     }
     return true;
 }

@@ -99,7 +99,7 @@ Handled RichTextBox::onDialogCode(const Message&)
 
 bool RichTextBox::createRich(HWND parent, UINT id)
 {
-    m_library = ModuleHandle(LoadLibraryA("riched20.dll"));
+    m_library = ModuleHandle(loadSystemLibrary("riched20.dll"));
     if (m_library)
         m_box.attach(createBoxWindow("RichEdit20A", parent, id));
     return static_cast<bool>(m_box);

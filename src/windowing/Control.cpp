@@ -62,7 +62,7 @@ void Control::setText(const std::string& text) const
 
 void Control::useVisualStyle(bool use) const
 {
-    const ModuleHandle library(LoadLibraryA("uxtheme.dll"));
+    const ModuleHandle library(loadSystemLibrary("uxtheme.dll"));
     using SetTheme = HRESULT(WINAPI*)(HWND, LPCWSTR, LPCWSTR);
     const auto setTheme = library ? reinterpret_cast<SetTheme>(reinterpret_cast<void*>(
                                         GetProcAddress(library.get(), "SetWindowTheme")))

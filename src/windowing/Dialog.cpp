@@ -1,6 +1,7 @@
 #include "windowing/Dialog.h"
 
 #include "system/Module.h"
+#include "windowing/CarriedPointer.h"
 #include "windowing/Control.h"
 #include "windowing/Placement.h"
 
@@ -26,13 +27,20 @@ void DialogBase::setChecked(UINT id, bool checked) const
     CheckDlgButton(m_handle, static_cast<int>(id), checked ? BST_CHECKED : BST_UNCHECKED);
 }
 
+DialogBase* DialogBase::objectOf(HWND window)
+{
+    return reinterpret_cast<DialogBase*>(GetWindowLongPtrA(window, DWLP_USER));
+}
+
 INT_PTR DialogBase::dialogMessage(const Message& message, DialogBase* created) noexcept
 {
     if (created) {
         created->m_handle = message.window;
         SetWindowLongPtrA(message.window, DWLP_USER, reinterpret_cast<LONG_PTR>(created));
+    } else if (message.id == WM_INITDIALOG) {
+        return FALSE; // from somewhere else
     }
-    auto* const dialog = reinterpret_cast<DialogBase*>(GetWindowLongPtrA(message.window, DWLP_USER));
+    auto* const dialog = objectOf(message.window);
     return dialog ? dialog->answer(message) : FALSE;
 }
 
@@ -78,6 +86,7 @@ INT_PTR Dialog::showModal(HWND owner, UINT resource)
 {
     m_modal = true;
     captureContext();
+    const CarriedPointer carried(this);
     return DialogBoxParamA(moduleInstance(), MAKEINTRESOURCEA(resource), owner, &Dialog::procedure,
                            reinterpret_cast<LPARAM>(this));
 }
@@ -86,6 +95,7 @@ INT_PTR Dialog::showModal(HWND owner, const DialogTemplate& pattern)
 {
     m_modal = true;
     captureContext();
+    const CarriedPointer carried(this);
     return DialogBoxIndirectParamA(moduleInstance(), pattern.get(), owner, &Dialog::procedure,
                                    reinterpret_cast<LPARAM>(this));
 }
@@ -94,6 +104,7 @@ bool Dialog::create(HWND owner, const DialogTemplate& pattern)
 {
     m_modal = false;
     captureContext();
+    const CarriedPointer carried(this);
     return CreateDialogIndirectParamA(moduleInstance(), pattern.get(), owner, &Dialog::procedure,
                                       reinterpret_cast<LPARAM>(this)) != nullptr;
 }
@@ -127,8 +138,9 @@ Handled Dialog::route(const Message& message)
 
 INT_PTR CALLBACK Dialog::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept
 {
+    const bool created = message == WM_INITDIALOG && !objectOf(window) && CarriedPointer::isKnown(lParam);
     return dialogMessage({window, message, wParam, lParam},
-                         message == WM_INITDIALOG ? reinterpret_cast<Dialog*>(lParam) : nullptr);
+                         created ? reinterpret_cast<Dialog*>(lParam) : nullptr);
 }
 
 } // namespace tessera

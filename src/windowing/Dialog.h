@@ -25,7 +25,9 @@ public:
 protected:
     // True: the system gives the focus to the first control.
     virtual bool onInitDialog() { return true; }
-    // The body of every dialog procedure; `created` is what WM_INITDIALOG brought, else null.
+    static DialogBase* objectOf(HWND window); // null: not yet, or not any more
+    // The body of every dialog procedure; `created` is what WM_INITDIALOG brought when the dialog was made,
+    // else null.
     static INT_PTR dialogMessage(const Message& message, DialogBase* created) noexcept;
     void captureContext() { m_context = ActivationContext::current(); }
 

@@ -1,8 +1,10 @@
 #include "windowing/PropertySheet.h"
 
 #include "system/Module.h"
+#include "windowing/CarriedPointer.h"
 #include "windowing/Placement.h"
 
+#include <deque>
 #include <utility>
 
 namespace tessera {
@@ -69,8 +71,9 @@ Handled PropertyPage::onSheetNotification(const NMHDR& header)
 INT_PTR CALLBACK PropertyPage::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept
 {
     PropertyPage* created = nullptr;
-    if (message == WM_INITDIALOG) {
-        created = reinterpret_cast<PropertyPage*>(reinterpret_cast<PROPSHEETPAGEA*>(lParam)->lParam);
+    if (message == WM_INITDIALOG && !objectOf(window)) {
+        const LPARAM page = reinterpret_cast<PROPSHEETPAGEA*>(lParam)->lParam;
+        created = CarriedPointer::isKnown(page) ? reinterpret_cast<PropertyPage*>(page) : nullptr;
     }
     return dialogMessage({window, message, wParam, lParam}, created);
 }
@@ -93,11 +96,13 @@ bool PropertySheet::run(HWND owner, int firstPage)
     std::vector<DialogTemplate> patterns; // must outlive the sheet
     patterns.reserve(m_pages.size());
     std::vector<PROPSHEETPAGEA> records;
+    std::deque<CarriedPointer> carried;
     for (int index = 0; index < pageCount(); ++index) {
         PropertyPage& page = *m_pages[static_cast<std::size_t>(index)];
         page.m_sheet = this;
         page.m_index = index;
         page.captureContext();
+        carried.emplace_back(&page);
         records.push_back(pageRecord(page, patterns.emplace_back(page.pattern())));
     }
     PROPSHEETHEADERA header{};

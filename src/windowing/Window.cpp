@@ -2,6 +2,7 @@
 
 #include "system/Border.h"
 #include "system/Module.h"
+#include "windowing/CarriedPointer.h"
 
 #include <commctrl.h>
 #include <map>
@@ -55,6 +56,7 @@ bool Window::create(HWND parent, UINT id, const RECT& place, WindowStyle style, 
     }
     m_className = kind.name;
     m_context = ActivationContext::current();
+    const CarriedPointer carried(this);
     CreateWindowExA(style.extended, kind.name, title.c_str(), style.style, place.left, place.top,
                     place.right - place.left, place.bottom - place.top, parent,
                     reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), moduleInstance(), this);
@@ -82,10 +84,12 @@ LRESULT Window::defaultProcessing(const Message& message)
 
 LRESULT CALLBACK Window::procedure(HWND handle, UINT id, WPARAM wParam, LPARAM lParam) noexcept
 {
-    if (id == WM_NCCREATE) {
+    if (id == WM_NCCREATE && !GetWindowLongPtrA(handle, kObject)) {
         auto* const created = static_cast<Window*>(reinterpret_cast<CREATESTRUCTA*>(lParam)->lpCreateParams);
-        created->m_handle = handle;
-        SetWindowLongPtrA(handle, kObject, reinterpret_cast<LONG_PTR>(created));
+        if (CarriedPointer::isKnown(created)) {
+            created->m_handle = handle;
+            SetWindowLongPtrA(handle, kObject, reinterpret_cast<LONG_PTR>(created));
+        }
     }
     auto* const window = reinterpret_cast<Window*>(GetWindowLongPtrA(handle, kObject));
     if (!window) {

@@ -109,15 +109,37 @@ protected:
         ClientToScreen(list.handle(), &point);
         return point;
     }
-    LRESULT drag(UINT notification, POINT point) const
+    // The mouse over the list; what the list answered to the system's question about the drag.
+    LRESULT drag(UINT mouse, POINT point)
     {
-        static const UINT message = RegisterWindowMessageA("commctrl_DragListMsg");
-        DRAGLISTINFO info{notification, list.handle(), point};
-        return SendMessageA(m_parent, message, kId, reinterpret_cast<LPARAM>(&info));
+        if (!m_answers.handle()) {
+            m_answers.attach(m_parent);
+        }
+        m_answers.last = 0;
+        SetCursorPos(point.x, point.y); // which the system looks at, too
+        ScreenToClient(list.handle(), &point);
+        SendMessageA(list.handle(), mouse, MK_LBUTTON, MAKELPARAM(point.x, point.y));
+        return m_answers.last;
     }
+
+    // Hears the question before the list and its answer.
+    class Answers : public Subclass {
+    public:
+        Handled route(const Message& message) override
+        {
+            static const UINT question = RegisterWindowMessageA("commctrl_DragListMsg");
+            if (message.id != question) {
+                return kDefault;
+            }
+            last = defaultProcessing(message);
+            return last;
+        }
+        LRESULT last = 0;
+    };
 
     HWND m_parent;
     Owner owner;
+    Answers m_answers;
     HWND other = nullptr;
     PickyList list;
 };
@@ -142,6 +164,24 @@ std::vector<COLORREF> pixels(HWND window)
 }
 
 } // namespace
+
+// Another program can register the same names and send what it likes.
+TEST_F(ListBoxExTest, PointersOfOthersAreNotFollowed)
+{
+    list.enableEditing(true);
+    list.enableDragging(true);
+    list.beginEdit(1);
+    const LPARAM nowhere = 0x10;
+    for (const HWND window : {list.handle(), m_parent}) {
+        for (const char* name : {"ipc_CtrlMsg", "commctrl_DragListMsg"}) {
+            PostMessageA(window, RegisterWindowMessageA(name), kId, nowhere);
+            SendMessageA(window, RegisterWindowMessageA(name), kId, nowhere);
+        }
+    }
+    pumpMessages(1);
+    EXPECT_EQ(list.editedRow(), 1);
+    EXPECT_EQ(list.rows(), (Rows{"one", "two", "three"}));
+}
 
 TEST_F(ListBoxExTest, InsertAppendsARowAndEscapeTakesItAway)
 {
@@ -344,11 +384,11 @@ TEST_F(ListBoxExTest, ADropMovesTheRowBeforeTheTarget)
         SCOPED_TRACE(std::to_string(one.from) + " to " + std::to_string(one.target));
         list.setRows({"one", "two", "three"});
         list.selectRow(1); // the press on a row need not have selected it yet
-        ASSERT_TRUE(drag(DL_BEGINDRAG, pointInRow(one.from)));
+        ASSERT_TRUE(drag(WM_LBUTTONDOWN, pointInRow(one.from)));
         EXPECT_EQ(list.count(), 4);
         EXPECT_EQ(list.rows().size(), 3u);
-        EXPECT_EQ(drag(DL_DRAGGING, pointInRow(one.target)), DL_MOVECURSOR);
-        drag(DL_DROPPED, pointInRow(one.target));
+        EXPECT_EQ(drag(WM_MOUSEMOVE, pointInRow(one.target)), DL_MOVECURSOR);
+        drag(WM_LBUTTONUP, pointInRow(one.target));
         EXPECT_EQ(list.count(), 3);
         EXPECT_EQ(list.rows(), one.rows);
         if (one.rows != Rows{"one", "two", "three"}) {
@@ -360,32 +400,29 @@ TEST_F(ListBoxExTest, ADropMovesTheRowBeforeTheTarget)
 TEST_F(ListBoxExTest, ADragThatEndsElsewhereChangesNothing)
 {
     list.selectRow(0);
-    ASSERT_TRUE(drag(DL_BEGINDRAG, pointInRow(0)));
+    ASSERT_TRUE(drag(WM_LBUTTONDOWN, pointInRow(0)));
     press(VK_DELETE);
     press(VK_INSERT);
     EXPECT_EQ(list.count(), 4) << "no editing during a drag";
-    EXPECT_EQ(drag(DL_DRAGGING, {1, 1}), DL_STOPCURSOR);
-    drag(DL_DROPPED, {1, 1});
+    EXPECT_EQ(drag(WM_MOUSEMOVE, {1, 1}), DL_STOPCURSOR);
+    drag(WM_LBUTTONUP, {1, 1});
     EXPECT_EQ(list.rows(), (Rows{"one", "two", "three"}));
     EXPECT_EQ(list.count(), 3);
 
-    ASSERT_TRUE(drag(DL_BEGINDRAG, pointInRow(0)));
-    drag(DL_CANCELDRAG, pointInRow(2));
+    ASSERT_TRUE(drag(WM_LBUTTONDOWN, pointInRow(0)));
+    drag(WM_RBUTTONDOWN, pointInRow(2));
     EXPECT_EQ(list.count(), 3);
     EXPECT_EQ(list.cancelledDrags, 1);
     EXPECT_EQ(data(), (Rows{"100", "101", "102"}));
 }
 
-TEST_F(ListBoxExTest, NoDragWhileEditingOrWhenForbidden)
+TEST_F(ListBoxExTest, NoDragWhenForbiddenOrBesideTheRows)
 {
-    list.beginEdit(0);
-    EXPECT_FALSE(drag(DL_BEGINDRAG, pointInRow(0)));
-    list.endEdit(true);
     list.enableDragging(false);
-    EXPECT_FALSE(drag(DL_BEGINDRAG, pointInRow(0)));
+    EXPECT_FALSE(drag(WM_LBUTTONDOWN, pointInRow(0)));
     list.enableDragging(true);
     list.selectRow(-1);
-    EXPECT_FALSE(drag(DL_BEGINDRAG, {1, 1}));
+    EXPECT_FALSE(drag(WM_LBUTTONDOWN, {1, 1}));
     EXPECT_EQ(list.count(), 3);
 }
 
@@ -393,20 +430,20 @@ TEST_F(ListBoxExTest, TheInsertionMarkErasesItself)
 {
     list.selectRow(0);
     UpdateWindow(list.handle());
-    drag(DL_BEGINDRAG, pointInRow(0));
+    drag(WM_LBUTTONDOWN, pointInRow(0));
     UpdateWindow(list.handle());
     const auto before = pixels(list.handle());
-    drag(DL_DRAGGING, pointInRow(1));
+    drag(WM_MOUSEMOVE, pointInRow(1));
     const auto marked = pixels(list.handle());
     EXPECT_NE(marked, before);
     InvalidateRect(list.handle(), nullptr, TRUE); // a repaint under the mark
     UpdateWindow(list.handle());
     EXPECT_EQ(pixels(list.handle()), marked);
-    drag(DL_DRAGGING, pointInRow(2));
+    drag(WM_MOUSEMOVE, pointInRow(2));
     EXPECT_NE(pixels(list.handle()), marked);
-    drag(DL_DRAGGING, {1, 1});
+    drag(WM_MOUSEMOVE, {1, 1});
     EXPECT_EQ(pixels(list.handle()), before);
-    drag(DL_CANCELDRAG, {1, 1});
+    drag(WM_RBUTTONDOWN, {1, 1});
 }
 
 TEST_F(BrowsingListTest, TheButtonStandsBesideTheEdit)

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <functional>
 
 using namespace tessera;
@@ -73,6 +74,9 @@ TEST(Dialog, RunsModallyByATemplateInMemory)
         SendMessageA(running.item(kCheck), BM_CLICK, 0, 0);
         EXPECT_TRUE(running.isChecked(kCheck));
         EXPECT_NE(SendMessageA(running.item(99), WM_GETFONT, 0, 0), 0);
+        std::array<char, 256> victim{}; // of another program, which sends this by itself
+        SendMessageA(running.handle(), WM_INITDIALOG, 0, reinterpret_cast<LPARAM>(victim.data()));
+        EXPECT_EQ(victim, (std::array<char, 256>{}));
         SendMessageA(running.item(IDOK), BM_CLICK, 0, 0);
     };
     EXPECT_EQ(dialog.showModal(nullptr, sample()), IDOK);

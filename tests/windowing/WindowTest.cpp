@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <memory>
 
 using namespace tessera;
@@ -115,6 +116,21 @@ std::vector<std::string> taken(Recorder& recorder)
 using Log = std::vector<std::string>;
 
 } // namespace
+
+// Any program can send WM_NCCREATE at any time, with an address of its choice in it.
+TEST(Window, ACreationThatIsNotOursIsNotBelieved)
+{
+    Recorder window;
+    ASSERT_TRUE(window.create(nullptr, 0, kPlace, kHidden));
+    taken(window);
+    std::array<char, 256> victim{};
+    CREATESTRUCTA forged{};
+    forged.lpCreateParams = victim.data();
+    SendMessageA(window.handle(), WM_NCCREATE, 0, reinterpret_cast<LPARAM>(&forged));
+    EXPECT_EQ(victim, (std::array<char, 256>{}));
+    EXPECT_EQ(SendMessageA(window.handle(), WM_APP, 1, 0), 11);
+    EXPECT_EQ(taken(window), (Log{"first"}));
+}
 
 TEST(MessageMap, RoutesMessagesInOrderUntilOneAnswers)
 {
