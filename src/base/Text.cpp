@@ -283,6 +283,20 @@ std::string_view trimRight(std::string_view text)
     return last == std::string_view::npos ? std::string_view{} : text.substr(0, last + 1);
 }
 
+std::string shownName(std::string_view name)
+{
+    constexpr std::size_t kMost = 260;
+    std::string shown;
+    for (std::size_t at = 0, length = 0; at < name.size(); at += length) {
+        length = characterLength(name, at);
+        if (at + length > kMost)
+            return shown + "...";
+        const bool control = static_cast<unsigned char>(name[at]) < ' ' || name[at] == '\x7F';
+        shown += control ? " " : name.substr(at, length);
+    }
+    return shown;
+}
+
 std::string format(const char* pattern, ...)
 {
     std::va_list arguments;

@@ -45,6 +45,10 @@ std::vector<std::string> split(std::string_view text, std::string_view delimiter
 std::string join(const std::vector<std::string>& pieces, std::string_view separator);
 std::string_view trimRight(std::string_view text);
 
+// A name as boxes and lists of files may show it, whoever wrote it: control characters are blanks, and after
+// 260 bytes there is "...".
+std::string shownName(std::string_view name);
+
 [[gnu::format(printf, 1, 2)]] std::string format(const char* pattern, ...);
 std::string formatList(const char* pattern, std::va_list arguments);
 

@@ -17,7 +17,7 @@ constexpr const char* kTooLarge = "\n\nIt would be larger than 2 GB, which is mo
 
 void tell(Prompt& prompt, const char* pattern, const std::string& fileName, const std::string& more = {})
 {
-    prompt.message(Severity::Exclamation, format(pattern, fileName.c_str()) + more);
+    prompt.message(Severity::Exclamation, format(pattern, shownName(fileName).c_str()) + more);
 }
 
 // The one place where the reader's assertions and messages are shown.
@@ -37,7 +37,7 @@ std::string whatIsBeside(const std::string& fileName, FileSystem& files)
     std::string found;
     const auto look = [&](const std::string& name, const char* what) {
         if (files.exists(name))
-            found += format("%s - %s\n", name.c_str(), what);
+            found += format("%s - %s\n", shownName(name).c_str(), what);
     };
     look(previousDatabase(fileName), "the database that was there before");
     for (const std::string& name : leftDatabases(fileName, files))
@@ -80,10 +80,10 @@ bool Database::write(const std::string& fileName, JobContext& context)
         context.log.print("Keeping the marks of an earlier database - %s", plan.earlier.c_str());
     const NewFile::Outcome outcome = file.takePlace(plan);
     if (!outcome.placed) {
-        std::string where =
-            format("\n\nThe new database is complete and stays as '%s'.", file.temporaryName().c_str());
+        std::string where = format("\n\nThe new database is complete and stays as '%s'.",
+                                   shownName(file.temporaryName()).c_str());
         if (!outcome.previous.empty())
-            where += format("\n\nThe previous one is '%s'.", outcome.previous.c_str());
+            where += format("\n\nThe previous one is '%s'.", shownName(outcome.previous).c_str());
         tell(context.prompt, kCouldNotWrite, fileName, where);
         return false;
     }

@@ -371,7 +371,7 @@ bool canCreate(const std::string& fileName, JobContext& context)
     if (NewFile(files, fileName).isOpen())
         return true;
     context.prompt.message(Severity::Exclamation,
-                           format("Could not create the database '%s'!", fileName.c_str()));
+                           format("Could not create the database '%s'!", shownName(fileName).c_str()));
     return false;
 }
 

@@ -113,7 +113,7 @@ bool Database::update(const std::string& fileName, std::span<Album* const> chang
     addUnsaved(changed);
     const char* const failure = writeUnsaved(fileName, files);
     if (failure)
-        prompt.message(Severity::Exclamation, format(failure, fileName.c_str()));
+        prompt.message(Severity::Exclamation, format(failure, shownName(fileName).c_str()));
     return !failure;
 }
 

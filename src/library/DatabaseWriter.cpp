@@ -249,7 +249,7 @@ void DatabaseWriter::writeImage(Album& album)
     album.imageLength = bytes ? size32(bytes->size()) : 0;
     if (!bytes) {
         m_context.prompt.message(Severity::Exclamation, format("Could not open the thumbnail file '%s'!",
-                                                               album.thumbnailFile.c_str()));
+                                                               shownName(album.thumbnailFile).c_str()));
         return;
     }
     m_writer.put(album.imageLength);

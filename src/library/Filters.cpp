@@ -78,7 +78,7 @@ std::vector<ExclusionPair> loadExclusions(const std::string& path, JobContext& c
     const auto bytes = context.files.readAll(path);
     if (!bytes) {
         context.prompt.message(Severity::Exclamation,
-                               format("Could not open the exclusions file '%s'!", path.c_str()));
+                               format("Could not open the exclusions file '%s'!", shownName(path).c_str()));
         return {};
     }
     const Exclusions lists = parseExclusions({reinterpret_cast<const char*>(bytes->data()), bytes->size()});

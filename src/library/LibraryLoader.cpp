@@ -25,9 +25,9 @@ void LibraryLoader::track(const TrackFields& fields)
     track.fileName = fields.fileName;
     track.m_pMJFile = m_host.file(track.fileName);
     if (!track.m_pMJFile)
-        throw ReadFailure{
-            nullptr, 0, Severity::Exclamation,
-            format("Could not find the filename '%s' in your MJ database!", track.fileName.c_str())};
+        throw ReadFailure{nullptr, 0, Severity::Exclamation,
+                          format("Could not find the filename '%s' in your MJ database!",
+                                 shownName(track.fileName).c_str())};
 }
 
 void LibraryLoader::album(const AlbumFields& fields, std::span<const std::uint32_t> tracks)

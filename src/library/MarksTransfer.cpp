@@ -123,7 +123,7 @@ MarksPlan planMarks(const std::string& fileName, const Library& library, FileSys
     plan.fileName = fileName;
     const auto bytes = files.readAll(fileName);
     if (!bytes) {
-        plan.failure = format("Could not open the database '%s'!", fileName.c_str());
+        plan.failure = format("Could not open the database '%s'!", shownName(fileName).c_str());
         return plan;
     }
     OtherLibrary other;

@@ -169,6 +169,14 @@ TEST(Text, ReplaceGoesOnBehindTheInsertedText)
     }
 }
 
+TEST(Text, AShownNameFitsIntoABox)
+{
+    EXPECT_EQ(shownName("C:\\a.jpg"), "C:\\a.jpg");
+    EXPECT_EQ(shownName(std::string("a\0b\tc\r\nd\x7F", 9)), "a b c  d ");
+    EXPECT_EQ(shownName(std::string(260, 'x')), std::string(260, 'x'));
+    EXPECT_EQ(shownName(std::string(70000, 'x')), std::string(260, 'x') + "...");
+}
+
 TEST(Text, SplitDropsEmptyPiecesAndJoinPutsThemTogether)
 {
     using Pieces = std::vector<std::string>;
