@@ -156,6 +156,7 @@ void Artwork::openLibrary(Library& library, bool thumbnails)
     stopBackgroundLoading();
     m_library = &library;
     m_thumbnails = thumbnails;
+    m_places = m_parts.places();
     resetImageLists(true);
 }
 

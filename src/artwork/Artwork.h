@@ -25,6 +25,7 @@ struct ArtworkParts {
     std::function<std::unique_ptr<Log>()> newLog;
     std::function<void()> loadingChanged; // background loading has started or ended
     std::function<bool()> mayCallHost;    // on the user-interface thread, just now
+    std::function<CoverPlaces()> places;  // as the settings are now
 };
 
 // The covers of the library in use, in four image lists with one index. User-interface thread
@@ -55,12 +56,15 @@ public:
     bool loading() const { return m_passLog != nullptr; }
     // The end of everything; no list is left.
     void release();
+    // For the library in use.
+    const CoverPlaces& places() const { return m_places; }
 
     int getAlbumImageIndex(Album& album);
 
     void addListener(CoverListener& listener) override;
     void removeListener(CoverListener& listener) override;
     int imageIndex(Album& album) override { return getAlbumImageIndex(album); }
+    std::string pictureFile(const Album& album) const override { return coverFile(album, m_places); }
     HIMAGELIST large() const override { return m_lists.list(kLargeCovers); }
     HIMAGELIST medium() const override { return m_lists.list(kMediumCovers); }
     HIMAGELIST smallList() const override { return m_lists.list(kSmallCovers); }
@@ -104,6 +108,7 @@ private:
     SlotTable m_slots;
     Library* m_library = nullptr; // null: none in use
     bool m_thumbnails = false;
+    CoverPlaces m_places;      // for the library in use
     unsigned m_generation = 0; // of records and lists
 
     std::unique_ptr<CoverLoader> m_loader;

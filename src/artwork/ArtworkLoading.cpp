@@ -88,7 +88,7 @@ std::optional<FittedCover> Artwork::readFitted(const Album& album) const
 {
     return quietBorder(std::optional<FittedCover>(), [&]() -> std::optional<FittedCover> {
         const std::shared_ptr<const CoverGrounds> grounds = m_grounds;
-        const std::optional<Picture> picture = readCover(coverSource(album, m_thumbnails));
+        const std::optional<Picture> picture = readCover(coverSource(album, m_thumbnails, m_places));
         return picture ? std::optional(fitCover(*picture, *grounds)) : std::nullopt;
     });
 }
@@ -200,7 +200,7 @@ void Artwork::addWanted(Album& album)
 void Artwork::submit(Album& album, CoverLoader::Turn turn)
 {
     const bool submitted = quietBorder(false, [&] {
-        m_loader->add({&album, coverSource(album, m_thumbnails)}, turn);
+        m_loader->add({&album, coverSource(album, m_thumbnails, m_places)}, turn);
         m_underWay[&album] = turn == CoverLoader::Turn::Next;
         return true;
     });

@@ -44,7 +44,12 @@ bool hasPicture(const Album& album, bool thumbnails)
     return album.has(kAlbumInternalImage) || !album.thumbnailFile.empty();
 }
 
-CoverSource coverSource(const Album& album, bool thumbnails)
+std::string coverFile(const Album& album, const CoverPlaces& places)
+{
+    return places.mayOpen(album.thumbnailFile, album) ? album.thumbnailFile : std::string();
+}
+
+CoverSource coverSource(const Album& album, bool thumbnails, const CoverPlaces& places)
 {
     if (thumbnails) {
         return {album.m_hGlobalThumbnail.bytes(), nullptr, {}};
@@ -52,7 +57,7 @@ CoverSource coverSource(const Album& album, bool thumbnails)
     if (album.has(kAlbumInternalImage)) {
         return {{}, album.tracks.empty() ? nullptr : album.tracks.begin()->second->m_pMJFile, {}};
     }
-    return {{}, nullptr, album.thumbnailFile};
+    return {{}, nullptr, coverFile(album, places)};
 }
 
 std::optional<Picture> readCover(const CoverSource& source)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "artwork/CoverPlaces.h"
 #include "artwork/Decoder.h"
 #include "library/Records.h"
 
@@ -21,8 +22,10 @@ struct CoverSource {
 
 // Whether there is anything to load.
 bool hasPicture(const Album& album, bool thumbnails);
+// The album's picture file; empty for one that may not be opened, too.
+std::string coverFile(const Album& album, const CoverPlaces& places);
 // Empty when the album has no picture. With thumbnails in the database no file is opened.
-CoverSource coverSource(const Album& album, bool thumbnails);
+CoverSource coverSource(const Album& album, bool thumbnails, const CoverPlaces& places);
 
 // None for whatever is no picture, and for one above 40 megapixels or 64 MB. The temporary file
 // that the host makes of an embedded picture is gone afterwards. Throws nothing but std::bad_alloc.

@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <commctrl.h>
+#include <string>
 #include <vector>
 
 namespace tessera {
@@ -26,6 +27,9 @@ public:
     // that nobody looks at, and the default cover's index (or -1: draw none) stands in; the
     // listener hears when it has come. Never opens a box nor calls the host.
     virtual int imageIndex(Album& album) = 0;
+
+    // The album's picture file; empty when there is none that may be opened.
+    virtual std::string pictureFile(const Album& album) const = 0;
 
     virtual HIMAGELIST large() const = 0;     // the current artwork size
     virtual HIMAGELIST medium() const = 0;    // 64 x 64

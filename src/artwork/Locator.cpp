@@ -1,5 +1,7 @@
 #include "artwork/Locator.h"
 
+#include "artwork/CoverPlaces.h"
+
 namespace tessera {
 
 namespace {
@@ -24,12 +26,16 @@ std::string folderPart(std::string_view candidate)
 // end of the plug-in waits for one at most.
 class AlbumSearch {
 public:
-    AlbumSearch(Album& album, JobContext& context) : m_album(album), m_context(context) {}
+    AlbumSearch(Album& album, const CoverPlaces& places, JobContext& context)
+        : m_album(album), m_places(places), m_context(context)
+    {
+    }
 
     void run(const std::vector<std::string>& candidates)
     {
         for (const std::string& candidate : candidates) {
-            if (takeFile(candidate) || takeFirstMatch(candidate) || takeFromHost())
+            const bool allowed = m_places.mayOpen(candidate, m_album);
+            if ((allowed && (takeFile(candidate) || takeFirstMatch(candidate))) || takeFromHost())
                 return;
         }
     }
@@ -86,6 +92,7 @@ private:
     }
 
     Album& m_album;
+    const CoverPlaces& m_places;
     JobContext& m_context;
 };
 
@@ -117,13 +124,14 @@ std::vector<std::string> expandArtworkPatterns(const TokenParser& tokens, std::s
 std::int32_t locateAllArtwork(Library& library, const TokenParser& tokens, std::string_view patterns,
                               const PictureCheck& isPicture, JobContext& context)
 {
+    const CoverPlaces places(tokens.artworkFolder(), patterns);
     std::int32_t count = 0;
     std::uint32_t done = 0;
     const auto total = static_cast<std::uint32_t>(library.albums.size());
     for (const auto& [id, album] : library.albums) {
         context.stopIfTerminating();
         context.log.progress(++done, total);
-        AlbumSearch(*album, context).run(expandArtworkPatterns(tokens, patterns, album.get()));
+        AlbumSearch(*album, places, context).run(expandArtworkPatterns(tokens, patterns, album.get()));
         context.stopIfTerminating();
         count += settle(*album, isPicture);
     }

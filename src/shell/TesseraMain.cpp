@@ -98,18 +98,21 @@ TesseraMain::TesseraMain(const ControlWindow& control)
 
 ArtworkParts TesseraMain::artworkParts()
 {
-    return {.settings = m_settings.artwork,
-            .balloon = m_settings.balloon,
-            .terminating = m_terminating,
-            .background = [this] { return m_colours.treeBackground(); },
-            .newLog = [this] { return m_log.newJob(); },
-            .loadingChanged =
-                [this] {
-                    if (m_paneMain) {
-                        m_paneMain->refreshCommands();
-                    }
-                },
-            .mayCallHost = [this] { return maySelect(); }};
+    return {
+        .settings = m_settings.artwork,
+        .balloon = m_settings.balloon,
+        .terminating = m_terminating,
+        .background = [this] { return m_colours.treeBackground(); },
+        .newLog = [this] { return m_log.newJob(); },
+        .loadingChanged =
+            [this] {
+                if (m_paneMain) {
+                    m_paneMain->refreshCommands();
+                }
+            },
+        .mayCallHost = [this] { return maySelect(); },
+        .places =
+            [this] { return CoverPlaces(m_tokens.artworkFolder(), m_settings.database.artworkDirectories); }};
 }
 
 TesseraMain::~TesseraMain()

@@ -78,7 +78,7 @@ public:
     CriticalSection& hostLock() override { return m_host.hostLock(); }
     bool mayCallHost() const override { return maySelect(); }
     void marksChanged(std::span<Album* const> changed) override;
-    void openFolder(const std::string& path) override;
+    void openFolder(const Album& album) override;
     SettingsStore& viewStore() override { return m_store; }
     GeneralSettings& general() override { return m_settings.general; }
     DatabaseSettings& database() override { return m_settings.database; }

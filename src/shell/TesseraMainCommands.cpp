@@ -293,7 +293,7 @@ void TesseraMain::loadArtistFirstNames()
         return;
     }
     m_prompt.message(Severity::Exclamation,
-                     format("Could not open the artist first names file '%s'!", path.c_str()));
+                     format("Could not open the artist first names file '%s'!", shownName(path).c_str()));
 }
 
 // The panes follow whether or not the file could be written: the marks hold in memory. Once a wait for the

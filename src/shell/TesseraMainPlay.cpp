@@ -50,9 +50,13 @@ void TesseraMain::playEntry(int entry)
     }
 }
 
-void TesseraMain::openFolder(const std::string& path)
+void TesseraMain::openFolder(const Album& album)
 {
-    showFolder(m_hwndOwner, path);
+    const bool trusted = m_artwork.places().mayOpen(album.path, album);
+    if (!trusted || !showFolder(m_hwndOwner, album.path)) {
+        showMessage(MB_OK | MB_ICONEXCLAMATION,
+                    format("There is no folder '%s'!", shownName(album.path).c_str()));
+    }
 }
 
 } // namespace tessera

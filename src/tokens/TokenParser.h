@@ -19,6 +19,7 @@ public:
 
     // The folder that "<MJArtworkDir>" stands for, without a trailing backslash.
     void setArtworkFolder(std::string folder) { m_artworkFolder = std::move(folder); }
+    const std::string& artworkFolder() const { return m_artworkFolder; }
 
     std::string expandAlbum(std::string_view text, const Album& album) const;
     enum TrackFlag : unsigned { kPreview = 1, kFromHostFile = 2 };

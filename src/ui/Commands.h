@@ -56,7 +56,7 @@ public:
     // file in use, with those that could not be written before, and tells every pane.
     virtual void marksChanged(std::span<Album* const> changed) = 0;
     // Shows a folder in the system's own browser of files.
-    virtual void openFolder(const std::string& path) = 0;
+    virtual void openFolder(const Album& album) = 0;
     // Where views keep how they were left, beside the settings.
     virtual SettingsStore& viewStore() = 0;
 

@@ -357,7 +357,7 @@ void PaneAlbumDetails::onSort(const Command& command)
 void PaneAlbumDetails::onGoToDirectory(const Command& command)
 {
     if (const std::vector<Album*> albums = albumsFor(command); !albums.empty())
-        commands().openFolder(albums.front()->path);
+        commands().openFolder(*albums.front());
 }
 
 Handled PaneAlbumDetails::onWheel(const Message& message)

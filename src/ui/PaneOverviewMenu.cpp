@@ -83,7 +83,7 @@ void PaneOverview::onSort(const Command& command)
 void PaneOverview::onGoToDirectory(const Command&)
 {
     if (!commands().isBusy() && m_plvwDetails.selectedCount() > 0)
-        commands().openFolder(m_plvwDetails.selectedAlbums().front()->path);
+        commands().openFolder(*m_plvwDetails.selectedAlbums().front());
 }
 
 Handled PaneOverview::onWheel(const Message& message)

@@ -1,5 +1,6 @@
 #include "ui/TrackDetails.h"
 
+#include "artwork/Covers.h"
 #include "base/Text.h"
 #include "ui/Commands.h"
 #include "ui/HostReading.h"
@@ -146,11 +147,11 @@ std::optional<Picture> readAlbumPicture(const CoverSource& source)
     return picture;
 }
 
-CoverSource albumPictureSource(const Album& album)
+CoverSource albumPictureSource(const Album& album, const Covers& covers)
 {
     const bool embedded = album.has(kAlbumInternalImage) && !album.tracks.empty();
     return {album.m_hGlobalThumbnail.bytes(), embedded ? album.tracks.begin()->second->m_pMJFile : nullptr,
-            album.thumbnailFile};
+            covers.pictureFile(album)};
 }
 
 // A picture that the host names stays; one that it takes out of the track is temporary.
@@ -239,8 +240,9 @@ void TrackDetails::setAlbum(const Album* album)
         return;
     }
     m_ppicTrackDetailsAlbumArtwork.setSource([this](std::optional<Picture>& picture) {
-        const CoverSource source =
-            m_album && !m_commands.isBusy() ? albumPictureSource(*m_album) : CoverSource();
+        const CoverSource source = m_album && !m_commands.isBusy()
+                                       ? albumPictureSource(*m_album, m_commands.covers())
+                                       : CoverSource();
         if (source.embedded && !m_commands.mayCallHost())
             return false;
         picture = readAlbumPicture(source);

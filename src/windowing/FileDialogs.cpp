@@ -116,12 +116,36 @@ std::optional<std::string> browseFolder(HWND owner, const std::string& initialPa
     return path;
 }
 
-// Its command line ends a path at a comma or an equals sign.
-void showFolder(HWND owner, const std::string& path)
+namespace {
+
+// By its whole path: the name alone could start another program that the search finds first.
+std::string browserOfFiles()
 {
+    char folder[MAX_PATH] = {};
+    const UINT length = GetWindowsDirectoryA(folder, sizeof folder);
+    return std::string(folder, length < sizeof folder ? length : 0) + "\\explorer.exe";
+}
+
+bool isWholeFolderPath(const std::string& path)
+{
+    const bool whole = path.starts_with("\\\\") || (path.size() > 2 && path[1] == ':' && path[2] == '\\');
+    const DWORD attributes = whole ? GetFileAttributesA(path.c_str()) : INVALID_FILE_ATTRIBUTES;
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+} // namespace
+
+// The browser's command line takes what begins with a slash for a switch, and ends a path at a comma or an
+// equals sign.
+bool showFolder(HWND owner, const std::string& path)
+{
+    if (path.find_first_of("/\"") != std::string::npos || !isWholeFolderPath(path)) {
+        return false;
+    }
     const bool quoted = path.find_first_of(",=") != std::string::npos;
     const std::string parameters = format(quoted ? "/n,/e,\"%s\"" : "/n,/e,%s", path.c_str());
-    ShellExecuteA(owner, "open", "explorer", parameters.c_str(), nullptr, SW_SHOWNORMAL);
+    ShellExecuteA(owner, "open", browserOfFiles().c_str(), parameters.c_str(), nullptr, SW_SHOWNORMAL);
+    return true;
 }
 
 } // namespace tessera

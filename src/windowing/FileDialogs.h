@@ -29,8 +29,8 @@ std::optional<std::string> saveFile(HWND owner, const FileDialogOptions& options
 std::optional<std::string> browseFolder(HWND owner, const std::string& initialPath,
                                         const std::string& prompt = "\nPlease Select Folder:");
 
-// Opens a window of the system's browser of files.
-void showFolder(HWND owner, const std::string& path);
+// Opens a window of the system's browser of files. False, and nothing is started, for what is no folder.
+bool showFolder(HWND owner, const std::string& path);
 
 // '|' between the pieces becomes the terminator that the system wants; ends with two of them.
 std::string systemFilter(const std::string& filter);

@@ -81,7 +81,8 @@ protected:
                 [] { return kBackground; },
                 [this] { return std::make_unique<LogTo>(log); },
                 [this] { loadingStates.push_back(artwork.loading()); },
-                [this] { return hostMayBeCalled; }};
+                [this] { return hostMayBeCalled; },
+                [] { return CoverPlaces(); }};
     }
 
     Album& add(const std::string& picture)

@@ -80,6 +80,18 @@ TEST_F(Locator, HostIsAskedAfterEachCandidateThatFails)
     EXPECT_EQ(join(host.imageQueries, "|"), "1 C:\\m\\a\\1.mp3|1 C:\\m\\a\\1.mp3");
 }
 
+// A host without a folder for covers, and an artist that is called like a server.
+TEST_F(Locator, NoNameOfATrackLeadsToAServer)
+{
+    artist.displayName = "\\evil\\share";
+    rig.files.files["\\\\evil\\share - Tides.jpg"] = {};
+    rig.files.matches["\\\\evil\\share\\*"] = "a.jpg";
+    rig.files.calls = 0;
+    EXPECT_EQ(locate("<MJArtworkDir>\\<Artist> - <Album>.jpg\t\\<Artist>\\*"), 0);
+    EXPECT_EQ(rig.files.calls, 0);
+    EXPECT_EQ(album().thumbnailFile, "");
+}
+
 TEST_F(Locator, PictureInsideTheTrackEndsTheSearch)
 {
     host.tracks[0].embeddedImage = "C:\\temp\\x.jpg";

@@ -19,6 +19,7 @@ public:
     void addListener(CoverListener& listener) override { listeners.push_back(&listener); }
     void removeListener(CoverListener& listener) override { std::erase(listeners, &listener); }
     int imageIndex(Album&) override { return 0; }
+    std::string pictureFile(const Album& album) const override { return album.thumbnailFile; }
     HIMAGELIST large() const override { return lists[0]; }
     HIMAGELIST medium() const override { return lists[1]; }
     HIMAGELIST smallList() const override { return lists[2]; }
@@ -71,7 +72,7 @@ public:
     CriticalSection& hostLock() override { return m_hostLock; }
     bool mayCallHost() const override { return !busy; }
     void marksChanged(std::span<Album* const> changed) override;
-    void openFolder(const std::string& path) override { calls.push_back("folder " + path); }
+    void openFolder(const Album& album) override { calls.push_back("folder " + album.path); }
     SettingsStore& viewStore() override { return store; }
     GeneralSettings& general() override { return generalSettings; }
     DatabaseSettings& database() override { return databaseSettings; }

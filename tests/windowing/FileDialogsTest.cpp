@@ -2,7 +2,9 @@
 
 #include "windowing/FileDialogs.h"
 
+#include "base/Text.h"
 #include "support/ReplacedImport.h"
+#include "support/TemporaryFolder.h"
 #include "system/Threads.h"
 
 #include <algorithm>
@@ -35,8 +37,11 @@ BOOL WINAPI wanderOff(OPENFILENAMEA* request)
 
 std::string g_parameters;
 
-HINSTANCE WINAPI noteParameters(HWND, LPCSTR, LPCSTR, LPCSTR parameters, LPCSTR, INT)
+std::string g_program;
+
+HINSTANCE WINAPI noteParameters(HWND, LPCSTR, LPCSTR program, LPCSTR parameters, LPCSTR, INT)
 {
+    g_program = program;
     g_parameters = parameters;
     return nullptr;
 }
@@ -122,13 +127,24 @@ TEST(FileDialogs, FolderBrowserSelectsItsFolderOnceMoreWhenTheTreeIsThere)
     EXPECT_EQ(g_posted, 1);
 }
 
-TEST(FileDialogs, TheFileBrowserGetsPathsWithItsDividersInQuotes)
+// An album's folder may be any text: it must be a folder, and is never taken for a switch.
+TEST(FileDialogs, TheFileBrowserGetsFoldersAloneAndDividersInQuotes)
 {
     const ReplacedImport execute(g_shellExecute, &noteParameters);
-    for (const auto& [path, parameters] : {std::pair{"C:\\m\\A b", "/n,/e,C:\\m\\A b"},
-                                           {"C:\\m\\A, b", "/n,/e,\"C:\\m\\A, b\""},
-                                           {"C:\\m\\a=b", "/n,/e,\"C:\\m\\a=b\""}}) {
-        showFolder(nullptr, path);
-        EXPECT_EQ(g_parameters, parameters);
+    const TemporaryFolder folder("browser");
+    for (const auto& [name, quote] : {std::pair{"A b", ""}, {"A, b", "\""}, {"a=b", "\""}}) {
+        const std::string path = folder.file(name);
+        ASSERT_TRUE(CreateDirectoryA(path.c_str(), nullptr));
+        EXPECT_TRUE(showFolder(nullptr, path));
+        EXPECT_EQ(g_parameters, std::string("/n,/e,") + quote + path + quote);
+        EXPECT_TRUE(equalNoCase(g_program, "C:\\windows\\explorer.exe")) << g_program;
     }
+    const std::string program = folder.file("x.exe");
+    CloseHandle(CreateFileA(program.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
+    g_parameters = "none";
+    for (const std::string& text :
+         {program, std::string("/root,\\\\server\\x.exe"), folder.file("gone"), std::string(),
+          std::string("windows"), folder.file("A b\" /select"), std::string("C:")})
+        EXPECT_FALSE(showFolder(nullptr, text)) << text;
+    EXPECT_EQ(g_parameters, "none");
 }
