@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/ModuleUse.h"
+#include "system/ModuleUse.h"
 
 #include <atomic>
 #include <unknwn.h>

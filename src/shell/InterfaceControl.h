@@ -2,8 +2,8 @@
 
 #include "shell/ControlWindow.h"
 #include "shell/IInterface.h"
-#include "shell/ModuleUse.h"
 #include "system/ComPtr.h"
+#include "system/ModuleUse.h"
 
 #include <atomic>
 #include <memory>

@@ -1,5 +1,7 @@
 #include "shell/ModalLoops.h"
 
+#include "windowing/FileDrag.h"
+
 #include <algorithm>
 #include <string_view>
 
@@ -62,6 +64,7 @@ ModalLoops::Scope::~Scope()
 void ModalLoops::closeAll()
 {
     EndMenu();
+    endDrag();
     if (!running()) {
         return;
     }

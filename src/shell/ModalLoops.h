@@ -8,8 +8,8 @@
 
 namespace tessera {
 
-// Boxes and dialogs of ours that run message loops of their own below us on the stack. The plug-in
-// may be told to stop inside one of them. User-interface thread only.
+// Boxes, dialogs, menus and drags of ours that run message loops of their own below us on the stack. The
+// plug-in may be told to stop inside one of them. User-interface thread only.
 class ModalLoops {
 public:
     class Scope {
@@ -24,7 +24,7 @@ public:
     };
 
     bool running() const { return m_depth > 0; }
-    // Cancels menus and every dialog that has come since the outermost scope began; their loops end
+    // Cancels menus, drags and every dialog that has come since the outermost scope began; their loops end
     // when the stack unwinds to them.
     void closeAll();
 

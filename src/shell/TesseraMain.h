@@ -7,12 +7,12 @@
 #include "shell/Fonts.h"
 #include "shell/HostBridge.h"
 #include "shell/ModalLoops.h"
-#include "shell/ModuleUse.h"
 #include "shell/PaneTable.h"
 #include "shell/SkinColours.h"
 #include "shell/UiQueue.h"
 #include "shell/UserPrompt.h"
 #include "system/ActivationContext.h"
+#include "system/ModuleUse.h"
 #include "system/Registry.h"
 #include "tokens/TokenParser.h"
 #include "ui/ActivityLog.h"
@@ -107,6 +107,7 @@ public:
     int bandHeight() const override { return m_bandHeight; }
     std::unique_ptr<Log> newLog() override { return m_log.newJob(); }
     void postDialog(std::function<void(HWND owner)> dialog) override;
+    void runLoop(const std::function<void()>& loop) override;
     void skinControl(HWND control) override;
     bool usesHostColours() const override { return m_colours.usesHost(); }
     int showMessage(UINT flags, const std::string& text) override;

@@ -160,6 +160,13 @@ void TesseraMain::runDialog(const std::function<void(HWND owner)>& dialog)
     dialog(dialogOwner());
 }
 
+void TesseraMain::runLoop(const std::function<void()>& loop)
+{
+    const std::shared_ptr<ModalLoops> loops = m_modal;
+    const ModalLoops::Scope scope(*loops);
+    loop();
+}
+
 void TesseraMain::saveDatabaseSettings()
 {
     saveSettings(m_store, m_settings.database);

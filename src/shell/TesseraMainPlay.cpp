@@ -52,10 +52,13 @@ void TesseraMain::playEntry(int entry)
 
 void TesseraMain::openFolder(const Album& album)
 {
-    const bool trusted = m_artwork.places().mayOpen(album.path, album);
-    if (!trusted || !showFolder(m_hwndOwner, album.path)) {
-        showMessage(MB_OK | MB_ICONEXCLAMATION,
-                    format("There is no folder '%s'!", shownName(album.path).c_str()));
+    bool shown = m_artwork.places().mayOpen(album.path, album);
+    const std::string path = album.path;
+    if (shown) {
+        runLoop([&] { shown = showFolder(m_hwndOwner, path); }); // the system may handle messages inside
+    }
+    if (!shown) {
+        showMessage(MB_OK | MB_ICONEXCLAMATION, format("There is no folder '%s'!", shownName(path).c_str()));
     }
 }
 

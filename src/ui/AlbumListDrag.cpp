@@ -18,7 +18,7 @@ void AlbumList::dragSelection()
             files.push_back(track->fileName);
     }
     if (!files.empty())
-        dragFiles(files);
+        m_commands.runLoop([&] { dragFiles(files); });
 }
 
 } // namespace tessera

@@ -1,6 +1,7 @@
 #include "ui/AlbumMenu.h"
 
 #include "base/Errors.h"
+#include "ui/Commands.h"
 #include "ui/ids.h"
 
 namespace tessera {
@@ -36,11 +37,13 @@ void addFolderEntry(Menu& menu, std::size_t albums)
     menu.add(albumCommand::kGoToDirectory, "Go To Directory", albums <= 1 ? MF_ENABLED : MF_GRAYED);
 }
 
-void runAlbumMenu(HWND window, const Menu& menu)
+void runAlbumMenu(Commands& commands, HWND window, const Menu& menu)
 {
     POINT cursor{};
     GetCursorPos(&cursor);
-    const UINT command = menu.track(window, cursor, TPM_LEFTALIGN | TPM_TOPALIGN | TPM_RIGHTBUTTON);
+    UINT command = 0;
+    commands.runLoop(
+        [&] { command = menu.track(window, cursor, TPM_LEFTALIGN | TPM_TOPALIGN | TPM_RIGHTBUTTON); });
     if (command != 0 && IsWindow(window))
         SendMessageA(window, WM_COMMAND, command, 0);
 }

@@ -99,6 +99,9 @@ public:
     // Runs a dialog of a pane's when the message that asked for it is done with, or not at all when
     // none may be opened then. The pane's window may be gone when the dialog's loop has ended.
     virtual void postDialog(std::function<void(HWND owner)> dialog) = 0;
+    // Runs a menu or a drag, which handles messages until it is over; the plug-in's end cancels it, and
+    // the pane's window may be gone then. No dialog opens meanwhile.
+    virtual void runLoop(const std::function<void()>& loop) { loop(); }
     // Lets the host skin a control of ours when its colours are in use.
     virtual void skinControl(HWND control) = 0;
     virtual bool usesHostColours() const = 0;

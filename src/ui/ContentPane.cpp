@@ -277,7 +277,8 @@ void ContentPane::openCaptionMenu()
     POINT place{title.left, title.bottom};
     ClientToScreen(handle(), &place);
     const HWND self = handle();
-    const UINT command = menu.track(self, place);
+    UINT command = 0;
+    m_commands.runLoop([&] { command = menu.track(self, place); });
     if (command != 0 && IsWindow(self))
         SendMessageA(self, WM_COMMAND, command, 0);
 }

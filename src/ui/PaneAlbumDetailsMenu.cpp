@@ -114,7 +114,7 @@ Handled PaneAlbumDetails::onNodeRightClick(NMHDR&)
     if (m_plvwAlbums.count() == 0)
         return 1;
     if (const Menu mnu = contextMenu(false))
-        runAlbumMenu(handle(), mnu);
+        runAlbumMenu(commands(), handle(), mnu);
     return 1;
 }
 
@@ -140,7 +140,7 @@ Handled PaneAlbumDetails::onRowRightClick(NMHDR&)
     if (commands().isBusy() || m_plvwAlbums.selectedCount() == 0)
         return 1;
     if (const Menu mnu = contextMenu(true))
-        runAlbumMenu(handle(), mnu);
+        runAlbumMenu(commands(), handle(), mnu);
     return 1;
 }
 

@@ -75,7 +75,6 @@ void PaneAlbumDetails::afterRebuild()
 // The records are still there when this is called.
 void PaneAlbumDetails::clearRecords()
 {
-    EndMenu();
     m_history.clear();
     offerMarks({});
     m_trees.release();

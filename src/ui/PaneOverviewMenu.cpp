@@ -28,7 +28,7 @@ Handled PaneOverview::onRightClick(NMHDR&)
     if (commands().isBusy() || m_plvwDetails.selectedCount() == 0)
         return 1;
     if (const Menu mnu = contextMenu())
-        runAlbumMenu(handle(), mnu);
+        runAlbumMenu(commands(), handle(), mnu);
     return 1;
 }
 

@@ -2,6 +2,7 @@
 
 #include "system/Border.h"
 #include "system/ComPtr.h"
+#include "system/ModuleUse.h"
 
 #include <algorithm>
 #include <atomic>
@@ -12,7 +13,8 @@ namespace tessera {
 
 namespace {
 
-// Reference counting for objects that live as long as somebody refers to them.
+// Reference counting for objects that live as long as somebody refers to them, and keep their code
+// loaded as long: a target may hold on to what was dropped.
 template <class Interface>
 class Counted : public Interface {
 public:
@@ -39,6 +41,7 @@ public:
 
 private:
     std::atomic<ULONG> m_references{0};
+    ModuleUse m_use;
 };
 
 const FORMATETC kFileList{CF_HDROP, nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL};
@@ -93,14 +96,21 @@ private:
 
 class DragSource final : public Counted<IDropSource> {
 public:
+    void end() { m_ended = true; }
     STDMETHODIMP QueryContinueDrag(BOOL escape, DWORD keys) override
     {
-        if (escape)
+        if (escape || m_ended)
             return DRAGDROP_S_CANCEL;
         return (keys & MK_LBUTTON) == 0 ? DRAGDROP_S_DROP : S_OK;
     }
     STDMETHODIMP GiveFeedback(DWORD) override { return DRAGDROP_S_USEDEFAULTCURSORS; }
+
+private:
+    bool m_ended = false;
 };
+
+// The drag that goes on; it has the pointer, so that there is never a second one.
+constinit DragSource* g_source = nullptr;
 
 } // namespace
 
@@ -128,10 +138,23 @@ DWORD dragFiles(const std::vector<std::string>& paths)
 {
     const OleInit ole;
     const ComPtr<IDataObject> data(new FileData(paths));
-    const ComPtr<IDropSource> source(new DragSource);
+    const ComPtr<DragSource> source(new DragSource);
+    g_source = source.get();
     DWORD effect = DROPEFFECT_NONE;
     const HRESULT result = DoDragDrop(data.get(), source.get(), DROPEFFECT_COPY | DROPEFFECT_LINK, &effect);
+    g_source = nullptr;
     return result == DRAGDROP_S_DROP ? effect : DROPEFFECT_NONE;
+}
+
+// The source is asked when the pointer moves or a key is pressed: the window that has the pointer for
+// the drag gets an Escape.
+void endDrag()
+{
+    if (!g_source)
+        return;
+    g_source->end();
+    if (const HWND dragging = GetCapture())
+        PostMessageA(dragging, WM_KEYDOWN, VK_ESCAPE, 1);
 }
 
 } // namespace tessera

@@ -1,9 +1,9 @@
 #include "shell/ClassFactory.h"
 #include "shell/Identifiers.h"
-#include "shell/ModuleUse.h"
 #include "shell/Registration.h"
 #include "system/Border.h"
 #include "system/ComPtr.h"
+#include "system/ModuleUse.h"
 
 using namespace tessera;
 

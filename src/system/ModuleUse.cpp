@@ -1,4 +1,4 @@
-#include "shell/ModuleUse.h"
+#include "system/ModuleUse.h"
 
 #include <atomic>
 
