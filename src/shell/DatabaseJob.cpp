@@ -15,9 +15,9 @@ DatabaseJob::DatabaseJob(JobParts parts, DatabaseSettings settings, bool creatin
 {
 }
 
-bool DatabaseJob::run() noexcept
+void DatabaseJob::run() noexcept
 {
-    const bool loaded = quietBorder(false, [&] {
+    m_loaded = quietBorder(false, [&] {
         try {
             return perform();
         } catch (...) {
@@ -25,14 +25,13 @@ bool DatabaseJob::run() noexcept
             return false;
         }
     });
-    if (!loaded) {
+    if (!m_loaded) {
         quietBorder(0, [&] {
             emptyLibrary();
             return 0;
         });
     }
     m_old.clear(); // where it could not be emptied in order
-    return loaded;
 }
 
 bool DatabaseJob::perform()
@@ -134,9 +133,9 @@ void DatabaseJob::report() noexcept
     if (text.empty()) {
         return;
     }
-    quietBorder(0, [&] {
+    m_untold = quietBorder(true, [&] {
         m_parts.prompt.message(Severity::Exclamation, text);
-        return 0;
+        return false;
     });
 }
 

@@ -51,9 +51,11 @@ public:
     bool creating() const { return m_creating; }
     // Records that nobody uses any more; the job frees them before anything else.
     void take(Library old) { m_old = std::move(old); }
-    // The whole job; answers whether a database is loaded. Says itself what went wrong and leaves
-    // no records behind then. Throws nothing.
-    bool run() noexcept;
+    // The whole job. Says itself what went wrong and leaves no records behind then. Throws nothing.
+    void run() noexcept;
+    // After it: whether a database is loaded, and whether memory was too short to say why not.
+    bool loaded() const { return m_loaded; }
+    bool untold() const { return m_untold; }
     // After a create: what it left of earlier marks.
     std::vector<KeptMarks> takeKeptMarks() { return std::move(m_kept); }
 
@@ -73,6 +75,8 @@ private:
     bool m_creating;
     std::unique_ptr<Log> m_log;
     Library m_old;
+    bool m_loaded = false;
+    bool m_untold = false;
     std::vector<KeptMarks> m_kept;
 };
 

@@ -20,10 +20,20 @@ void DatabaseJobs::launch(const DatabaseSettings& settings, bool creating, int r
     m_parts.views.jobStarts(creating);
     const auto job = std::make_shared<DatabaseJob>(m_parts, settings, creating, m_log.newJob());
     job->take(m_parts.views.emptyLibrary());
-    m_thread = Thread("Tessera database", [this, job, rememberedPane] {
-        const bool loaded = job->run();
-        m_parts.queue.post([=, this] { finish(loaded, job->takeKeptMarks(), rememberedPane); });
+    m_over = UiQueue::prepare([this, job, rememberedPane] { jobOver(*job, rememberedPane); });
+    m_thread = Thread("Tessera database", [this, job] {
+        job->run();
+        m_parts.queue.post(std::move(m_over));
     });
+}
+
+void DatabaseJobs::jobOver(DatabaseJob& job, int rememberedPane)
+{
+    const bool untold = job.untold();
+    finish(job.loaded(), job.takeKeptMarks(), rememberedPane);
+    if (untold && !m_parts.terminating) {
+        m_parts.prompt.message(Severity::Exclamation, "There is not enough memory.");
+    }
 }
 
 void DatabaseJobs::finish(bool loaded, std::vector<KeptMarks> kept, int rememberedPane)

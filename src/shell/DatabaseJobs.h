@@ -28,11 +28,13 @@ public:
 
 private:
     void launch(const DatabaseSettings& settings, bool creating, int rememberedPane);
+    void jobOver(DatabaseJob& job, int rememberedPane);
     void finish(bool loaded, std::vector<KeptMarks> kept, int rememberedPane);
 
     JobParts m_parts;
     ActivityLog& m_log;
     std::atomic<bool> m_busy{false};
+    UiQueue::Prepared m_over; // what the worker posts last
     Thread m_thread;
 };
 

@@ -5,7 +5,6 @@
 #include "base/Errors.h"
 #include "shell/ControlWindow.h"
 #include "shell/HostRegistry.h"
-#include "shell/UnwindTimer.h"
 #include "system/Border.h"
 #include "system/MessageBoxes.h"
 #include "ui/PaneAlbumDetails.h"
@@ -79,7 +78,7 @@ std::shared_ptr<TesseraMain> TesseraMain::make(const ControlWindow& control)
 void TesseraMain::letGo(const std::shared_ptr<TesseraMain>& main)
 {
     if (!main->unwound()) {
-        releaseWhen([main] { return main->unwound(); });
+        releaseWhenUnwound(main);
     }
 }
 

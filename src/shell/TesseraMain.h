@@ -10,6 +10,7 @@
 #include "shell/PaneTable.h"
 #include "shell/SkinColours.h"
 #include "shell/UiQueue.h"
+#include "shell/UnwindTimer.h"
 #include "shell/UserPrompt.h"
 #include "system/ActivationContext.h"
 #include "system/ModuleUse.h"
@@ -36,6 +37,7 @@ class PaneOverview;
 // The main controller: owns everything between Init and Terminate. At most one is active in the
 // process. User-interface thread only, where nothing else is said.
 class TesseraMain final : public Commands,
+                          public Unwinding,
                           private JobViews,
                           public std::enable_shared_from_this<TesseraMain> {
 public:
@@ -60,6 +62,9 @@ public:
     Prompt& prompt() { return m_prompt; }
     void loadArtistFirstNames();
     void playFiles(const PlayRequest& request);
+
+    // Unwinding
+    bool unwound() const override;
 
     // Commands
     bool isBusy() const override { return m_jobs.busy(); }
@@ -148,7 +153,6 @@ private:
     void runDialog(const std::function<void(HWND owner)>& dialog);
     void saveDatabaseSettings();
     HWND dialogOwner() const;
-    bool unwound() const;
     void freeLibrary();
 
     ModuleUse m_use;

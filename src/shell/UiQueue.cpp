@@ -8,6 +8,9 @@ namespace tessera {
 namespace {
 
 constexpr UINT kTaskMessage = WM_APP + 1;
+// Looks for tasks whose message was lost: a thread's queue takes no more than a number of messages.
+constexpr UINT_PTR kLostTimer = 1;
+constexpr UINT kLostInterval = 250; // milliseconds
 
 struct Request {
     UiQueue::Task task;
@@ -41,7 +44,8 @@ void perform(Request& request)
 
 std::span<const MapEntry<UiQueue>> UiQueue::messageMap()
 {
-    static constexpr std::array<MapEntry<UiQueue>, 1> kMap{{{kTaskMessage, &UiQueue::onTask}}};
+    static constexpr std::array<MapEntry<UiQueue>, 2> kMap{
+        {{kTaskMessage, &UiQueue::onTask}, {WM_TIMER, &UiQueue::onTask}}};
     return kMap;
 }
 
@@ -51,18 +55,27 @@ UiQueue::~UiQueue()
     destroy();
 }
 
-bool UiQueue::open()
+void UiQueue::open()
 {
-    return create(HWND_MESSAGE, 0, {}, {0, 0});
+    if (!create(HWND_MESSAGE, 0, {}, {0, 0}) || !SetTimer(handle(), kLostTimer, kLostInterval, nullptr)) {
+        throw std::bad_alloc();
+    }
 }
 
-void UiQueue::post(Task task)
+UiQueue::Prepared UiQueue::prepare(Task task)
+{
+    Prepared prepared;
+    prepared.push_back(std::move(task));
+    return prepared;
+}
+
+void UiQueue::post(Prepared task) noexcept
 {
     const ScopedLock lock(m_lock);
     if (m_closed) {
         return;
     }
-    m_tasks.push_back(std::move(task));
+    m_tasks.splice(m_tasks.end(), task);
     PostMessageA(handle(), kTaskMessage, 0, 0);
 }
 
@@ -84,7 +97,7 @@ bool UiQueue::ask(Task task)
 
 void UiQueue::close()
 {
-    std::deque<Task> dropped;
+    std::list<Task> dropped;
     {
         const ScopedLock lock(m_lock);
         m_closed = true;

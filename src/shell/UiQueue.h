@@ -3,8 +3,8 @@
 #include "system/Threads.h"
 #include "windowing/Window.h"
 
-#include <deque>
 #include <functional>
+#include <list>
 #include <memory>
 
 namespace tessera {
@@ -13,15 +13,20 @@ namespace tessera {
 class UiQueue final : public Mapped<UiQueue> {
 public:
     using Task = std::function<void()>;
+    // A task with all that posting it needs.
+    using Prepared = std::list<Task>;
     static std::span<const MapEntry<UiQueue>> messageMap();
 
     UiQueue() = default;
     ~UiQueue() override;
 
-    // False when the system refused.
-    bool open();
+    // Throws std::bad_alloc when the system refuses.
+    void open();
     // Any thread. What comes after `close` is dropped.
-    void post(Task task);
+    void post(Task task) { post(prepare(std::move(task))); }
+    // Where a task must not be lost for want of memory.
+    static Prepared prepare(Task task);
+    void post(Prepared task) noexcept;
     // From another thread: does the task over there and waits until it is done; what it throws is
     // thrown here. False when the queue was closed before or meanwhile: the task has not been done,
     // or nobody waits for its end any more. Tasks therefore own what they use.
@@ -37,7 +42,7 @@ private:
     Task takeNext();
 
     CriticalSection m_lock; // guards the two below
-    std::deque<Task> m_tasks;
+    std::list<Task> m_tasks;
     bool m_closed = false;
     Event m_closing;
     int m_depth = 0; // user-interface thread only

@@ -1,62 +1,37 @@
 #include "shell/UnwindTimer.h"
 
-#include <memory>
-#include <windows.h>
-
 namespace tessera {
 
 namespace {
 
 constexpr UINT kInterval = 20; // milliseconds
 
-struct Waiting {
-    UINT_PTR timer = 0;
-    std::function<bool()> condition;
-    Waiting* next = nullptr;
-};
-
 // Of this thread: the plug-in's user-interface thread.
-constinit Waiting* g_waiting = nullptr;
-
-std::unique_ptr<Waiting> takeOut(UINT_PTR timer)
-{
-    for (Waiting** link = &g_waiting; *link; link = &(*link)->next) {
-        if ((*link)->timer == timer) {
-            Waiting* const found = *link;
-            *link = found->next;
-            return std::unique_ptr<Waiting>(found);
-        }
-    }
-    return nullptr;
-}
-
-void putBack(std::unique_ptr<Waiting> waiting)
-{
-    waiting->next = g_waiting;
-    g_waiting = waiting.release();
-}
-
-void CALLBACK look(HWND, UINT, UINT_PTR timer, DWORD) noexcept
-{
-    std::unique_ptr<Waiting> waiting = takeOut(timer);
-    if (!waiting) {
-        return;
-    }
-    if (waiting->condition()) {
-        KillTimer(nullptr, timer);
-    } else {
-        putBack(std::move(waiting));
-    }
-}
+constinit Unwinding* g_waiting = nullptr;
 
 } // namespace
 
-void releaseWhen(std::function<bool()> condition)
+void Unwinding::releaseWhenUnwound(const std::shared_ptr<Unwinding>& object) noexcept
 {
-    auto waiting = std::make_unique<Waiting>();
-    waiting->condition = std::move(condition);
-    waiting->timer = SetTimer(nullptr, 0, kInterval, look);
-    putBack(std::move(waiting));
+    if (object->m_self) {
+        return;
+    }
+    object->m_self = object;
+    object->m_timer = SetTimer(nullptr, 0, kInterval, look);
+    object->m_next = g_waiting;
+    g_waiting = object.get();
+}
+
+void CALLBACK Unwinding::look(HWND, UINT, UINT_PTR timer, DWORD) noexcept
+{
+    for (Unwinding** link = &g_waiting; *link; link = &(*link)->m_next) {
+        if ((*link)->m_timer == timer && (*link)->unwound()) {
+            const std::shared_ptr<Unwinding> released = std::move((*link)->m_self);
+            *link = released->m_next;
+            KillTimer(nullptr, timer);
+            return;
+        }
+    }
 }
 
 } // namespace tessera

@@ -5,6 +5,7 @@
 #include "system/Variant.h"
 
 #include <algorithm>
+#include <exception>
 #include <new>
 #include <process.h>
 
@@ -131,11 +132,19 @@ void keepDriveBoxesAway()
 // As much as most programs reserve. By default it is the host's choice, and some systems commit all of it.
 constexpr unsigned kStackSize = 1024 * 1024;
 
+// The runtime takes memory for a thread's exceptions at its first one, and ends the process when there is
+// none: when that first one says that memory is short.
+void prepareExceptions()
+{
+    (void)std::uncaught_exceptions();
+}
+
 unsigned __stdcall runThread(void* argument) noexcept
 {
+    prepareExceptions();
     threadBorder([argument] {
         const std::unique_ptr<Start> start(static_cast<Start*>(argument));
-        nameThisThread(start->name);
+        quietBorder(0, [&] { return nameThisThread(start->name), 0; }); // the work is done without a name
         keepDriveBoxesAway();
         start->work();
     });
