@@ -6,10 +6,7 @@
 #include "shell/HostRegistry.h"
 #include "system/Module.h"
 #include "system/Registry.h"
-#include "ui/SortMenu.h"
 #include "ui/ids.h"
-#include "windowing/ListView.h"
-#include "windowing/Menu.h"
 
 #include <cstring>
 #include <gtest/gtest.h>
@@ -49,27 +46,6 @@ TEST(ControllerParts, ListsWearTheHostsFont)
     GetObjectA(reinterpret_cast<HFONT>(SendMessageA(list, WM_GETFONT, 0, 0)), sizeof used, &used);
     EXPECT_EQ(used.lfHeight, -17);
     EXPECT_STREQ(used.lfFaceName, "Courier New");
-}
-
-TEST(ControllerParts, SortMenuNamesEveryColumn)
-{
-    const HWND frame =
-        CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 100, 100, nullptr, nullptr, nullptr, nullptr);
-    ListView list;
-    ASSERT_TRUE(list.create(frame, 1, {0, 0, 100, 100}, ListView::kReport, 0));
-    list.addColumn("Album", 50);
-    list.addColumn("Artist && Co", 50);
-    Menu menu = Menu::popup();
-    menu.add(1, "Play");
-    addSortMenu(menu.get(), list.handle(), 10900, 1);
-    ASSERT_EQ(menu.count(), 3);
-    const HMENU sort = GetSubMenu(menu.get(), 2);
-    ASSERT_EQ(GetMenuItemCount(sort), 2);
-    EXPECT_EQ(GetMenuItemID(sort, 0), 10900U);
-    EXPECT_EQ(GetMenuState(sort, 10900, MF_BYCOMMAND) & MF_CHECKED, 0U);
-    EXPECT_NE(GetMenuState(sort, 10901, MF_BYCOMMAND) & MF_CHECKED, 0U);
-    EXPECT_EQ(menu.itemText(10901), "Artist && Co");
-    DestroyWindow(frame);
 }
 
 TEST(ControllerParts, ModuleCarriesItsResources)

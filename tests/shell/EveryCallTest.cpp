@@ -148,6 +148,26 @@ protected:
         waitForJob();
     }
 
+    // The same file by the command and its dialog, which is told of it once its fields are there.
+    void openDatabase()
+    {
+        constexpr int kNameField = 0x47c;
+        const std::string path = folder.file("music.ts2");
+        int looks = 0;
+        plugin->boxes.onDialog = [&](HWND dialog) {
+            const HWND field = GetDlgItem(dialog, kNameField);
+            if (!field || ++looks != 2)
+                return;
+            SendMessageA(field, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
+            PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+        };
+        plugin->command(commandId::kOpenDatabase);
+        settle(150);
+        waitForJob();
+        m_opened = m_opened || looks >= 2;
+        plugin->boxes.onDialog = nullptr;
+    }
+
     // What a user does, a step each.
     std::vector<std::function<void()>> steps()
     {
@@ -183,6 +203,7 @@ protected:
                 RedrawWindow(plugin->window(), nullptr, nullptr,
                              RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
             },
+            [this] { openDatabase(); },
             [this] { build(); },
         };
         steps.insert(steps.end(), rest);
@@ -239,6 +260,7 @@ protected:
         plugin.reset();
     }
 
+    bool m_opened = false; // a database, by its dialog
     static constexpr int kTracks = 10;
     TemporaryFolder folder;
     std::unique_ptr<RunningPlugin> plugin;
@@ -264,6 +286,7 @@ TEST_F(EveryCallTest, TheHostMayEndThePlugInOrPumpMessages)
 {
     const int total = session(Kind::Nothing, 0);
     ASSERT_GT(total, 100);
+    ASSERT_TRUE(m_opened);
     std::printf("%d calls\n", total);
     for (const Kind kind :
          {Kind::Terminate, Kind::DropControl, Kind::DestroyFrame, Kind::PostQuit, Kind::PumpMessages}) {

@@ -216,8 +216,10 @@ TEST_F(JobsTest, NothingStartsWhileAJobRuns)
         plugin.container.pumpFor(50);
         EXPECT_EQ(dialogs, 0);
         EXPECT_TRUE(plugin.busy());
+        EXPECT_FALSE(IsWindowEnabled(plugin.window()));
         stop.letGo();
         ASSERT_TRUE(plugin.waitForJob());
+        EXPECT_TRUE(IsWindowEnabled(plugin.window()));
         plugin.script->onCall = nullptr;
         EXPECT_TRUE(plugin.boxes.texts.empty());
         EXPECT_EQ(plugin.shownPane(), paneId::kOverview);

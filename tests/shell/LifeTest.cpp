@@ -221,26 +221,6 @@ TEST_F(LifeTest, HostThatFailsAtAnyCallOfTheStartGetsItsPanes)
     }
 }
 
-TEST_F(LifeTest, HostMayEndThePlugInInsideACall)
-{
-    for (int call = 1; call <= 4; ++call) {
-        auto script = smallLibrary();
-        script->skinned = 1;
-        RunningPlugin plugin(script);
-        script->onCall = [&](int number) {
-            if (number == call) {
-                terminate(plugin.control);
-            }
-        };
-        plugin.start();
-        plugin.container.pumpFor(100);
-        EXPECT_FALSE(plugin.pane(paneId::kLog)) << call;
-        plugin.container.drop();
-        plugin.control.reset();
-        EXPECT_TRUE(plugin.module.canUnload()) << call;
-    }
-}
-
 TEST_F(LifeTest, BadSettingsLeaveTheDefaults)
 {
     RegistryStore registry;

@@ -281,5 +281,52 @@ TEST_F(MarksTest, AnotherDatabaseComesAfterThoseThatCouldNotBeWritten)
     EXPECT_TRUE(file() == built);
 }
 
+std::function<void()> g_end;
+
+void CALLBACK runEnd(HWND window, UINT, UINT_PTR timer, DWORD)
+{
+    KillTimer(window, timer);
+    if (g_end)
+        std::exchange(g_end, nullptr)();
+}
+
+// The box says that the file in use cannot be written; the plug-in ends while it is open.
+TEST_F(MarksTest, TheEndInsideTheBoxBeforeAnotherDatabaseOpens)
+{
+    start();
+    setReadOnly(true);
+    chooseRows({"Album 2", "Album 5"});
+    command(albumCommand::kFavourite);
+    plugin->boxes.texts.clear();
+    int looks = 0;
+    plugin->boxes.onDialog = [&](HWND dialog) {
+        constexpr int kNameField = 0x47c;
+        if (const HWND field = GetDlgItem(dialog, kNameField); field && ++looks == 2) {
+            SendMessageA(field, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(folder.file("other.ts2").c_str()));
+            PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+        }
+    };
+    bool ended = false;
+    plugin->boxes.onBox = [&](HWND) { SetTimer(plugin->container.frame(), 1, 1, &runEnd); };
+    g_end = [&] {
+        plugin->boxes.onBox = nullptr; // the next box is answered: the end tries once more
+        ended = true;
+        plugin->stop();
+        plugin->container.drop();
+        plugin->control.reset();
+        plugin->container.pumpFor(60);
+        EXPECT_FALSE(plugin->module.canUnload()) << "the box is below on the stack";
+    };
+    ASSERT_TRUE(systemFiles().create(folder.file("other.ts2"))->write(model));
+    plugin->command(commandId::kOpenDatabase);
+    EXPECT_TRUE(plugin->container.pump([&] { return ended; }));
+    plugin->container.pumpFor(100);
+    EXPECT_EQ(plugin->boxes.texts, Texts{kTwoAreLost});
+    EXPECT_TRUE(plugin->module.canUnload());
+    EXPECT_EQ(plugin->script->live, 1);
+    EXPECT_EQ(storedDatabase().lastUsed, path);
+    EXPECT_TRUE(file() == model);
+}
+
 } // namespace
 } // namespace tessera

@@ -34,6 +34,10 @@ BoxWatcher::~BoxWatcher()
 void CALLBACK BoxWatcher::tick(HWND, UINT, UINT_PTR, DWORD)
 {
     BoxWatcher* const watcher = g_watcher;
+    if (watcher) {
+        std::erase_if(watcher->m_since, [](const auto& dialog) { return !IsWindowVisible(dialog.first); });
+        EnumThreadWindows(GetCurrentThreadId(), visitOverdue, reinterpret_cast<LPARAM>(watcher));
+    }
     if (watcher && !watcher->m_busy) {
         watcher->m_busy = true;
         EnumThreadWindows(GetCurrentThreadId(), visit, reinterpret_cast<LPARAM>(watcher));
@@ -49,6 +53,25 @@ BOOL CALLBACK BoxWatcher::visit(HWND window, LPARAM watcher)
         reinterpret_cast<BoxWatcher*>(watcher)->look(window);
     }
     return TRUE;
+}
+
+BOOL CALLBACK BoxWatcher::visitOverdue(HWND window, LPARAM watcher)
+{
+    if (isDialog(window)) {
+        reinterpret_cast<BoxWatcher*>(watcher)->closeOverdue(window);
+    }
+    return TRUE;
+}
+
+void BoxWatcher::closeOverdue(HWND window)
+{
+    constexpr DWORD kLongest = 20000;
+    const DWORD since = m_since.try_emplace(window, GetTickCount()).first->second;
+    if (GetTickCount() - since > kLongest) {
+        m_since.erase(window);
+        texts.push_back("open for too long: " + windowText(window));
+        PostMessageA(window, WM_COMMAND, GetDlgItem(window, IDNO) ? IDNO : IDCANCEL, 0);
+    }
 }
 
 void BoxWatcher::look(HWND window)

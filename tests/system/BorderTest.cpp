@@ -152,7 +152,7 @@ TEST(Thread, EndsQuietlyWhateverItsWorkThrowsAndTimeoutsAreTold)
     EXPECT_FALSE(failing.started());
 
     Event go;
-    Thread waiting("waiting", [&] { go.wait(); });
+    Thread waiting("waiting", [&] { go.wait(20000); });
     EXPECT_TRUE(waiting.running());
     EXPECT_FALSE(waiting.waitAnsweringSentMessages(20));
     go.set();
