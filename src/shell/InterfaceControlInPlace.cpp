@@ -226,6 +226,8 @@ HRESULT InterfaceControl::translateTab(MSG& message)
     if (next < 0 || next > last) {
         return leaveByTab(message);
     }
+    // The system shows where the focus is from the first key on that moves it.
+    SendMessageA(m_window.handle(), WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEFOCUS), 0);
     SetFocus(stops[static_cast<std::size_t>(next)]);
     return S_OK;
 }

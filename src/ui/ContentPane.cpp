@@ -16,6 +16,13 @@ namespace {
 
 constexpr int kHandCursor = 32649; // IDC_HAND
 
+// Beside the space bar, which presses every button.
+constexpr CommandKeys::Key kMenuKeys[] = {
+    {VK_RETURN, CommandKeys::kNone, controlId::kCaptionMenu},
+    {VK_DOWN, CommandKeys::kNone, controlId::kCaptionMenu},
+};
+constexpr CommandKeys::Key kOfferKeys[] = {{VK_RETURN, CommandKeys::kNone, controlId::kCaptionOffer}};
+
 POINT clickPlace(const Message& message)
 {
     return {static_cast<short>(LOWORD(message.lParam)), static_cast<short>(HIWORD(message.lParam))};
@@ -44,7 +51,7 @@ ContentPane::ContentPane(int id, const char* unit, const std::string& title, Com
 
 std::span<const MapEntry<ContentPane>> ContentPane::messageMap()
 {
-    static constexpr std::array<MapEntry<ContentPane>, 10> kMap{{
+    static constexpr std::array<MapEntry<ContentPane>, 13> kMap{{
         {kActivateMessage, &ContentPane::onActivate},
         {WM_SIZE, &ContentPane::onSize},
         {WM_ERASEBKGND, &ContentPane::onErase},
@@ -53,6 +60,9 @@ std::span<const MapEntry<ContentPane>> ContentPane::messageMap()
         {WM_SETFOCUS, &ContentPane::onFocus},
         {WM_LBUTTONDOWN, &ContentPane::onClick},
         {WM_RBUTTONUP, &ContentPane::onRightButtonUp},
+        {WM_CONTEXTMENU, &ContentPane::onContextMenu},
+        {controlId::kCaptionMenu, &ContentPane::onCaptionMenu},
+        {controlId::kCaptionOffer, &ContentPane::onCaptionOffer},
         {WM_SETCURSOR, &ContentPane::onSetCursor},
         {WM_DRAWITEM, &ContentPane::onDrawItem},
     }};
@@ -83,7 +93,7 @@ void ContentPane::skinControls()
 void ContentPane::settingsChanged()
 {
     m_captionHeight = 0;
-    layoutStatus();
+    layoutCaption();
     layoutContent(contentRect());
     InvalidateRect(handle(), nullptr, FALSE);
 }
@@ -100,29 +110,42 @@ void ContentPane::setStatus(const std::string& status)
     m_caption.status = status;
     if (!m_lblStatus && m_lblStatus.create(handle(), controlId::kStatus, {}, status, SS_OWNERDRAW)) {
         m_commands.skinControl(m_lblStatus.handle());
-        layoutStatus();
+        layoutCaption();
     }
     // Past the control, which would draw it at once; it changes with every key stroke of a search.
     DefWindowProcA(m_lblStatus.handle(), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(status.c_str()));
     m_lblStatus.invalidate(false);
 }
 
-void ContentPane::layoutStatus()
+void ContentPane::layoutCaption()
 {
-    if (!m_lblStatus)
-        return;
     const WindowDc dc(handle());
-    m_lblStatus.move(m_caption.statusPlace(dc.dc(), captionRect(), m_commands));
+    const RECT bar = captionRect();
+    m_btnMenu.move(m_caption.titlePlace(dc.dc(), bar, m_commands));
+    m_btnOffer.move(m_caption.offerPlace(dc.dc(), bar, m_commands));
+    m_lblStatus.move(m_caption.statusPlace(dc.dc(), bar, m_commands));
     m_lblStatus.invalidate(false);
+}
+
+void ContentPane::addCaptionMenu()
+{
+    m_caption.hasMenu = true;
+    m_btnMenu.create(handle(), controlId::kCaptionMenu, {}, m_caption.title, BS_OWNERDRAW);
+    m_btnOffer.create(handle(), controlId::kCaptionOffer, {}, "", BS_OWNERDRAW);
+    m_btnOffer.show(false);
+    m_captionKeys[0].attachTo(m_btnMenu.handle(), kMenuKeys);
+    m_captionKeys[1].attachTo(m_btnOffer.handle(), kOfferKeys);
 }
 
 void ContentPane::setOffer(const std::string& offer, UINT command)
 {
+    if (offer.empty() && m_btnOffer && GetFocus() == m_btnOffer.handle())
+        SetFocus(focusWindow());
     m_caption.offer = offer;
     m_offered = command;
-    layoutStatus();
-    const RECT bar = captionRect();
-    InvalidateRect(handle(), &bar, FALSE);
+    m_btnOffer.setText(offer);
+    m_btnOffer.show(!offer.empty());
+    layoutCaption();
 }
 
 RECT ContentPane::captionRect() const
@@ -170,7 +193,7 @@ void ContentPane::hidePane()
 
 Handled ContentPane::onSize(const Message&)
 {
-    layoutStatus();
+    layoutCaption();
     layoutContent(contentRect());
     InvalidateRect(handle(), nullptr, FALSE);
     return 0;
@@ -208,72 +231,77 @@ void ContentPane::draw(HDC dc)
 Handled ContentPane::onDrawItem(const Message& message)
 {
     const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(message.lParam);
-    if (item.CtlID != controlId::kStatus || item.hwndItem != m_lblStatus.handle())
+    const bool isButton = isCaptionButton(item.hwndItem);
+    if (!isButton && item.hwndItem != m_lblStatus.handle())
         return kDefault;
     const DoubleBuffer buffer(item.hDC, item.rcItem);
-    m_caption.drawStatus(buffer.dc(), item.rcItem, m_commands);
+    if (item.hwndItem == m_btnMenu.handle())
+        m_caption.drawTitle(buffer.dc(), item.rcItem, m_commands);
+    else if (isButton)
+        m_caption.drawOffer(buffer.dc(), item.rcItem, m_commands);
+    else
+        m_caption.drawStatus(buffer.dc(), item.rcItem, m_commands);
+    if (isButton && (item.itemState & (ODS_FOCUS | ODS_NOFOCUSRECT)) == ODS_FOCUS)
+        PaneCaption::drawFocus(buffer.dc(), item.rcItem, m_commands);
     return TRUE;
 }
 
-Handled ContentPane::onClick(const Message& message)
+Handled ContentPane::onClick(const Message&)
 {
-    switch (captionPartAt(clickPlace(message))) {
-    case CaptionPart::Title:
-        openCaptionMenu();
-        return 0;
-    case CaptionPart::Offer:
-        PostMessageA(handle(), WM_COMMAND, m_offered, 0);
-        return 0;
-    default:
-        SetFocus(focusWindow());
-        return 0;
-    }
+    SetFocus(focusWindow());
+    return 0;
 }
 
 Handled ContentPane::onRightButtonUp(const Message& message)
 {
-    if (!m_caption.hasMenu || captionPartAt(clickPlace(message)) == CaptionPart::None)
+    const RECT bar = captionRect();
+    if (!m_btnMenu || !PtInRect(&bar, clickPlace(message)))
         return kDefault;
     openCaptionMenu();
     return 0;
 }
 
+Handled ContentPane::onContextMenu(const Message& message)
+{
+    if (!isCaptionButton(reinterpret_cast<HWND>(message.wParam)))
+        return kDefault;
+    openCaptionMenu();
+    return 0;
+}
+
+// Behind the character of the key that asks for it, which the menu would take for its own.
+void ContentPane::onCaptionMenu(const Command&)
+{
+    PostMessageA(handle(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(m_btnMenu.handle()), -1);
+}
+
+void ContentPane::onCaptionOffer(const Command&)
+{
+    PostMessageA(handle(), WM_COMMAND, m_offered, 0);
+}
+
+bool ContentPane::isCaptionButton(HWND window) const
+{
+    return window && (window == m_btnMenu.handle() || window == m_btnOffer.handle());
+}
+
 // The hand where a click does something.
 Handled ContentPane::onSetCursor(const Message& message)
 {
-    POINT place{};
-    if (LOWORD(message.lParam) != HTCLIENT || !GetCursorPos(&place))
-        return kDefault;
-    ScreenToClient(handle(), &place);
-    const CaptionPart part = captionPartAt(place);
-    if (part != CaptionPart::Title && part != CaptionPart::Offer)
+    if (LOWORD(message.lParam) != HTCLIENT || !isCaptionButton(reinterpret_cast<HWND>(message.wParam)))
         return kDefault;
     SetCursor(LoadCursorA(nullptr, MAKEINTRESOURCEA(kHandCursor)));
     return TRUE;
 }
 
-ContentPane::CaptionPart ContentPane::captionPartAt(POINT place) const
-{
-    const RECT bar = captionRect();
-    if (!PtInRect(&bar, place))
-        return CaptionPart::None;
-    const WindowDc dc(handle());
-    const RECT title = m_caption.titlePlace(dc.dc(), bar, m_commands);
-    if (m_caption.hasMenu && PtInRect(&title, place))
-        return CaptionPart::Title;
-    const RECT offer = m_caption.offerPlace(dc.dc(), bar, m_commands);
-    return PtInRect(&offer, place) ? CaptionPart::Offer : CaptionPart::Bar;
-}
-
 void ContentPane::openCaptionMenu()
 {
-    if (m_commands.isBusy())
+    if (!m_btnMenu || m_commands.isBusy())
         return;
     const Menu menu = captionMenu();
     if (!menu)
         return;
-    const WindowDc dc(handle());
-    const RECT title = m_caption.titlePlace(dc.dc(), captionRect(), m_commands);
+    const RECT title = m_btnMenu.rect();
     POINT place{title.left, title.bottom};
     ClientToScreen(handle(), &place);
     const HWND self = handle();

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "ui/CommandKeys.h"
 #include "ui/Pane.h"
 #include "ui/PaneCaption.h"
 #include "windowing/Control.h"
 #include "windowing/Menu.h"
 #include "windowing/Window.h"
+
+#include <array>
 
 namespace tessera {
 
@@ -36,9 +39,9 @@ protected:
     void skinControls();
     // In a line of the caption, which is a control of its own so that others can read it.
     void setStatus(const std::string& status);
-    // The title opens captionMenu.
-    void showCaptionMenuMark() { m_caption.hasMenu = true; }
-    // A line in the caption whose click sends the pane the command; an empty one: none.
+    // Makes the title a button that opens captionMenu, in front of all controls that are created later.
+    void addCaptionMenu();
+    // A button in the caption of a pane with a menu that sends the pane the command; an empty text: none.
     void setOffer(const std::string& offer, UINT command);
     // Of the area below the caption, in client coordinates.
     RECT contentRect() const;
@@ -58,14 +61,16 @@ private:
     Handled onFocus(const Message& message);
     Handled onClick(const Message& message);
     Handled onRightButtonUp(const Message& message);
+    Handled onContextMenu(const Message& message);
     Handled onSetCursor(const Message& message);
     Handled onDrawItem(const Message& message);
-    enum class CaptionPart { None, Bar, Title, Offer };
-    CaptionPart captionPartAt(POINT place) const;
     void draw(HDC dc);
+    void onCaptionMenu(const Command& command);
+    void onCaptionOffer(const Command& command);
+    bool isCaptionButton(HWND window) const;
     void openCaptionMenu();
     RECT captionRect() const;
-    void layoutStatus();
+    void layoutCaption();
     void showPane();
     void hidePane();
 
@@ -73,6 +78,9 @@ private:
     const char* m_pszUnit;
     Commands& m_commands;
     PaneCaption m_caption;
+    Button m_btnMenu; // both are not there without a menu
+    Button m_btnOffer;
+    std::array<CommandKeys, 2> m_captionKeys;
     Static m_lblStatus;               // not there before there is a status
     UINT m_offered = 0;               // command
     mutable LONG m_captionHeight = 0; // 0: to be measured

@@ -107,7 +107,7 @@ bool PaneAlbumDetails::createPane(HWND parent)
 {
     if (!createWindow(parent))
         return false;
-    showCaptionMenuMark();
+    addCaptionMenu();
     m_view = loadViewState(commands().viewStore(), kViewName);
     createTrees();
     createAlbumList();

@@ -17,9 +17,12 @@ struct PaneCaption {
 
     // In pixels.
     int height(const Commands& commands) const;
-    // All but the status.
+    // The bar, with the title where that opens no menu. What stands on it has controls of its own.
     void draw(HDC dc, const RECT& bar, Commands& commands) const;
+    void drawTitle(HDC dc, const RECT& place, Commands& commands) const;
+    void drawOffer(HDC dc, const RECT& place, Commands& commands) const;
     void drawStatus(HDC dc, const RECT& place, Commands& commands) const;
+    static void drawFocus(HDC dc, const RECT& place, Commands& commands);
     // Where the title with its mark stands, the offer and the status; empty when it does not.
     RECT titlePlace(HDC dc, const RECT& bar, const Commands& commands) const;
     RECT offerPlace(HDC dc, const RECT& bar, const Commands& commands) const;

@@ -313,17 +313,18 @@ TEST_F(PaneAlbumDetailsTest, TheCaptionOffersTheMarksOfThePreviousDatabase)
     JobContext context{systemFiles(), rig.log, rig.prompt, rig.terminating};
     ASSERT_TRUE(previous.write(folder.file("a.ts2.bak"), context));
     open();
-    // All along the bar: whoever is asked does not know where the offer stands.
-    const auto clickBar = [&] {
-        for (int x = kWide / 4; x < kWide; x += 8)
-            SendMessageA(pane->window(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, 8));
+    const HWND offer = child(controlId::kCaptionOffer);
+    const auto press = [&] {
+        SetFocus(offer);
+        SendMessageA(offer, WM_KEYDOWN, VK_RETURN, 1);
         settle();
     };
-    clickBar();
-    EXPECT_EQ(commands.dialogs.size(), 0u) << "nothing is offered yet";
+    EXPECT_FALSE(IsWindowVisible(offer)) << "nothing is offered yet";
     pane->offerMarks({{folder.file("a.ts2.bak"), 1}, {folder.file("a.ts2.7.bak"), 2}});
-    clickBar();
-    ASSERT_GT(commands.dialogs.size(), 0u);
+    EXPECT_TRUE(IsWindowVisible(offer));
+    EXPECT_EQ(windowText(offer), "The previous database holds marks of 1 album. Take them...");
+    press();
+    ASSERT_EQ(commands.dialogs.size(), 1u);
     const auto answer = [&](int button) {
         const Meanwhile user([&] {
             const HWND dialog = FindWindowA("#32770", "Take marks from another database");
@@ -338,17 +339,22 @@ TEST_F(PaneAlbumDetailsTest, TheCaptionOffersTheMarksOfThePreviousDatabase)
     };
     answer(IDCANCEL);
     EXPECT_EQ(album(1).rank, 3);
-    clickBar();
-    ASSERT_GT(commands.dialogs.size(), 0u) << "it stays until it is taken";
+    EXPECT_TRUE(IsWindowVisible(offer)) << "it stays until it is taken";
+    const RECT button = Control(offer).rect();
+    SendMessageA(offer, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(2, 2));
+    SendMessageA(offer, WM_LBUTTONUP, 0, MAKELPARAM(2, 2));
+    settle();
+    ASSERT_EQ(commands.dialogs.size(), 1u);
+    EXPECT_GT(button.left, place(controlId::kCaptionMenu).right);
+    EXPECT_LT(button.right, place(controlId::kStatus).right);
     answer(IDOK);
     EXPECT_EQ(album(1).rank, 9);
     EXPECT_TRUE(album(1).has(kAlbumFavourite)) << "what is not marked there stays";
     EXPECT_EQ(written(), Texts{"Early"});
-    clickBar();
-    EXPECT_GT(std::exchange(commands.dialogs, {}).size(), 0u) << "it is taken, and the next one offered";
+    EXPECT_TRUE(IsWindowVisible(offer)) << "it is taken, and the next one offered";
     send(albumCommand::kDismissMarks);
-    clickBar();
-    EXPECT_EQ(commands.dialogs.size(), 0u);
+    EXPECT_FALSE(IsWindowVisible(offer));
+    EXPECT_NE(GetFocus(), offer);
     key('Z', true);
     EXPECT_EQ(album(1).rank, 3);
 }

@@ -370,8 +370,11 @@ TEST_F(PaneAlbumDetailsTest, WithoutAlbumsThereIsOnlyTheInvitation)
     commands.records.albums.clear();
     open();
     EXPECT_EQ(pane->status(), "Nothing Selected");
-    for (HWND each = GetWindow(pane->window(), GW_CHILD); each; each = GetWindow(each, GW_HWNDNEXT))
-        EXPECT_EQ(IsWindowVisible(each) != 0, GetDlgCtrlID(each) == controlId::kStatus) << GetDlgCtrlID(each);
+    for (HWND each = GetWindow(pane->window(), GW_CHILD); each; each = GetWindow(each, GW_HWNDNEXT)) {
+        const int id = GetDlgCtrlID(each);
+        EXPECT_EQ(IsWindowVisible(each) != 0, id == controlId::kStatus || id == controlId::kCaptionMenu)
+            << id;
+    }
     RedrawWindow(pane->window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW);
     const WindowDc dc(pane->window());
     int drawn = 0;
