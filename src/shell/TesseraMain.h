@@ -183,7 +183,8 @@ private:
     PaneTable m_panes;
     PaneMain* m_paneMain = nullptr; // in the table, as the others
     PaneOverview* m_paneOverview = nullptr;
-    bool m_detailsFilled = false; // while a job fills the panes
+    std::optional<int> m_paneAfterJob; // chosen while it runs
+    bool m_detailsFilled = false;      // while a job fills the panes
     PaneAlbumDetails* m_paneAlbumDetails = nullptr;
     DatabaseJobs m_jobs;
 };

@@ -174,10 +174,17 @@ void TesseraMain::saveDatabaseSettings()
 
 void TesseraMain::selectPane(int id)
 {
-    if (maySelect() && id != paneId::kMain && m_panes.has(id)) {
-        showPane(id);
-        m_settings.general.lastPane = id;
+    if (id == paneId::kMain || !m_panes.has(id)) {
+        return;
     }
+    if (maySelect()) {
+        showPane(id);
+    } else if (isBusy()) {
+        m_paneAfterJob = id;
+    } else {
+        return;
+    }
+    m_settings.general.lastPane = id;
 }
 
 // The panes ask the host as they show; each stays alive without its window.
@@ -363,6 +370,7 @@ bool TesseraMain::stepFill()
 // The remembered pane stays what is saved while the log is in front.
 void TesseraMain::jobStarts(bool creating)
 {
+    m_paneAfterJob.reset();
     showPane(paneId::kLog);
     if (creating) {
         EnableWindow(m_hwndOwner, FALSE);
@@ -377,8 +385,10 @@ void TesseraMain::jobEnded(bool loaded, std::vector<KeptMarks> kept, int remembe
     }
     EnableWindow(m_hwndOwner, TRUE);
     refreshAfterChange(!loaded);
+    if (loaded || m_paneAfterJob) {
+        selectPane(m_paneAfterJob.value_or(rememberedPane));
+    }
     if (loaded) {
-        selectPane(rememberedPane);
         startLoadingCovers();
         m_paneAlbumDetails->offerMarks(std::move(kept)); // a build begins without any
     }

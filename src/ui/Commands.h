@@ -33,6 +33,7 @@ public:
     virtual void newDatabase() = 0;
     virtual void openDatabase() = 0;
     virtual void exportCurrentList() = 0;
+    // Shows it; while a job runs, when that is over. Refused while the host is inside a call.
     virtual void selectPane(int id) = 0;
     virtual int currentPane() const = 0;
     virtual void setCurrentView(ListStyle style) = 0;

@@ -275,21 +275,23 @@ void PaneMain::perform(UINT command)
     }
 }
 
+// While a job runs the choice stands for its end.
 void PaneMain::onPaneChosen(const Command&)
 {
-    const int index = m_cboView.selection();
-    if (m_commands.isBusy() || index < 0)
-        return showCurrentPane(m_commands.currentPane());
-    m_commands.selectPane(static_cast<int>(m_cboView.data(index)));
+    if (const int index = m_cboView.selection(); index >= 0)
+        m_commands.selectPane(static_cast<int>(m_cboView.data(index)));
+    if (!m_commands.isBusy())
+        showCurrentPane(m_commands.currentPane());
     refreshCommands();
 }
 
+// The choice may be refused.
 void PaneMain::onImageSizeChosen(const Command&)
 {
     const int index = m_cboImageSize.selection();
-    if (m_commands.isBusy() || index < 0)
-        return m_cboImageSize.select(m_commands.artwork().imageSizeIndex);
-    m_commands.imageSizeChosen(index);
+    if (!m_commands.isBusy() && index >= 0)
+        m_commands.imageSizeChosen(index);
+    m_cboImageSize.select(m_commands.artwork().imageSizeIndex);
 }
 
 void PaneMain::showCurrentPane(int id)
@@ -327,17 +329,14 @@ void PaneMain::showState(const State& state)
     for (const auto& each : kViews)
         m_tbrMain.checkButton(each.command, state.view == each.view);
     const bool sizeFixed = state.busy || state.loading;
-    if (state.busy || (sizeFixed && IsChild(m_cboImageSize.handle(), GetFocus())))
+    if (sizeFixed && IsChild(m_cboImageSize.handle(), GetFocus()))
         leaveFocus();
-    m_cboView.enable(!state.busy);
     m_cboImageSize.enable(!sizeFixed);
 }
 
 // A control that is disabled keeps the focus from everybody.
 void PaneMain::leaveFocus()
 {
-    if (!IsChild(handle(), GetFocus()))
-        return;
     const HWND parent = GetParent(handle());
     const HWND current = GetDlgItem(parent, m_commands.currentPane());
     SetFocus(current != nullptr ? current : parent);

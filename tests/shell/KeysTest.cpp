@@ -260,6 +260,59 @@ TEST_F(KeysTest, TheFirstHitOfASearchIsPlayedWhateverHadTheFocus)
     EXPECT_EQ(eaten(), Eaten{});
 }
 
+// With the keys of the box; the same for a load that fails.
+TEST_F(KeysTest, APaneChosenWhileADatabaseLoadsIsShownWhenThatEnds)
+{
+    start();
+    const ComboBoxEx combo(goTo());
+    for (const bool known : {true, false}) {
+        plugin->script->calls = 0;
+        WorkerStop stop(*plugin->script, 20);
+        ASSERT_TRUE(plugin->beginOpening(path));
+        ASSERT_TRUE(plugin->container.pump([&] { return stop.reached.isSet(); }));
+        plugin->script->knowsFiles = known;
+        SetFocus(combo.handle());
+        press({VK_UP});
+        press({VK_UP});
+        EXPECT_EQ(combo.itemText(combo.selection()), "Overview");
+        EXPECT_EQ(plugin->shownPane(), paneId::kLog);
+        EXPECT_EQ(GetFocus(), combo.combo());
+        stop.letGo();
+        ASSERT_TRUE(plugin->waitForJob());
+        plugin->script->onCall = nullptr;
+        EXPECT_EQ(plugin->shownPane(), paneId::kOverview) << known;
+        EXPECT_EQ(combo.itemText(combo.selection()), "Overview");
+    }
+    plugin->stop();
+    EXPECT_EQ(storedGeneral().lastPane, paneId::kOverview);
+}
+
+// A choice inside a call of ours to the host is refused.
+TEST_F(KeysTest, BoxesShowWhatIsWhenAChoiceWasRefused)
+{
+    start();
+    chooseRows({"Album 2"});
+    const HWND rebar = GetParent(goTo());
+    const ComboBoxEx sizes(GetDlgItem(rebar, controlId::kImageSizeCombo));
+    const int size = sizes.selection();
+    const int other = size == 0 ? 2 : 0;
+    bool called = false;
+    plugin->script->onCall = [&](int) {
+        if (GetCurrentThreadId() != plugin->script->uiThread || std::exchange(called, true))
+            return;
+        for (const HWND combo : {goTo(), sizes.handle()}) {
+            ComboBoxEx(combo).select(combo == sizes.handle() ? other : 0);
+            SendMessageA(plugin->pane(paneId::kMain), WM_COMMAND,
+                         MAKEWPARAM(GetDlgCtrlID(combo), CBN_SELCHANGE), reinterpret_cast<LPARAM>(combo));
+        }
+    };
+    command(albumCommand::kPlay);
+    plugin->script->onCall = nullptr;
+    EXPECT_TRUE(called);
+    EXPECT_EQ(ComboBoxEx(goTo()).selection(), 1);
+    EXPECT_EQ(sizes.selection(), size);
+}
+
 TEST_F(KeysTest, TabWalksThroughThePlugInAndLeavesAtItsEnds)
 {
     start();

@@ -104,6 +104,29 @@ bool HostedPlugin::beginCreating()
     return container.pump([&] { return busy() || std::ranges::count(log(before), "Creating Database") > 0; });
 }
 
+bool HostedPlugin::beginOpening(const std::string& path)
+{
+    constexpr int kFileName = 0x47c; // of the system's dialog
+    // It may still be filling itself when it is first seen.
+    boxes.onDialog = [&](HWND dialog) {
+        const HWND name = GetDlgItem(dialog, kFileName);
+        if (windowText(dialog) != "Select the database to open" || !name) {
+            return;
+        }
+        if (windowText(name) == path) {
+            PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+        } else {
+            SendMessageA(name, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
+        }
+    };
+    const int before = logCount();
+    command(commandId::kOpenDatabase);
+    const bool begun =
+        container.pump([&] { return std::ranges::count(log(before), "Loading Database") > 0; });
+    boxes.onDialog = nullptr;
+    return begun;
+}
+
 namespace {
 
 template <class Group>

@@ -42,6 +42,9 @@ public:
     bool beginCreating();
     // The same to the end of the job.
     bool create() { return beginCreating() && waitForJob(); }
+    // By the open button and the system's dialog; answers when the job has begun, or is over.
+    bool beginOpening(const std::string& path);
+    bool open(const std::string& path) { return beginOpening(path) && waitForJob(); }
 
     PluginModule module;
     ComPtr<IDispatch> host;
