@@ -12,6 +12,20 @@ class SystemBoxes final : public MessageBoxes {};
 constinit SystemBoxes g_systemBoxes;
 MessageBoxes* g_boxes = &g_systemBoxes;
 
+// While a dialog keeps the owner's window disabled, the box is the dialog's: else it could be used with the
+// box open.
+HWND boxOwner(HWND owner)
+{
+    const HWND root = GetAncestor(owner, GA_ROOT);
+    if (!root || IsWindowEnabled(root)) {
+        return owner;
+    }
+    const HWND popup = GetLastActivePopup(root);
+    const bool usable = GetWindowThreadProcessId(popup, nullptr) == GetCurrentThreadId() &&
+                        IsWindowVisible(popup) && IsWindowEnabled(popup);
+    return usable ? popup : owner;
+}
+
 } // namespace
 
 int MessageBoxes::show(HWND owner, UINT flags, const std::string& text, const std::string& caption)
@@ -31,7 +45,7 @@ MessageBoxes* setMessageBoxes(MessageBoxes* boxes)
 
 int showMessage(HWND owner, UINT flags, const std::string& text)
 {
-    return g_boxes->show(owner, flags, text, kProductName);
+    return g_boxes->show(boxOwner(owner), flags, text, kProductName);
 }
 
 std::string assertionText(const std::string& expression, const std::string& unit, unsigned long line)

@@ -22,7 +22,8 @@ protected:
 // Answers what was there before; null: the system's boxes again.
 MessageBoxes* setMessageBoxes(MessageBoxes* boxes);
 
-// The message box captioned with the product's name; answers the button pressed.
+// The message box captioned with the product's name; answers the button pressed. It belongs to the owner,
+// or to the dialog that is open over it.
 int showMessage(HWND owner, UINT flags, const std::string& text);
 
 std::string assertionText(const std::string& expression, const std::string& unit, unsigned long line);

@@ -3,12 +3,14 @@
 #include "MarksFixture.h"
 
 #include "base/Text.h"
+#include "options/ids.h"
 #include "shell/Identifiers.h"
 #include "ui/ids.h"
 #include "windowing/ComboBoxEx.h"
 #include "windowing/MessageLoop.h"
 #include "windowing/Window.h"
 
+#include <prsht.h>
 #include <ranges>
 #include <set>
 
@@ -311,6 +313,29 @@ TEST_F(KeysTest, BoxesShowWhatIsWhenAChoiceWasRefused)
     EXPECT_TRUE(called);
     EXPECT_EQ(ComboBoxEx(goTo()).selection(), 1);
     EXPECT_EQ(sizes.selection(), size);
+}
+
+TEST_F(KeysTest, ABoxOverTheWizardIsTheWizards)
+{
+    start();
+    bool seen = false;
+    plugin->boxes.onDialog = [&](HWND wizard) {
+        if (seen)
+            return static_cast<void>(PropSheet_PressButton(wizard, PSBTN_CANCEL));
+        if (windowText(wizard).starts_with("Step 2")) {
+            const HWND page = PropSheet_GetCurrentPageHwnd(wizard);
+            SetWindowTextA(GetDlgItem(page, IDC_DATABASE_FILE), "");
+            plugin->boxes.onBox = [&, wizard](HWND box) {
+                seen = true;
+                EXPECT_EQ(::GetWindow(box, GW_OWNER), wizard);
+                EXPECT_FALSE(IsWindowEnabled(wizard));
+                SendMessageA(box, WM_COMMAND, IDOK, 0);
+            };
+        }
+        PropSheet_PressButton(wizard, PSBTN_NEXT);
+    };
+    plugin->command(commandId::kNewDatabase);
+    EXPECT_TRUE(plugin->container.pump([&] { return seen && IsWindowEnabled(plugin->container.frame()); }));
 }
 
 TEST_F(KeysTest, TabWalksThroughThePlugInAndLeavesAtItsEnds)
