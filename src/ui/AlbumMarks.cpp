@@ -1,5 +1,6 @@
 #include "ui/AlbumMarks.h"
 
+#include "base/Text.h"
 #include "ui/ids.h"
 
 namespace tessera {
@@ -37,6 +38,25 @@ bool movesAlbums(UINT command)
     return command < albumCommand::kRankNone || command > albumCommand::kRankLast;
 }
 
+std::string markName(UINT command)
+{
+    switch (command) {
+    case albumCommand::kNewToday:
+    case albumCommand::kNewDate:
+        return "New";
+    case albumCommand::kNotNew:
+        return "Not new";
+    case albumCommand::kFavourite:
+        return "Favourite";
+    case albumCommand::kNoFavourite:
+        return "No favourite";
+    case albumCommand::kRankNone:
+        return "No rank";
+    default:
+        return format("Rank %ld", static_cast<long>(command) - albumCommand::kRankNone);
+    }
+}
+
 std::int32_t today()
 {
     SYSTEMTIME now{};
@@ -44,11 +64,11 @@ std::int32_t today()
     return now.wYear * 10000 + now.wMonth * 100 + now.wDay;
 }
 
-void MarkHistory::remember(std::span<Album* const> albums, bool movesAlbums)
+void MarkHistory::remember(std::span<Album* const> albums, std::string name, bool movesAlbums)
 {
     if (m_changes.size() == kMostChanges)
         m_changes.erase(m_changes.begin());
-    Change change{{}, movesAlbums};
+    Change change{{}, std::move(name), movesAlbums};
     change.before.reserve(albums.size());
     for (const Album* const album : albums)
         change.before.emplace_back(album->id, marksOf(*album));
@@ -62,6 +82,12 @@ std::optional<MarkHistory::Change> MarkHistory::takeLast()
     Change last = std::move(m_changes.back());
     m_changes.pop_back();
     return last;
+}
+
+std::string describeChange(const MarkHistory::Change& change)
+{
+    const auto albums = static_cast<long>(change.before.size());
+    return format("%s, %ld album%s", change.name.c_str(), albums, albums == 1 ? "" : "s");
 }
 
 } // namespace tessera

@@ -2,6 +2,7 @@
 
 #include "artwork/Covers.h"
 #include "library/KeptDatabases.h"
+#include "library/MarksTransfer.h"
 #include "ports/Log.h"
 #include "settings/ViewState.h"
 #include "ui/AlbumInfoList.h"
@@ -21,8 +22,6 @@
 #include <array>
 
 namespace tessera {
-
-struct MarksPlan;
 
 // Four trees of albums at the left; at the right the albums of the node that is selected, and below
 // them what is known of the selected ones, their tracks or what the host plays, and one track in
@@ -100,6 +99,7 @@ private:
     std::vector<Album*> selectedAlbums() const;
     std::string statusText() const;
     void updateStatus();
+    void showStatus(const std::string& text);
     void focusList();
 
     // messages
@@ -139,6 +139,7 @@ private:
     void onSort(const Command& command);
     void onGoToDirectory(const Command& command);
     void mark(const std::vector<Album*>& albums, UINT command, std::int32_t date);
+    void change(const std::vector<MarksPlan::Change>& changes, const std::string& name, bool movesAlbums);
     void takeMarks(const MarksPlan& plan);
     void written(const std::vector<Album*>& albums, bool movesAlbums);
 

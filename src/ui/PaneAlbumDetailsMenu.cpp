@@ -247,12 +247,28 @@ void PaneAlbumDetails::onToggleFavourite(const Command& command)
 
 void PaneAlbumDetails::mark(const std::vector<Album*>& albums, UINT command, std::int32_t date)
 {
-    if (albums.empty())
+    std::vector<MarksPlan::Change> changes;
+    for (Album* const album : albums) {
+        if (const Marks marks = markedBy(command, marksOf(*album), date); marks != marksOf(*album))
+            changes.push_back({album, marks});
+    }
+    const bool moves = movesAlbums(command) && !changes.empty();
+    change(changes, markName(command), moves);
+    if (!albums.empty())
+        written(albums, moves);
+}
+
+// A change that changes nothing is none.
+void PaneAlbumDetails::change(const std::vector<MarksPlan::Change>& changes, const std::string& name,
+                              bool movesAlbums)
+{
+    if (changes.empty())
         return;
-    m_history.remember(albums, movesAlbums(command));
-    for (Album* const album : albums)
-        setMarks(*album, markedBy(command, marksOf(*album), date));
-    written(albums, movesAlbums(command));
+    std::vector<Album*> albums(changes.size());
+    std::ranges::transform(changes, albums.begin(), &MarksPlan::Change::album);
+    m_history.remember(albums, name, movesAlbums);
+    for (const MarksPlan::Change& each : changes)
+        setMarks(*each.album, each.marks);
 }
 
 void PaneAlbumDetails::onTakeBack(const Command&)
@@ -261,7 +277,7 @@ void PaneAlbumDetails::onTakeBack(const Command&)
         return;
     const std::optional<MarkHistory::Change> change = m_history.takeLast();
     if (!change)
-        return;
+        return showStatus("Nothing to undo");
     std::vector<Album*> albums;
     for (const auto& [id, marks] : change->before) {
         const auto found = commands().library().albums.find(id);
@@ -271,6 +287,8 @@ void PaneAlbumDetails::onTakeBack(const Command&)
         albums.push_back(found->second.get());
     }
     written(albums, change->movesAlbums);
+    if (handle() && !commands().isBusy())
+        showStatus("Undone: " + describeChange(*change));
 }
 
 // To the file, then to the trees. A message about the file may outlast the pane.
@@ -293,6 +311,10 @@ Menu PaneAlbumDetails::captionMenu() const
     Menu menu = Menu::popup();
     if (!menu)
         return menu;
+    const MarkHistory::Change* const last = m_history.last();
+    menu.add(albumCommand::kTakeBack, (last ? "Undo: " + describeChange(*last) : "Undo") + "\tCtrl+Z",
+             last ? MF_ENABLED : MF_GRAYED);
+    menu.addSeparator();
     menu.add(albumCommand::kTakeMarks, "Take marks from another database...",
              m_summary.albums() > 0 ? MF_ENABLED : MF_GRAYED);
     if (!m_kept.empty())
@@ -336,12 +358,9 @@ void PaneAlbumDetails::takeMarks(const MarksPlan& plan)
     offerMarks(std::move(m_kept));
     if (plan.changes.empty())
         return;
-    std::vector<Album*> albums;
-    for (const MarksPlan::Change& change : plan.changes)
-        albums.push_back(change.album);
-    m_history.remember(albums, true);
-    for (const MarksPlan::Change& change : plan.changes)
-        setMarks(*change.album, change.marks);
+    std::vector<Album*> albums(plan.changes.size());
+    std::ranges::transform(plan.changes, albums.begin(), &MarksPlan::Change::album);
+    change(plan.changes, "Marks from another database", true);
     written(albums, true);
 }
 

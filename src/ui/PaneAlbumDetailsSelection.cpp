@@ -229,8 +229,13 @@ std::string PaneAlbumDetails::statusText() const
 
 void PaneAlbumDetails::updateStatus()
 {
-    m_status = m_path + statusText();
-    setStatus(m_status);
+    showStatus(m_path + statusText());
+}
+
+void PaneAlbumDetails::showStatus(const std::string& text)
+{
+    m_status = text;
+    setStatus(text);
 }
 
 // Only where the focus is inside the plug-in already, and this pane in front.

@@ -328,5 +328,33 @@ TEST_F(MarksTest, TheEndInsideTheBoxBeforeAnotherDatabaseOpens)
     EXPECT_TRUE(file() == model);
 }
 
+// Neither its changes nor the offer of what the one before held.
+TEST_F(MarksTest, WhatBelongsToADatabaseGoesWithIt)
+{
+    start();
+    const HWND offer = GetDlgItem(pane(), controlId::kCaptionOffer);
+    EXPECT_FALSE(IsWindowVisible(offer));
+    chooseRows({"Album 2"});
+    command(albumCommand::kRankNone + 7);
+    ASSERT_TRUE(plugin->create());
+    EXPECT_TRUE(IsWindowVisible(offer));
+    EXPECT_EQ(windowText(offer), "The previous database holds marks of 1 album. Take them...");
+    chooseRows({"Album 3"});
+    command(albumCommand::kRankNone + 2);
+    const Bytes first = file();
+    const std::string other = folder.file("other.ts2");
+    ASSERT_TRUE(systemFiles().create(other)->write(model));
+    for (const std::string& next : {other, path}) {
+        ASSERT_TRUE(plugin->open(next));
+        EXPECT_EQ(tree().count() > 3, true);
+        EXPECT_FALSE(IsWindowVisible(offer)) << next;
+        command(albumCommand::kTakeBack);
+        EXPECT_EQ(status(), "Nothing to undo");
+        EXPECT_TRUE(file() == first);
+        EXPECT_TRUE(systemFiles().readAll(other) == model);
+    }
+    EXPECT_TRUE(plugin->boxes.texts.empty());
+}
+
 } // namespace
 } // namespace tessera

@@ -273,23 +273,56 @@ TEST_F(PaneAlbumDetailsTest, TheLastChangesAreTakenBackOneByOne)
 {
     open();
     choose({"Artist/Album", "The Harbour Quartet"});
+    const auto captionMenu = [&] {
+        std::string shown;
+        const Meanwhile user([&] {
+            if (const HMENU menu = openMenu())
+                shown = outline(menu);
+            return !shown.empty() && EndMenu();
+        });
+        SendMessageA(child(controlId::kCaptionMenu), WM_KEYDOWN, VK_DOWN, 1);
+        settle();
+        return shown.substr(0, shown.find('\t'));
+    };
+    EXPECT_EQ(captionMenu(), "(Undo");
     selectOnly({0, 1});
     key('9', true);
     key('N', true, true);
     selectOnly({1});
     key('4', true);
+    key('4', true);
+    send(albumCommand::kNoFavourite);
+    EXPECT_EQ(written(), Texts{"Tidewater"}) << "what is not in the file yet is tried again";
+    EXPECT_EQ(captionMenu(), "10981 Undo: Rank 4, 1 album") << "the last two changed nothing";
     key('Z', true);
+    EXPECT_EQ(pane->status(), "Undone: Rank 4, 1 album");
     EXPECT_EQ(album(4).rank, 9);
     EXPECT_EQ(written(), Texts{"Tidewater"});
+    EXPECT_EQ(captionMenu(), "10981 Undo: New, 2 albums");
     selectOnly({});
-    key('Z', true);
+    SetFocus(tree().handle());
+    hold(true, false);
+    SendMessageA(tree().handle(), WM_KEYDOWN, 'Z', 1);
+    hold(false, false);
     EXPECT_EQ(album(2).newDate, 20200131) << "it was new already";
     EXPECT_TRUE(album(2).has(kAlbumNew));
     EXPECT_FALSE(album(4).has(kAlbumNew));
+    EXPECT_EQ(pane->status(), "Undone: New, 2 albums");
     EXPECT_EQ(children(node({"Artist/Album", "The Harbour Quartet"}, kNew), kNew), Texts{"Yearling"});
     key('Z', true);
     EXPECT_EQ(album(2).rank, 0);
     EXPECT_EQ(written(), (Texts{"Yearling", "Tidewater"}));
+    key('Z', true);
+    EXPECT_EQ(written(), Texts{});
+    EXPECT_EQ(pane->status(), "Nothing to undo");
+
+    selectOnly({0});
+    for (int i = 0; i < 51; ++i)
+        key(i % 2 == 0 ? '1' : '2', true);
+    for (int i = 0; i < 50; ++i)
+        key('Z', true);
+    EXPECT_EQ(album(2).rank, 1) << "the oldest change is forgotten";
+    written();
     key('Z', true);
     EXPECT_EQ(written(), Texts{});
 }
