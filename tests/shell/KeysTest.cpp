@@ -10,6 +10,7 @@
 #include "windowing/MessageLoop.h"
 #include "windowing/Window.h"
 
+#include <functional>
 #include <prsht.h>
 #include <ranges>
 #include <set>
@@ -70,6 +71,21 @@ TEST(Keys, GoToTheFocusedControlInAContainerWithAccelerators)
     EXPECT_EQ(plugin.container.eaten, Eaten{"#13"});
 }
 
+// The text of the first entry of the menu that is open; closes it.
+std::string g_menuEntry;
+
+void CALLBACK closeMenu(HWND, UINT, UINT_PTR, DWORD)
+{
+    const HWND window = FindWindowA("#32768", nullptr);
+    if (window && IsWindowVisible(window)) {
+        char text[100] = "";
+        const auto menu = reinterpret_cast<HMENU>(SendMessageA(window, MN_GETHMENU, 0, 0));
+        GetMenuStringA(menu, 0, text, sizeof text, MF_BYPOSITION);
+        g_menuEntry = text;
+        EndMenu();
+    }
+}
+
 // With the database of six albums.
 class KeysTest : public MarksTest {
 protected:
@@ -91,6 +107,15 @@ protected:
                      reinterpret_cast<LPARAM>(combo.handle()));
         settle();
         ASSERT_EQ(plugin->shownPane(), id);
+    }
+    // The first entry of the menu that a key opens.
+    std::string menuOf(BYTE key) const
+    {
+        g_menuEntry.clear();
+        const UINT_PTR timer = SetTimer(nullptr, 0, 20, &closeMenu);
+        press({key});
+        KillTimer(nullptr, timer);
+        return g_menuEntry.substr(0, g_menuEntry.find('\t'));
     }
     HWND goTo() const
     {
@@ -196,21 +221,6 @@ TEST_F(KeysTest, OfTreesBoxesAndTheLogAreTheirOwn)
     EXPECT_EQ(eaten(), (Eaten{"Ctrl+F", "Ctrl+Z"}));
 }
 
-// The text of the first entry of the menu that a key opens; closes it.
-std::string g_menuEntry;
-
-void CALLBACK closeMenu(HWND, UINT, UINT_PTR, DWORD)
-{
-    const HWND window = FindWindowA("#32768", nullptr);
-    if (window && IsWindowVisible(window)) {
-        char text[100] = "";
-        const auto menu = reinterpret_cast<HMENU>(SendMessageA(window, MN_GETHMENU, 0, 0));
-        GetMenuStringA(menu, 0, text, sizeof text, MF_BYPOSITION);
-        g_menuEntry = text;
-        EndMenu();
-    }
-}
-
 TEST_F(KeysTest, TheFirstHitOfASearchIsPlayedWhateverHadTheFocus)
 {
     start(smallLibrary(600));
@@ -246,17 +256,14 @@ TEST_F(KeysTest, TheFirstHitOfASearchIsPlayedWhateverHadTheFocus)
         search({'U'}); // which all titles hold
         press({VK_RETURN});
         EXPECT_EQ(albums.selection(), std::vector<int>{0}) << view;
-        g_menuEntry.clear();
-        const UINT_PTR timer = SetTimer(nullptr, 0, 20, &closeMenu);
-        press({VK_APPS});
-        KillTimer(nullptr, timer);
-        EXPECT_EQ(g_menuEntry, "Play: Album 1") << view;
+        EXPECT_EQ(menuOf(VK_APPS), "Play: Album 1") << view;
         press({VK_RETURN});
         EXPECT_EQ(played(), "Album 1") << view;
         press({VK_ESCAPE});
         search({'Q'});
         press({VK_DOWN});
         EXPECT_EQ(GetFocus(), overview(controlId::kCriteria)) << "nothing found: the text can be mended";
+        EXPECT_NE(menuOf(VK_APPS), "") << "that of the box";
         press({VK_ESCAPE});
     }
     EXPECT_EQ(eaten(), Eaten{});
@@ -336,6 +343,80 @@ TEST_F(KeysTest, ABoxOverTheWizardIsTheWizards)
     };
     plugin->command(commandId::kNewDatabase);
     EXPECT_TRUE(plugin->container.pump([&] { return seen && IsWindowEnabled(plugin->container.frame()); }));
+}
+
+// Tab leads to them, in front of the lists.
+TEST_F(KeysTest, OpenTheCaptionsMenuAndTakeItsOffer)
+{
+    start();
+    chooseRows({"Album 2", "Album 3"});
+    command(albumCommand::kRankNone + 7);
+    SetFocus(GetDlgItem(pane(), controlId::kCaptionMenu));
+    EXPECT_EQ(menuOf(VK_DOWN), "Undo: Rank 7, 2 albums");
+    EXPECT_EQ(menuOf(VK_RETURN), "Undo: Rank 7, 2 albums");
+    EXPECT_EQ(menuOf(VK_SPACE), "Undo: Rank 7, 2 albums");
+    EXPECT_EQ(menuOf(VK_APPS), "Undo: Rank 7, 2 albums");
+    ASSERT_TRUE(plugin->create());
+    SetFocus(GetDlgItem(pane(), controlId::kCaptionMenu));
+    EXPECT_EQ(menuOf(VK_DOWN), "Undo") << "another database";
+    press({VK_TAB});
+    EXPECT_EQ(windowText(GetFocus()), "The previous database holds marks of 2 albums. Take them...");
+    EXPECT_EQ(menuOf(VK_APPS), "Undo");
+    for (const BYTE key : {VK_RETURN, VK_SPACE}) {
+        int seen = 0;
+        plugin->boxes.onDialog = [&](HWND dialog) {
+            seen += windowText(dialog) == "Take marks from another database" ? 1 : 0;
+            PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
+        };
+        SetFocus(GetDlgItem(pane(), controlId::kCaptionOffer));
+        press({key});
+        EXPECT_TRUE(plugin->container.pump([&] { return seen > 0; })) << key;
+        settle();
+        plugin->boxes.onDialog = nullptr;
+    }
+    EXPECT_EQ(eaten(), Eaten{});
+}
+
+// Whatever the plug-in does, a box of the container's goes on being typed into.
+TEST_F(KeysTest, StayWithTheContainerWhereTheFocusIsItsOwn)
+{
+    start();
+    const HWND edit = CreateWindowExA(0, "EDIT", "", WS_CHILD | WS_VISIBLE | ES_AUTOHSCROLL, 0, 0, 50, 20,
+                                      plugin->container.frame(), nullptr, nullptr, nullptr);
+    const Control combo(goTo());
+    const auto choosePane = [&](WPARAM entry) {
+        combo.send(CB_SETCURSEL, entry);
+        SendMessageA(plugin->pane(paneId::kMain), WM_COMMAND,
+                     MAKEWPARAM(controlId::kViewCombo, CBN_SELCHANGE),
+                     reinterpret_cast<LPARAM>(combo.handle()));
+    };
+    const std::function<void()> actions[] = {
+        [&] { chooseRows({"Album 2"}); },
+        [&] { command(albumCommand::kFavourite); },
+        [&] { command(albumCommand::kTakeBack); },
+        [&] { command(albumCommand::kPlay); },
+        [&] { plugin->command(commandId::kViewTiles); },
+        [&] { choosePane(0); },
+        [&] { SendMessageA(plugin->pane(paneId::kOverview), WM_COMMAND, albumCommand::kPlay, 0); },
+        [&] { choosePane(2); },
+        [&] { choosePane(1); },
+        [&] { EXPECT_TRUE(plugin->open(path)); },
+        [&] { EXPECT_TRUE(plugin->create()); },
+    };
+    std::string typed;
+    for (std::size_t i = 0; i < std::size(actions); ++i) {
+        SetFocus(edit);
+        actions[i]();
+        settle();
+        EXPECT_FALSE(IsChild(plugin->window(), GetFocus())) << i;
+        press({VK_CONTROL, '7'});
+        EXPECT_EQ(eaten(), Eaten{"Ctrl+7"}) << i;
+        const bool dialogWasOpen = GetFocus() != edit; // which leaves the focus to the frame
+        EXPECT_EQ(dialogWasOpen, i >= std::size(actions) - 2) << i;
+        press({'X'});
+        typed += dialogWasOpen ? "" : "x";
+        EXPECT_EQ(windowText(edit), typed) << i;
+    }
 }
 
 TEST_F(KeysTest, TabWalksThroughThePlugInAndLeavesAtItsEnds)

@@ -37,18 +37,6 @@ protected:
     PaneAlbumDetails m_details{m_commands};
 };
 
-TEST_F(ContentPaneTest, PanesShowOnDemandUnderTheirIds)
-{
-    EXPECT_EQ(GetDlgItem(m_hParent, 1000), m_overview.window());
-    EXPECT_EQ(GetDlgItem(m_hParent, 2000), m_details.window());
-    EXPECT_EQ(windowText(m_overview.window()), "Overview");
-    EXPECT_FALSE(IsWindowVisible(m_overview.window()));
-    SendMessageA(m_overview.window(), WM_USER, 1, 0);
-    EXPECT_TRUE(IsWindowVisible(m_overview.window()));
-    SendMessageA(m_overview.window(), WM_USER, 0, 0);
-    EXPECT_FALSE(IsWindowVisible(m_overview.window()));
-}
-
 TEST_F(ContentPaneTest, RebuildOfTheTreesIsLogged)
 {
     ActivityLog log;
@@ -105,14 +93,6 @@ TEST_F(ContentPaneTest, WhatAJobFilledInIsPaintedWhenItIsOver)
     EXPECT_FALSE(showsText(m_overview.window(), m_commands.background));
     m_commands.busy = false;
     EXPECT_TRUE(showsText(m_overview.window(), m_commands.background));
-}
-
-TEST_F(ContentPaneTest, ViewIsRememberedByTheSettingsOfThePane)
-{
-    m_overview.setView(ListStyle::Details);
-    m_details.setView(ListStyle::Icons);
-    EXPECT_EQ(m_commands.overviewSettings.listviewStyle, 1);
-    EXPECT_EQ(m_commands.albumDetailsSettings.listviewStyle, 0);
 }
 
 } // namespace
