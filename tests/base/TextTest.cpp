@@ -1,19 +1,16 @@
 #include "base/Text.h"
 
+#include "support/CodePages.h"
+
 #include <gtest/gtest.h>
 
 using namespace tessera;
 
 // Bytes above ASCII are code page 1252 here; the tests of double-byte code pages are apart.
 
-#ifdef _WIN32
-#include <windows.h>
 #define NEEDS_1252()                                                                                         \
-    if (GetACP() != 1252)                                                                                    \
+    if (!isCodePage1252())                                                                                   \
     GTEST_SKIP() << "needs code page 1252"
-#else
-#define NEEDS_1252() static_cast<void>(0)
-#endif
 
 namespace {
 

@@ -64,9 +64,17 @@ public:
 class SilentPrompt : public Prompt {
 public:
     int boxes = 0;
+    unsigned long assertedLine = 0;
     void message(Severity, const std::string&) override { ++boxes; }
-    void assertion(const std::string&, const std::string&, unsigned long) override { ++boxes; }
+    void assertion(const std::string&, const std::string&, unsigned long line) override
+    {
+        ++boxes;
+        assertedLine = line;
+    }
 };
+
+// Far more than a job needs: one that never succeeds ends here.
+constexpr long kMostAllocations = 5000;
 
 enum class Outcome { Good, Told, OutOfMemory };
 constexpr long kEnough = 5000; // allocations that no job here needs
@@ -88,9 +96,11 @@ Outcome runShort(long allocations, SilentPrompt& prompt, Job job)
 TEST(ShortMemory, LoadEndsTidilyAtEveryAllocation)
 {
     long allocations = 0;
+    unsigned long assertedLine = 0; // at the one allocation whose failure is told: the picture's
     for (Outcome outcome = Outcome::Told; outcome != Outcome::Good; ++allocations) {
         ASSERT_LT(allocations, kEnough);
         SCOPED_TRACE(allocations);
+        ASSERT_LT(allocations, kMostAllocations);
         SampleRig rig;
         rig.files.files[SampleRig::kName] = sampleDatabase();
         LevelLog log;
@@ -99,8 +109,10 @@ TEST(ShortMemory, LoadEndsTidilyAtEveryAllocation)
         outcome = runShort(allocations, prompt,
                            [&] { return rig.database.read(SampleRig::kName, rig.host, context, {}); });
         EXPECT_EQ(log.level, 0);
+        assertedLine = std::max(assertedLine, prompt.assertedLine);
         rig.database.clear();
     }
+    EXPECT_EQ(assertedLine, 801u);
     EXPECT_GT(allocations, 40);
 }
 
@@ -111,6 +123,7 @@ TEST(ShortMemory, BuildEndsTidilyAtEveryAllocation)
     for (Outcome outcome = Outcome::Told; outcome != Outcome::Good; ++allocations) {
         ASSERT_LT(allocations, kEnough);
         SCOPED_TRACE(allocations);
+        ASSERT_LT(allocations, kMostAllocations);
         SampleRig rig;
         for (HostTrack& track : rig.host.tracks)
             track.artist = track.album = track.genre = u"a text that is longer than the string itself";

@@ -1,9 +1,8 @@
 #include "artwork/Locator.h"
 
+#include "support/CodePages.h"
 #include "support/FakeHost.h"
 #include "support/Recorders.h"
-
-#include <windows.h>
 
 #include <gtest/gtest.h>
 
@@ -12,7 +11,7 @@ namespace {
 
 TEST(LocatorDoubleByte, BackslashInsideACharacterIsNoFolder)
 {
-    if (GetACP() != 932)
+    if (!isCodePage932())
         GTEST_SKIP() << "needs code page 932";
     JobRig rig;
     rig.log.line("Scanning for artwork");

@@ -1,7 +1,6 @@
 #include "library/Filters.h"
 #include "library/SampleRig.h"
-
-#include <windows.h>
+#include "support/CodePages.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +12,7 @@ class DoubleByte : public testing::Test {
 protected:
     void SetUp() override
     {
-        if (GetACP() != 932)
+        if (!isCodePage932())
             GTEST_SKIP() << "needs code page 932";
     }
 };
