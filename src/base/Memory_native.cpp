@@ -1,7 +1,7 @@
 #include "base/Memory.h"
 
-#include <cstdlib>
 #include <cstring>
+#include <new>
 
 namespace tessera {
 
@@ -10,7 +10,7 @@ MemoryBlock MemoryBlock::copyOf(ByteView bytes)
     MemoryBlock block;
     if (bytes.empty())
         return block;
-    block.m_handle = std::malloc(bytes.size());
+    block.m_handle = ::operator new(bytes.size(), std::nothrow);
     if (block.m_handle == nullptr)
         return block;
     std::memcpy(block.m_handle, bytes.data(), bytes.size());
@@ -26,7 +26,7 @@ std::vector<std::uint8_t> MemoryBlock::bytes() const
 
 void MemoryBlock::reset()
 {
-    std::free(m_handle);
+    ::operator delete(m_handle);
     m_handle = nullptr;
     m_size = 0;
 }

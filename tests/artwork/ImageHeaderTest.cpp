@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <ostream>
@@ -42,6 +43,67 @@ void putBig16(Bytes& bytes, std::size_t at, unsigned value)
 {
     bytes[at] = static_cast<std::uint8_t>(value >> 8);
     bytes[at + 1] = static_cast<std::uint8_t>(value);
+}
+
+// Puts a picture together; numbers are little-endian.
+struct Maker {
+    Bytes bytes;
+
+    Maker& add(std::uint64_t value, int count)
+    {
+        for (int i = 0; i < count; ++i)
+            bytes.push_back(static_cast<std::uint8_t>(i < 8 ? value >> 8 * i : 0));
+        return *this;
+    }
+    Maker& add(const Bytes& more)
+    {
+        bytes.insert(bytes.end(), more.begin(), more.end());
+        return *this;
+    }
+    Maker& fill(std::size_t count)
+    {
+        bytes.resize(bytes.size() + count, 0xAA);
+        return *this;
+    }
+};
+
+// The information header of a bitmap without the first field, and with zeros up to its length.
+Bytes bitmapHeader(std::uint32_t length, std::int64_t width, std::int64_t height, unsigned depth,
+                   unsigned compression = 0, unsigned used = 0)
+{
+    Maker header;
+    header.add(length, 4);
+    if (length == 12)
+        header.add(width, 2).add(height, 2).add(1, 2).add(depth, 2);
+    else
+        header.add(width, 4)
+            .add(height, 4)
+            .add(1, 2)
+            .add(depth, 2)
+            .add(compression, 4)
+            .add(0, 12)
+            .add(used, 4);
+    header.bytes.resize(length);
+    return header.bytes;
+}
+
+Bytes bitmap(const Bytes& header, std::size_t palette, std::size_t pixels)
+{
+    Maker file;
+    file.add('B' | 'M' << 8, 2).add(0, 8).add(14 + header.size() + palette, 4);
+    return file.add(header).fill(palette + pixels).bytes;
+}
+
+// "40x24", or "none".
+std::string sizeOf(const Bytes& bytes)
+{
+    const std::optional<PictureHeader> header = pictureHeader(bytes);
+    return header ? std::to_string(header->size.width) + "x" + std::to_string(header->size.height) : "none";
+}
+
+bool isWholeOnlyAsItIs(PictureKind kind, const Bytes& bytes)
+{
+    return isWholePicture(kind, bytes) && !isWholePicture(kind, Bytes(bytes.begin(), bytes.end() - 1));
 }
 
 } // namespace
@@ -131,12 +193,131 @@ TEST(ImageHeader, OfTwoImagesOfAnIconTheLargerCountsAndBothMustBeThere)
     EXPECT_FALSE(isWholePicture(PictureKind::Icon, two));
 }
 
+// A frame in front, one inside a segment, and one behind it: which one counts tells how a marker is taken.
+TEST(ImageHeader, OfTheMarkersOfAJpegThoseOfFramesHoldTheSize)
+{
+    for (unsigned code = 1; code < 0xFF; ++code) {
+        const bool isFrame = code >= 0xC0 && code <= 0xCF && code % 4 != 0;
+        const bool standsAlone = code == 1 || (code >= 0xD0 && code <= 0xD8);
+        const bool ends = code == 0xD9 || code == 0xDA;
+        const Bytes file{0xFF, 0xD8, 0xFF, 0xFF, static_cast<std::uint8_t>(code), // with a byte that fills
+                         0,    18,   8,    0,    3,
+                         0,    5,    1, // 5 x 3
+                         0xFF, 0xC2, 0,    8,    8,
+                         0,    7,    0,    9,    1, // 9 x 7
+                         0xFF, 0xC0, 0,    8,    8,
+                         0,    24,   0,    40,   1}; // 40 x 24
+        EXPECT_EQ(sizeOf(file), isFrame || code == 0xC0 ? "5x3"
+                                : standsAlone           ? "9x7"
+                                : ends                  ? "none"
+                                                        : "40x24")
+            << code;
+    }
+}
+
+TEST(ImageHeader, BitmapsOfEveryHeaderAndDepth)
+{
+    for (std::uint32_t length = 12; length < 130; ++length) {
+        const bool isLength = length == 12 || length == 40 || length == 52 || length == 56 || length == 64 ||
+                              length == 108 || length == 124;
+        EXPECT_EQ(sizeOf(bitmap(bitmapHeader(length, 3, 2, 24), 0, 24)), isLength ? "3x2" : "none") << length;
+    }
+    for (const unsigned depth : {1U, 4U, 8U, 16U, 24U, 32U}) {
+        SCOPED_TRACE(depth);
+        const std::size_t colours = depth > 8 ? 0 : std::size_t{1} << depth;
+        for (const std::int32_t width : {1, 7, 8, 9, 31, 33}) {
+            const std::size_t pixels = (depth * width + 31) / 32 * 4 * 5;
+            for (const std::int32_t height : {5, -5})
+                EXPECT_TRUE(isWholeOnlyAsItIs(
+                    PictureKind::Bmp, bitmap(bitmapHeader(40, width, height, depth), colours * 4, pixels)));
+            EXPECT_TRUE(isWholeOnlyAsItIs(PictureKind::Bmp,
+                                          bitmap(bitmapHeader(12, width, 5, depth), colours * 3, pixels)));
+        }
+        // Of run lengths only the decoder knows how long they are; of masks it is known.
+        for (const unsigned compression : {1U, 2U, 4U, 5U})
+            EXPECT_TRUE(isWholePicture(PictureKind::Bmp,
+                                       bitmap(bitmapHeader(40, 8, 5, depth, compression), colours * 4, 0)));
+        EXPECT_FALSE(
+            isWholePicture(PictureKind::Bmp, bitmap(bitmapHeader(40, 8, 5, depth, 3), colours * 4, 0)));
+        if (colours != 0) {
+            EXPECT_TRUE(isWholeOnlyAsItIs(PictureKind::Bmp,
+                                          bitmap(bitmapHeader(40, 8, 5, depth, 1), colours * 4, 0)));
+            EXPECT_TRUE(isWholeOnlyAsItIs(
+                PictureKind::Bmp, bitmap(bitmapHeader(40, 8, 5, depth, 1, 2), std::size_t{2} * 4, 0)));
+        }
+    }
+    EXPECT_FALSE(isWholePicture(PictureKind::Bmp, bitmap(bitmapHeader(40, 0, 5, 24, 1), 0, 0)));
+}
+
+TEST(ImageHeader, GifsWithTablesAndExtensions)
+{
+    for (unsigned bits = 0; bits < 8; ++bits) {
+        const std::size_t table = (std::size_t{2} << bits) * 3;
+        Maker gif;
+        gif.add({'G', 'I', 'F', '8', '7', 'a'})
+            .add(2, 2)
+            .add(12, 2)
+            .add(0x80 | bits, 1)
+            .add(0, 2)
+            .fill(table);
+        gif.add({0x21, 0xFE, 3, 0x2C, 0, 0, 1, 0x2C, 0, 0x21, 0xF9, 0}); // nothing in these is an image
+        gif.add(0x2C, 1).add(0x104, 2).add(3, 2).add(5, 2).add(0x207, 2);
+        const Bytes screen = gif.bytes;
+        gif.add(0x80 | (7 - bits), 1).fill((std::size_t{2} << (7 - bits)) * 3).add({8, 2, 0, 0, 1, 9, 0});
+        EXPECT_EQ(sizeOf(gif.bytes), "265x522") << bits; // what the image needs
+        EXPECT_TRUE(isWholeOnlyAsItIs(PictureKind::Gif, gif.bytes)) << bits;
+        Maker plain{screen};
+        plain.add(0x7F, 1).add({8, 0}); // no table of its own
+        EXPECT_TRUE(isWholeOnlyAsItIs(PictureKind::Gif, plain.bytes));
+        plain.bytes[7] = plain.bytes[9] = 3;
+        EXPECT_EQ(sizeOf(plain.bytes), "770x780"); // what the screen says
+        Maker bare;
+        bare.add({'G', 'I', 'F', '8', '9', 'a'}).add(2, 2).add(12, 2).add(bits, 1).add(0, 2);
+        EXPECT_EQ(sizeOf(bare.bytes), "2x12"); // no image yet
+        bare.add(0x2C, 1).add(0, 4).add(1, 2).add(13, 2).add(0, 1).add({8, 0});
+        EXPECT_EQ(sizeOf(bare.bytes), "2x13"); // no table for all
+        EXPECT_TRUE(isWholeOnlyAsItIs(PictureKind::Gif, bare.bytes));
+    }
+}
+
+TEST(ImageHeader, IconsAndCursorsHoldBitmapsOrPngs)
+{
+    const auto icon = [](unsigned type, const Bytes& image, std::size_t length) {
+        Maker file;
+        file.add(0, 2).add(type, 2).add(1, 2).add(0, 8).add(length, 4).add(22, 4);
+        return file.add(image).bytes;
+    };
+    const Bytes bitmap = bitmapHeader(40, 7, 10, 32);
+    EXPECT_EQ(sizeOf(icon(1, bitmap, 40)), "7x5");
+    EXPECT_EQ(sizeOf(icon(2, bitmap, 40)), "7x5");
+    EXPECT_EQ(sizeOf(icon(3, bitmap, 40)), "none");
+    EXPECT_EQ(sizeOf(icon(0, bitmap, 40)), "none");
+    EXPECT_EQ(sizeOf(icon(1, bitmap, 39)), "none"); // less than its header
+    EXPECT_EQ(sizeOf(icon(1, bitmapHeader(40, 7, 1, 32), 40)), "none");
+    EXPECT_TRUE(isWholeOnlyAsItIs(PictureKind::Icon, icon(1, bitmap, 40)));
+    EXPECT_FALSE(isWholePicture(PictureKind::Icon, icon(1, bitmap, 41)));
+    const Bytes png = pictureBytes("rgb.png");
+    EXPECT_EQ(sizeOf(icon(1, png, png.size())), "40x24");
+    Bytes none = icon(1, bitmap, 40);
+    none[4] = 0;
+    EXPECT_EQ(sizeOf(none), "none");
+    EXPECT_FALSE(isWholePicture(PictureKind::Icon, none));
+}
+
 TEST(ImageHeader, SizesAreReadAsTheyAreWritten)
 {
     Bytes png = pictureBytes("rgb.png");
     png[16] = 0x7F;
     EXPECT_EQ(pictureHeader(png)->size.width, 0x7F000028);
     png[16] = 0x80; // more than the format allows
+    EXPECT_FALSE(pictureHeader(png));
+    png[16] = 0;
+    png[20] = 0x80;
+    EXPECT_FALSE(pictureHeader(png));
+    const Bytes most{0x7F, 0xFF, 0xFF, 0xFF, 0x7F, 0xFF, 0xFF, 0xFF};
+    std::ranges::copy(most, png.begin() + 16);
+    EXPECT_EQ(sizeOf(png), "2147483647x2147483647");
+    std::fill_n(png.begin() + 16, 4, std::uint8_t{0});
     EXPECT_FALSE(pictureHeader(png));
 
     Bytes bmp = pictureBytes("rgb.bmp");
