@@ -16,7 +16,8 @@ std::int32_t joinDate(DateParts parts)
 
 bool isDate(DateParts parts)
 {
-    if (parts.year < 1601 || parts.year > 9999 || parts.month < 1 || parts.day < 1)
+    if (parts.year < 1601 || parts.year > 9999 || parts.month < 1 || parts.month > 12 || parts.day < 1 ||
+        parts.day > 31) // the calendar's own types hold no more than a byte
         return false;
     return std::chrono::year_month_day{std::chrono::year(parts.year),
                                        std::chrono::month(static_cast<unsigned>(parts.month)),

@@ -61,13 +61,20 @@ TEST(Dates, TheLongDateIsTheUsers)
 #endif
     EXPECT_EQ(longDate(20021003), german ? "Donnerstag, 3. Oktober 2002" : "Thursday, October 3, 2002");
     EXPECT_EQ(longDate(20040229), german ? "Sonntag, 29. Februar 2004" : "Sunday, February 29, 2004");
+    EXPECT_EQ(longDate(16010101), german ? "Montag, 1. Januar 1601" : "Monday, January 1, 1601");
+    EXPECT_EQ(longDate(99991231), german ? "Freitag, 31. Dezember 9999" : "Friday, December 31, 9999");
 }
 
 TEST(Dates, WhatIsNoDateHasNoText)
 {
-    for (const std::int32_t date :
-         {0, 1, -1, -20021003, 20020000, 20021300, 20020230, 20030229, 10021003, INT32_MAX, INT32_MIN})
+    for (const std::int32_t date : {0, 1, -1, -20021003, 20020000, 20020100, 20020001, 20021300, 20020230,
+                                    20030229, 10021003, 16001231, 100000101, INT32_MAX, INT32_MIN})
         EXPECT_EQ(longDate(date), "") << date;
+    EXPECT_FALSE(isDate({2002, 1, -1}));
+    EXPECT_FALSE(isDate({2002, -1, 1}));
+    EXPECT_FALSE(isDate({2002, 256 + 1, 1})); // no single byte holds it
+    EXPECT_FALSE(isDate({2002, 1, 256 + 1}));
+    EXPECT_FALSE(isDate({10000, 1, 1}));
 }
 
 TEST(ByteReader, NeverReadsBeyondTheEnd)
@@ -97,9 +104,16 @@ TEST(MemoryBlock, OwnsOneCopy)
     const std::uint8_t bytes[] = {1, 2, 3};
     MemoryBlock first = MemoryBlock::copyOf(bytes);
     ASSERT_TRUE(first);
+    EXPECT_EQ(first.size(), 3u);
+    EXPECT_NE(first.get(), nullptr);
     MemoryBlock second = std::move(first);
     EXPECT_FALSE(first); // NOLINT(bugprone-use-after-move): moved-from is empty
     EXPECT_EQ(first.size(), 0u);
+    EXPECT_EQ(first.get(), nullptr);
+    EXPECT_EQ(second.bytes(), (std::vector<std::uint8_t>{1, 2, 3}));
+    EXPECT_EQ(second.size(), 3u);
+    MemoryBlock& same = second;
+    second = std::move(same);
     EXPECT_EQ(second.bytes(), (std::vector<std::uint8_t>{1, 2, 3}));
     second = MemoryBlock::copyOf({});
     EXPECT_FALSE(second);
@@ -116,6 +130,13 @@ void record(const char* expression, const char* unit, unsigned long line)
 }
 
 } // namespace
+
+TEST(HostErrors, TellTheirCode)
+{
+    const HostError error(kErrorPointer);
+    EXPECT_EQ(error.code(), static_cast<std::int32_t>(0x80004003));
+    EXPECT_STREQ(error.what(), "The host refused a call (0x80004003)");
+}
 
 TEST(Assertion, AsksTheHandlerOnlyWhenItFails)
 {
