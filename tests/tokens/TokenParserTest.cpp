@@ -235,6 +235,18 @@ TEST_F(Templates, ExpansionsStayBounded)
     EXPECT_LE(text.size(), kLongestExpansion);
     EXPECT_NE(text.find("<Artist>"), std::string::npos); // what did not fit is still there as it was
     EXPECT_EQ(parser.expandAlbum("<Year>", album), "No Year");
+
+    // Just short enough, and one byte more.
+    for (const std::size_t tooMany : {0, 1}) {
+        const std::string value(kLongestExpansion - 3 + tooMany, 'x');
+        std::string text = "<a>";
+        replaceToken("<A>", value, text);
+        EXPECT_EQ(text, tooMany == 0 ? value : "<a>");
+        const std::string half((kLongestExpansion - 8) / 2 + tooMany, 'x');
+        text = "<a>..<A>";
+        replaceToken("<A>", half, text);
+        EXPECT_EQ(text, tooMany == 0 ? half + ".." + half : "<a>..<A>");
+    }
 }
 
 TEST_F(Templates, MenusAndHelpsHoldTheTokensOfTheirTemplates)
