@@ -77,6 +77,27 @@ TEST(Text, WideComparisonFoldsEachUnitToLowerCase)
     }
 }
 
+// All pairs of short texts: the first difference counts, wherever it is, then the length.
+TEST(Text, ComparisonsOrderTextsAsTheirFoldedForms)
+{
+    NEEDS_1252();
+    std::vector<std::string> texts{""};
+    for (std::size_t i = 0; i < 43; ++i) {
+        for (const char c : {'a', 'A', 'b', '_', '\xE9', '\xC9'})
+            texts.push_back(texts[i] + c);
+    }
+    for (const std::string& left : texts) {
+        for (const std::string& right : texts) {
+            ASSERT_EQ(sign(compareNoCase(left, right)), sign(toUpper(left).compare(toUpper(right))))
+                << left << " / " << right;
+            const std::u16string a = toWide(left);
+            const std::u16string b = toWide(right);
+            ASSERT_EQ(sign(compareWideNoCase(a, b)), sign(foldWide(a).compare(foldWide(b))))
+                << left << " / " << right;
+        }
+    }
+}
+
 TEST(Text, OnlyWhatIsInTheCodePageComesBackUnchanged)
 {
     NEEDS_1252();
