@@ -80,16 +80,6 @@ TEST_F(PlayerTest, APositionSetWhileATrackPlaysIsWhatFollows)
     expectPlaying(2, 0);
 }
 
-TEST_F(PlayerTest, PlayNowStartsTheEntryAtThePosition)
-{
-    m_player.play();
-    pass(3000);
-    m_player.setPosition(1);
-    m_player.playEntry();
-    expectPlaying(1, 0);
-    EXPECT_EQ(m_player.now().track, TrackIndex{1});
-}
-
 TEST_F(PlayerTest, ATrackGoesOnWhenThePlaylistIsReplaced)
 {
     m_player.play();

@@ -1,15 +1,11 @@
 #include "jukebox/ActivityLog.h"
 #include "jukebox/MarkedAlbums.h"
 #include "jukebox/MessageWatch.h"
-#include "jukebox/Options.h"
 #include "jukebox/Screen.h"
-#include "windowing/ComboBoxEx.h"
 #include "windowing/ListView.h"
 #include "windowing/MessageLoop.h"
-#include "windowing/TreeView.h"
 #include "windowing/Window.h"
 
-#include <array>
 #include <gtest/gtest.h>
 #include <thread>
 
@@ -112,57 +108,6 @@ TEST_F(WalkScreenTest, AWindowThatDoesNotAnswerIsGivenUp)
     });
 }
 
-TEST_F(WalkScreenTest, RowsAreReadAndSelected)
-{
-    for (const char* name : {"one", "two", "three"}) {
-        m_list.addRow({name, "", name});
-    }
-    elsewhere([&] {
-        EXPECT_EQ(columnTitles(m_list.handle()),
-                  (std::vector<std::string>{"Time", "Progress", "Description"}));
-        EXPECT_EQ(cellOf(m_list.handle(), 1, 2), "two");
-        selectRows(m_list.handle(), std::array{0});
-        selectRows(m_list.handle(), std::array{2, 1, 7, -1});
-    });
-    EXPECT_EQ(ListView_GetItemState(m_list.handle(), 0, LVIS_SELECTED), 0u);
-    EXPECT_EQ(ListView_GetSelectedCount(m_list.handle()), 2u);
-    EXPECT_EQ(ListView_GetNextItem(m_list.handle(), -1, LVNI_FOCUSED), 2);
-    elsewhere([&] { clickRow(m_list.handle(), 1); });
-    EXPECT_TRUE(pumpUntil([&] { return ListView_GetSelectedCount(m_list.handle()) == 1; }, 2000));
-    EXPECT_EQ(ListView_GetNextItem(m_list.handle(), -1, LVNI_SELECTED), 1);
-    EXPECT_EQ(GetFocus(), m_list.handle());
-}
-
-TEST_F(WalkScreenTest, NodesAreFoundBelowTheirParents)
-{
-    TreeView tree;
-    ASSERT_TRUE(tree.create(m_window.handle(), 2005, {0, 0, 100, 100}));
-    const HTREEITEM first = tree.add(nullptr, "first");
-    const HTREEITEM second = tree.add(nullptr, "second");
-    const HTREEITEM below = tree.add(first, "below");
-    elsewhere([&] {
-        EXPECT_EQ(nodesBelow(tree.handle(), nullptr, 9), (std::vector{first, second}));
-        EXPECT_EQ(nodesBelow(tree.handle(), nullptr, 1), std::vector{first});
-        EXPECT_EQ(nodesBelow(tree.handle(), first, 9), std::vector{below});
-        EXPECT_TRUE(nodesBelow(tree.handle(), second, 9).empty());
-        EXPECT_EQ(nodeText(tree.handle(), below), "below");
-    });
-}
-
-TEST_F(WalkScreenTest, EntriesAreChosenInBoxesThatAreSeen)
-{
-    ComboBoxEx combo;
-    ASSERT_TRUE(combo.create(m_window.handle(), 2009, {0, 0, 100, 100}));
-    combo.add("a", -1);
-    combo.add("b", -1);
-    combo.show(false);
-    elsewhere([&] { chooseEntry(combo.handle(), 1); });
-    EXPECT_EQ(combo.selection(), -1);
-    combo.show(true);
-    elsewhere([&] { chooseEntry(combo.handle(), 1); });
-    EXPECT_EQ(combo.selection(), 1);
-}
-
 TEST(WalkMarks, AlbumsAreWrittenAndReadAgain)
 {
     const MarkedAlbum ranked{3, "Título", "Artist", "Z:\\Music", "7", "", ""};
@@ -208,34 +153,6 @@ TEST(WalkMessages, BoxesArePrintedAndAnswered)
     EXPECT_EQ(assertion, IDNO);
     EXPECT_EQ(message, IDOK);
     EXPECT_EQ(count, 2u);
-}
-
-TEST(CommandLine, ArgumentsAreTakenOrExplained)
-{
-    const struct {
-        std::vector<std::wstring> arguments;
-        const char* problem; // empty: they are good
-    } cases[] = {
-        {{L"--library", L"a"}, ""},
-        {{L"--skin", L"--library", L"a", L"--walk", L"o", L"--open", L"x"}, ""},
-        {{}, "--library is missing"},
-        {{L"--library"}, "--library needs a value"},
-        {{L"--library", L"a", L"--colour"}, "unknown argument: --colour"},
-        {{L"--library", L"a", L"--open", L"x"}, "--database, --open and --check-marks belong to --walk"},
-        {{L"--library", L"a", L"--walk", L"o", L"--check-marks", L"m"}, ""},
-        {{L"--library", L"a", L"--check-marks", L"m"},
-         "--database, --open and --check-marks belong to --walk"},
-        {{L"--library", L"a", L"--walk", L"o", L"--open", L"x", L"--database", L"y"},
-         "--database excludes --open and --check-marks"},
-        {{L"--library", L"a", L"--walk", L"o", L"--check-marks", L"m", L"--database", L"y"},
-         "--database excludes --open and --check-marks"},
-        {{L"--library", L"a", L"--walk", L"o", L"--open", L"x", L"--check-marks", L"m"}, ""},
-    };
-    for (const auto& line : cases) {
-        std::string problem;
-        EXPECT_EQ(parseOptions(line.arguments, problem).has_value(), *line.problem == '\0');
-        EXPECT_EQ(problem, line.problem);
-    }
 }
 
 } // namespace
