@@ -17,7 +17,8 @@ inline Bytes bytesOf(std::string_view text)
     return {text.begin(), text.end()};
 }
 
-// A file system in memory; paths are compared as they are. Any call can be made to fail.
+// A file system in memory; paths are compared as they are. Any call can be made to fail. A file that is
+// open keeps its name and stays.
 class FakeFiles : public FileSystem {
 public:
     std::map<std::string, Bytes> files;
@@ -82,7 +83,7 @@ public:
     bool rename(const std::string& from, const std::string& to) override
     {
         if (fails() || isHeld(from) || isHeld(to) || !files.contains(from) || isReadOnly(to) ||
-            folders.contains(to))
+            folders.contains(to) || m_open.contains(from) || m_open.contains(to))
             return false;
         auto file = files.extract(from);
         try {
@@ -98,7 +99,7 @@ public:
     bool remove(const std::string& path) override
     {
         removed.push_back(path);
-        return !fails() && files.erase(path) > 0;
+        return !fails() && !m_open.contains(path) && files.erase(path) > 0;
     }
     bool removeTemporary(const std::string& path) override
     {
@@ -127,7 +128,13 @@ public:
 private:
     class File : public OutputFile {
     public:
-        File(FakeFiles& owner, std::string path) : m_owner(owner), m_path(std::move(path)) {}
+        File(FakeFiles& owner, const std::string& path)
+            : m_owner(owner), m_path(path), m_open(owner.m_open.insert(path))
+        {
+        }
+        ~File() override { m_owner.m_open.erase(m_open); }
+        File(const File&) = delete;
+        File& operator=(const File&) = delete;
         bool write(ByteView bytes) override
         {
             if (m_owner.fails() || bytes.size() > m_owner.room) {
@@ -170,6 +177,7 @@ private:
     private:
         FakeFiles& m_owner;
         std::string m_path;
+        std::multiset<std::string>::iterator m_open;
         std::size_t m_position = 0;
     };
 
@@ -191,6 +199,7 @@ private:
     }
 
     bool m_held = false;
+    std::multiset<std::string> m_open;
 };
 
 } // namespace tessera::test

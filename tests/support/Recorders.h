@@ -5,10 +5,11 @@
 #include "support/FakeFiles.h"
 
 #include <atomic>
+#include <stdexcept>
 
 namespace tessera::test {
 
-// Keeps the lines, four spaces a level, and the last percentage of each.
+// Keeps the lines, four spaces a level, and the last percentage of each, which goes up to 100 at most.
 class RecordingLog : public Log {
 public:
     std::vector<std::string> lines;
@@ -28,7 +29,13 @@ public:
         if (terminating && lines.size() == cancelAtLine)
             *terminating = true;
     }
-    void progress(std::uint32_t done, std::uint32_t total) override { percents.back() = done * 100 / total; }
+    void progress(std::uint32_t done, std::uint32_t total) override
+    {
+        const std::uint32_t percent = total > 0 ? done * 100 / total : 101;
+        if (percent < percents.back() || percent > 100)
+            throw std::logic_error(format("progress: %u of %u", done, total));
+        percents.back() = percent;
+    }
     std::string text() const { return join(lines, "\n"); }
 };
 
