@@ -114,69 +114,12 @@ protected:
     DatabaseSettings settings;
 };
 
-BOOL CALLBACK collectLabels(HWND control, LPARAM texts)
-{
-    char name[32];
-    GetClassNameA(control, name, sizeof name);
-    if (lstrcmpiA(name, "Static") == 0 || lstrcmpiA(name, "Button") == 0) {
-        reinterpret_cast<std::vector<std::string>*>(texts)->push_back(windowText(control));
-    }
-    return TRUE;
-}
-
-std::vector<std::string> labels(HWND page)
-{
-    std::vector<std::string> texts;
-    for (HWND child = GetWindow(page, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-        collectLabels(child, reinterpret_cast<LPARAM>(&texts));
-    }
-    return texts;
-}
-
 } // namespace
 
-TEST_F(WizardTest, SixPagesWithTheirTextsAndButtons)
+TEST_F(WizardTest, EachOfSixPagesFillsItsPlaceAndHasTheButtonsThatWork)
 {
     settings.lastUsed = "x.ts2";
-    const std::vector<std::vector<std::string>> texts = {
-        {"This wizard will guide you through the steps necessary to create a new database.\n\nAt any stage "
-         "you can "
-         "click the \"Cancel\" button to exit this wizard.\n\n\nPress \"Next\" to continue."},
-        {"Enter the name and location where Tessera should store this database:", "...",
-         "Enter the search criteria Tessera should use to search the Media Jukebox database.   Consult the "
-         "Media "
-         "Jukebox documentation for a list of supported critera but leaving this field blank will use the "
-         "entire "
-         "contents.",
-         "Should Tessera preserve your current album settings, e.g. Rank?", "Yes, preserve my settings"},
-        {"In the field below enter the types of tracks you would like to exclude from the database scan, "
-         "e.g. OGG.   "
-         "Multiple types can be entered by separating each entry with a comma.   Wildcards are also "
-         "supported, e.g. "
-         "MP?",
-         "If you want to exclude specific artists or albums, enter the name of the file that contains the "
-         "list:",
-         "...",
-         "Note that there is a sample file in the Documents installation folder called \"Sample "
-         "Exclusions.txt\"."},
-        {"If you want to exclude unassigned albums, i.e. albums without names, then click below:",
-         "Exclude unassigned albums",
-         "Enter the minimum number of tracks an album must have before it is included in the Tessera "
-         "database:"},
-        {"Enter the directories Tessera should use when searching for external artwork:", "Directories:",
-         "Sample: C:\\Cover Art\\Harlan Voss - Tidewater.jpg",
-         "Supported tokens (case insensitive):\n\n          <MJArtworkDir>   <Artist>   <Album>   "
-         "<AlbumPath>"},
-        {"You have now specified enough information for Tessera to build the database.\n\nPress \"Finish\" "
-         "to start "
-         "the build process ... and please be patient!"},
-    };
-    struct Seen {
-        std::string caption;
-        std::vector<std::string> labels;
-        bool back, next, finish;
-    };
-    std::vector<Seen> seen;
+    int pages = 0;
     const auto look = [&] {
         constexpr int kBack = 0x3023, kNext = 0x3024, kFinish = 0x3025;
         const auto usable = [](int id) {
@@ -188,34 +131,13 @@ TEST_F(WizardTest, SixPagesWithTheirTextsAndButtons)
         MapDialogRect(page(), &units);
         EXPECT_NEAR(client.right, units.right, 1);
         EXPECT_NEAR(client.bottom, units.bottom, 1);
-        seen.push_back({windowText(sheet()), labels(page()), usable(kBack), usable(kNext), usable(kFinish)});
+        EXPECT_EQ(windowText(sheet()), "Step " + std::to_string(++pages) + " of 6");
+        EXPECT_EQ(usable(kBack), pages > 1) << pages;
+        EXPECT_EQ(usable(kNext), pages < 6) << pages;
+        EXPECT_EQ(usable(kFinish), pages == 6) << pages;
     };
-    Steps steps;
-    for (int index = 0; index < 6; ++index) {
-        steps.insert(steps.end(), {look, next});
-    }
-    steps.back() = finish;
-    EXPECT_TRUE(run(steps));
-    ASSERT_EQ(seen.size(), 6u);
-    for (std::size_t index = 0; index < 6; ++index) {
-        SCOPED_TRACE(index);
-        EXPECT_EQ(seen[index].caption, "Step " + std::to_string(index + 1) + " of 6");
-        EXPECT_EQ(seen[index].labels, texts[index]);
-        EXPECT_EQ(seen[index].back, index > 0);
-        EXPECT_EQ(seen[index].next, index < 5);
-        EXPECT_EQ(seen[index].finish, index == 5);
-    }
-}
-
-TEST(WizardButtons, FollowTheIndex)
-{
-    EXPECT_EQ(wizardButtonsAtStart(1), DWORD{PSWIZB_FINISH});
-    EXPECT_EQ(wizardButtonsAtStart(2), DWORD{PSWIZB_NEXT});
-    EXPECT_EQ(wizardButtonsAfterNext(0, 6), DWORD{PSWIZB_BACK | PSWIZB_NEXT});
-    EXPECT_EQ(wizardButtonsAfterNext(3, 6), DWORD{PSWIZB_BACK | PSWIZB_NEXT});
-    EXPECT_EQ(wizardButtonsAfterNext(4, 6), DWORD{PSWIZB_BACK | PSWIZB_FINISH});
-    EXPECT_EQ(wizardButtonsAfterBack(1), DWORD{PSWIZB_NEXT});
-    EXPECT_EQ(wizardButtonsAfterBack(2), DWORD{PSWIZB_BACK | PSWIZB_NEXT});
+    EXPECT_TRUE(run({look, next, look, next, look, next, look, next, look, next, look, finish}));
+    EXPECT_EQ(pages, 6);
 }
 
 TEST_F(WizardTest, FinishTakesTheSevenFields)
