@@ -169,29 +169,6 @@ Page::Step press(int button)
 
 } // namespace
 
-TEST_F(Sheet, WizardGoesForthBackAndFinishes)
-{
-    PropertySheet sheet(SheetKind::Wizard, "Wizard");
-    sheet.add(first);
-    sheet.add(second);
-    bool been = false;
-    first.shown = [&](Page& page) {
-        EXPECT_EQ(page.sheet().handle(), GetParent(page.handle()));
-        char title[30];
-        GetWindowTextA(page.sheet().handle(), title, sizeof title);
-        EXPECT_STREQ(title, "Step 1 of 2");
-        page.sheet().pressButton(PSBTN_NEXT);
-    };
-    second.shown = [&](Page& page) {
-        page.sheet().pressButton(std::exchange(been, true) ? PSBTN_FINISH : PSBTN_BACK);
-    };
-    EXPECT_TRUE(sheet.run(nullptr));
-    EXPECT_EQ(
-        log, (Log{"0 active", "0 next", "1 active", "1 back", "0 active", "0 next", "1 active", "1 finish"}));
-    EXPECT_EQ(sheet.handle(), nullptr);
-    EXPECT_EQ(first.handle(), nullptr);
-}
-
 TEST_F(Sheet, APageMayKeepTheUserAndCancelChangesNothing)
 {
     PropertySheet sheet(SheetKind::Wizard, "Wizard");
