@@ -161,16 +161,6 @@ TEST(Thread, EndsQuietlyWhateverItsWorkThrowsAndTimeoutsAreTold)
     EXPECT_TRUE(Thread().waitAnsweringSentMessages(0)); // nothing to wait for
 }
 
-TEST(Thread, ItsOwnThreadMayEnterACriticalSectionAgain)
-{
-    CriticalSection section;
-    const ScopedLock outer(section);
-    const ScopedLock inner(section);
-    bool entered = true;
-    Thread("other", [&] { entered = section.try_lock(); }).join();
-    EXPECT_FALSE(entered);
-}
-
 TEST(Thread, AsksTheUserForNoDiskInADrive)
 {
     const UINT ofTheProcess = GetErrorMode();

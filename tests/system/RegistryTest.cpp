@@ -79,15 +79,3 @@ TEST_F(Registry, TypedReadsTakeOnlyTheirKind)
     EXPECT_EQ(key.number("unterminated"), std::nullopt);
     EXPECT_EQ(key.read("large")->type, StorageType::Other);
 }
-
-TEST_F(Registry, KeysNestAreListedAndGoWithTheirTree)
-{
-    for (const char* path : {"\\B\\deep\\deeper", "\\A", "\\C with blank"})
-        ASSERT_TRUE(
-            RegistryKey::create(HKEY_CURRENT_USER, std::string(kScratch) + path).setText("", "default"));
-    const RegistryKey key = RegistryKey::open(HKEY_CURRENT_USER, kScratch);
-    EXPECT_EQ(key.subKeys(), (std::vector<std::string>{"A", "B", "C with blank"}));
-    EXPECT_EQ(RegistryKey::open(key.get(), "A").text(""), "default");
-    EXPECT_TRUE(RegistryKey::removeTree(HKEY_CURRENT_USER, std::string(kScratch) + "\\B"));
-    EXPECT_FALSE(RegistryKey::open(HKEY_CURRENT_USER, std::string(kScratch) + "\\B"));
-}
