@@ -387,18 +387,6 @@ TEST_F(ArtworkTest, DefaultImageIsTheUsersOrTheBuiltInOne)
     EXPECT_EQ(drawn(artwork.large(), 0, 3, 3), corner);
 }
 
-TEST_F(ArtworkTest, AlbumsWithoutAPictureTakeNoSlotAndCountAsLoaded)
-{
-    Album& pictured = add(sample("plain.gif"));
-    Album& none = add("");
-    open();
-    EXPECT_EQ(artwork.slots(), 2);
-    ASSERT_TRUE(loadAll());
-    EXPECT_EQ(pictured.imageIndex, 1);
-    EXPECT_EQ(none.imageIndex, 0);
-    EXPECT_EQ(log.percents[1], 100u);
-}
-
 // With 1024 by 1024 pixels some 120 slots are all that the budget allows.
 TEST_F(ArtworkTest, WhatDoesNotFitTakesTheSlotThatWasDrawnLongestAgo)
 {
