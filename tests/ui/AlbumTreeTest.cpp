@@ -5,18 +5,6 @@
 
 using namespace tessera;
 
-TEST_F(AlbumTreeTest, HasThreeRootsWithTheirParameters)
-{
-    for (std::size_t i = 0; i < AlbumTrees::kCount; ++i) {
-        EXPECT_EQ(GetDlgCtrlID(view(i).handle()), controlId::kTreeLibrary + static_cast<int>(i));
-        EXPECT_FALSE(IsWindowVisible(view(i).handle()));
-        std::string roots;
-        for (HTREEITEM item = view(i).root(); item; item = view(i).next(item))
-            roots += describe(item, i) + " ";
-        EXPECT_EQ(roots, "Artist/Album/100/8 Genre/300/8 Rank/0/8 ");
-    }
-}
-
 TEST_F(AlbumTreeTest, GroupsAlbumsInThreeWays)
 {
     Artist& lanterns = artist("The Lanterns");
@@ -167,13 +155,6 @@ TEST_F(AlbumTreeTest, AFailedInsertionIsAnAssertion)
     }
     EXPECT_EQ(s_assertions, (Texts{"PaneAlbumDetails: pTVI->m_hArtistAlbums",
                                    "PaneAlbumDetails: pTVI->m_hGenre", "PaneAlbumDetails: pTVI->m_hRank"}));
-}
-
-TEST_F(AlbumTreeTest, AMissingControlIsAnAssertion)
-{
-    AlbumTrees trees(m_commands);
-    EXPECT_FALSE(trees.create(reinterpret_cast<HWND>(1)));
-    EXPECT_EQ(s_assertions, Texts{"PaneAlbumDetails: m_tvwLibrary.m_pTVW->GetSafeHwnd()"});
 }
 
 TEST_F(AlbumTreeTest, TheSelectedNodeCanBeReadWithoutTheFocusUnderADarkSkin)

@@ -80,35 +80,4 @@ TEST(CalendarModel, ShowsTheSelectedDayMovingAsLittleAsPossible)
     EXPECT_EQ(model.indexOf(model.shownMonth(1)), -1);
 }
 
-TEST(CalendarModel, ScrollingTakesTheDayAlongOnlyWhenItWouldBeOutOfSight)
-{
-    CalendarModel model(ymd(2026, 3, 31));
-    model.setMonths(2);
-    model.scroll(-1);
-    EXPECT_EQ(number(model.selected()), 20260331);
-    model.scroll(-1); // January and February
-    EXPECT_EQ(number(model.selected()), 20260228);
-    EXPECT_EQ(number(model.shownMonth(0)), 202601);
-    model.scroll(5);
-    EXPECT_EQ(number(model.selected()), 20260628);
-}
-
-TEST(CalendarModel, ScrollsNeitherBeforeTheFirstNorBehindTheLastMonth)
-{
-    CalendarModel model(ymd(9999, 12, 31));
-    model.setMonths(2);
-    EXPECT_EQ(number(model.shownMonth(0)), 999911);
-    EXPECT_FALSE(model.canScroll(1));
-    model.scroll(1);
-    EXPECT_EQ(number(model.shownMonth(0)), 999911);
-    EXPECT_TRUE(model.canScroll(-1));
-    model.select(ymd(1601, 1, 1));
-    EXPECT_FALSE(model.canScroll(-1));
-    model.scroll(-3);
-    EXPECT_EQ(number(model.shownMonth(0)), 160101);
-    model.setMonths(99 * 99);
-    model.select(ymd(9999, 12, 31));
-    EXPECT_EQ(number(model.shownMonth(99 * 99 - 1)), 999912);
-}
-
 } // namespace tessera

@@ -1,6 +1,5 @@
 #include "ui/DatePicker.h"
 
-#include "base/Errors.h"
 #include "windowing/Control.h"
 #include "windowing/Drawing.h"
 #include "windowing/MessageLoop.h"
@@ -69,15 +68,6 @@ protected:
     PickerOwner owner;
     DatePicker picker;
 };
-
-class FramelessPicker final : public DatePicker {
-    DialogTemplate pattern() const override
-    {
-        return std::move(DialogTemplate(kCaption, 100, 50).button("OK", IDOK, {5, 5, 50, 14}));
-    }
-};
-
-std::vector<std::string> raised;
 
 } // namespace
 
@@ -194,19 +184,6 @@ TEST_F(DatePickerTest, TheTextOfTwoMonthsFitsInTheFrame)
         EXPECT_LE(places.footer().bottom, client.bottom);
         SendMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
     });
-}
-
-TEST_F(DatePickerTest, WithoutItsFrameItIsAnAssertionAndNoDate)
-{
-    raised.clear();
-    const AssertionHandler before =
-        setAssertionHandler([](const char* expression, const char* unit, unsigned long) {
-            raised.push_back(std::string(unit) + ": " + expression);
-        });
-    FramelessPicker frameless;
-    EXPECT_EQ(frameless.pickDate(owner.handle()), std::nullopt);
-    setAssertionHandler(before);
-    EXPECT_EQ(raised, std::vector<std::string>{"DatePicker: pWnd"});
 }
 
 } // namespace tessera

@@ -99,31 +99,6 @@ protected:
 
 } // namespace
 
-TEST_F(MonthCalendarTest, BeginsWithToday)
-{
-    EXPECT_EQ(selected(), today());
-    EXPECT_EQ(firstShown(), today() / 100 * 100 + 1);
-    EXPECT_EQ(windowText(calendar.handle()), longDate(today()));
-    select(19990131);
-    calendar.create(owner.handle(), kId, {10, 10, 352, 160});
-    EXPECT_EQ(selected(), today());
-    EXPECT_TRUE(owner.codes.empty());
-}
-
-TEST_F(MonthCalendarTest, GridCountsOutsideTheLimitsAreIgnored)
-{
-    calendar.setGrid(0, 3);
-    EXPECT_EQ(calendar.rows(), 1);
-    EXPECT_EQ(calendar.columns(), 3);
-    calendar.setGrid(99, 100);
-    EXPECT_EQ(calendar.rows(), 99);
-    EXPECT_EQ(calendar.columns(), 3);
-    calendar.setGrid(-1, -1);
-    EXPECT_EQ(calendar.rows(), 99);
-    RedrawWindow(calendar.handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); // no room: no harm
-    EXPECT_EQ(selected(), today());
-}
-
 TEST_F(MonthCalendarTest, KeysMoveTheDay)
 {
     select(20240131);

@@ -43,24 +43,6 @@ protected:
     std::unique_ptr<PaneLog> m_pane;
 };
 
-TEST_F(PaneLogTest, ListIsWhereItsUsersLookForIt)
-{
-    open();
-    EXPECT_EQ(GetDlgCtrlID(m_pane->window()), 3000);
-    EXPECT_EQ(GetDlgItem(m_pane->window(), 3001), m_pane->exportList());
-    char name[64] = "";
-    GetClassNameA(m_pane->exportList(), name, sizeof(name));
-    EXPECT_STREQ(name, "SysListView32");
-    ASSERT_EQ(list().columnCount(), 3);
-    EXPECT_EQ(list().columnWidth(0), 100);
-    EXPECT_EQ(list().columnWidth(1), 75);
-    const auto style = GetWindowLongA(m_pane->exportList(), GWL_STYLE);
-    EXPECT_TRUE(style & LVS_SHOWSELALWAYS);
-    EXPECT_TRUE(list().send(LVM_GETEXTENDEDLISTVIEWSTYLE) & LVS_EX_FULLROWSELECT);
-    EXPECT_EQ(static_cast<COLORREF>(list().send(LVM_GETBKCOLOR)), m_commands.background);
-    EXPECT_STREQ(m_pane->exportBaseName(), "TesseraLog");
-}
-
 TEST_F(PaneLogTest, LastColumnFillsTheListAtEveryWidth)
 {
     open();
@@ -86,17 +68,6 @@ TEST_F(PaneLogTest, WhatWasLoggedBeforeTheWindowIsThereToo)
     EXPECT_EQ(list().text(0, 1), "50%");
     EXPECT_EQ(list().text(0, 2), "first");
     EXPECT_EQ(list().text(1, 1), " ");
-}
-
-TEST_F(PaneLogTest, LinesOfThisThreadAppearAtOnce)
-{
-    open();
-    const auto job = m_log.newJob();
-    job->line("Sorting");
-    EXPECT_EQ(list().count(), 1);
-    job->progress(3, 4);
-    pumpMessages(200); // percentages wait for a timer
-    EXPECT_EQ(list().text(0, 1), "75%");
 }
 
 TEST_F(PaneLogTest, ThousandsOfLinesFromTwoThreads)

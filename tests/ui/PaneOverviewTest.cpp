@@ -1,9 +1,7 @@
 #include "OverviewFixture.h"
-#include "windowing/FileDrag.h"
 
 #include <algorithm>
 #include <set>
-#include <shlobj.h>
 
 namespace tessera {
 namespace {
@@ -440,20 +438,6 @@ TEST_F(PaneOverviewTest, ListensToCoversWhileItLives)
     EXPECT_EQ(dirty.bottom - dirty.top, 100);
     m_pane.reset();
     EXPECT_TRUE(m_commands.fakeCovers.listeners.empty());
-}
-
-TEST(FileDragTest, BlockHoldsEveryNameAndEnds)
-{
-    const HGLOBAL block = makeFileList({"C:\\a b.mp3", "D:\\\xE4.mp3"});
-    ASSERT_NE(block, nullptr);
-    const auto drop = static_cast<HDROP>(block);
-    EXPECT_EQ(DragQueryFileA(drop, 0xFFFFFFFF, nullptr, 0), 2u);
-    char name[MAX_PATH] = "";
-    DragQueryFileA(drop, 0, name, MAX_PATH);
-    EXPECT_STREQ(name, "C:\\a b.mp3");
-    DragQueryFileA(drop, 1, name, MAX_PATH);
-    EXPECT_STREQ(name, "D:\\\xE4.mp3");
-    GlobalFree(block);
 }
 
 } // namespace

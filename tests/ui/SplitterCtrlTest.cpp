@@ -1,6 +1,5 @@
 #include "ui/SplitterCtrl.h"
 
-#include "base/Errors.h"
 #include "support/GdiObjects.h"
 #include "windowing/Drawing.h"
 #include "windowing/MessageLoop.h"
@@ -33,20 +32,17 @@ public:
     }
     SplitterCtrl bar;
     int notified = 0;
-    HWND sender = nullptr;
-    RECT area{}; // of the bar; empty: the whole
 
 private:
-    Handled onMoved(NMHDR& header)
+    Handled onMoved(NMHDR&)
     {
         ++notified;
-        sender = header.hwndFrom;
         return onSize({});
     }
     Handled onSize(const Message&)
     {
         if (bar.handle()) {
-            bar.layout(IsRectEmpty(&area) ? clientRect() : area);
+            bar.layout(clientRect());
         }
         return 0;
     }
@@ -114,24 +110,7 @@ protected:
     SplitPane pane;
 };
 
-std::vector<std::string> raised;
-
 } // namespace
-
-TEST_F(SplitterCtrlTest, TellsTheParentAndIsLaidOutInsideTheRectangle)
-{
-    pane.area = {100, 30, 500, 330};
-    make(SplitterOrientation::Vertical, 30);
-    EXPECT_EQ(pane.notified, 1);
-    EXPECT_EQ(pane.sender, pane.bar.handle());
-    EXPECT_EQ(sides(), (Sides{220, 30, 227, 330}));
-    pane.area = {100, 30, 301, 330}; // 201 wide: cut off, not rounded
-    SendMessageA(pane.handle(), WM_SIZE, 0, 0);
-    EXPECT_EQ(sides(), (Sides{160, 30, 167, 330}));
-    make(SplitterOrientation::Horizontal, 30);
-    EXPECT_EQ(sides(), (Sides{100, 120, 301, 127}));
-    EXPECT_DOUBLE_EQ(pane.bar.position(), 30);
-}
 
 TEST_F(SplitterCtrlTest, PositionsOutsideTheLimitsAreLaidOutAtThem)
 {
@@ -286,19 +265,6 @@ TEST_F(SplitterCtrlTest, RaisedLongEdgesRoundTheColourAndItsOwnCursor)
                      MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
         EXPECT_EQ(GetCursor(), LoadCursorA(nullptr, one.cursor));
     }
-}
-
-TEST_F(SplitterCtrlTest, WithoutAParentItIsAnAssertion)
-{
-    raised.clear();
-    const AssertionHandler before =
-        setAssertionHandler([](const char* expression, const char* unit, unsigned long) {
-            raised.push_back(std::string(unit) + ": " + expression);
-        });
-    SplitterCtrl orphan;
-    EXPECT_FALSE(orphan.create(nullptr, kId, SplitterOrientation::Vertical, 20, 80, 50, kBar));
-    setAssertionHandler(before);
-    EXPECT_EQ(raised, std::vector<std::string>{"SplitterCtrl: this->GetSafeHwnd()"});
 }
 
 TEST_F(SplitterCtrlTest, DraggingLeaksNoGdiObjects)
