@@ -6,8 +6,10 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <optional>
 #include <random>
+#include <utility>
 
 namespace tessera {
 
@@ -54,18 +56,20 @@ try {
     return false;
 }
 
-// Names behind those that are taken, the nearest first; fewer, or none, when the numbers are used up.
+// Names behind those that are taken, the nearest first, then those between; none when all are taken.
 std::vector<std::string> freeNames(const std::string& fileName, FileSystem& files)
 {
-    std::vector<std::string> names;
-    for (int number = kLastNumber; number >= kFirstNumber; --number) {
+    std::vector<std::string> behind;
+    std::vector<std::string> between;
+    for (int number = kFirstNumber; number <= kLastNumber; ++number) {
         std::string name = numberedName(fileName, number);
         if (files.exists(name))
-            break;
-        names.push_back(std::move(name));
+            std::ranges::move(std::exchange(behind, {}), std::back_inserter(between));
+        else
+            behind.push_back(std::move(name));
     }
-    std::ranges::reverse(names);
-    return names;
+    std::ranges::move(between, std::back_inserter(behind));
+    return behind;
 }
 
 std::vector<std::string> keptNames(const std::string& fileName, FileSystem& files)
@@ -150,8 +154,8 @@ Replacement planReplacement(const std::string& fileName, FileSystem& files,
     if (previous.mayHoldMarks() && !supersedes(replaced, previous, terminating)) {
         plan.earlier = std::move(plan.spare);
         plan.spare = std::move(names[1]);
-        if (plan.earlier.empty()) // the numbers are used up
-            plan.previous.clear();
+        if (plan.earlier.empty())
+            plan.previous.clear(); // its holder stays
     }
     if (plan.mustStay) {
         for (std::string& name : keptNames(fileName, files)) {

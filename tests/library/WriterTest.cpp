@@ -198,6 +198,21 @@ TEST_F(Replacing, APreviousNameThatCannotBeGivenDoesNotFailTheBuild)
     EXPECT_EQ(after()[kTarget], built);
 }
 
+// Numbers for earlier databases that others have: some at the end, all but one, all.
+TEST_F(Replacing, NumbersThatAreUsedUpLoseNoMarks)
+{
+    for (const int first : {97, 98, 99, 3, 2}) {
+        SCOPED_TRACE(first);
+        prepare(markedDatabase(true, false), markedDatabase(false, true));
+        for (int number = first; number <= 99; ++number)
+            after()[kTarget + format(".%d.bak", number)] = bytesOf("taken");
+        EXPECT_EQ(write(), first > 2);
+        expectMarksKept("marks");
+        EXPECT_TRUE(after().contains(kTarget + ".2.bak"));
+        EXPECT_EQ(after()[first > 2 ? kTarget : temporary()], built);
+    }
+}
+
 // A call that fails, and a crash at a call, after which nothing is done any more.
 TEST_F(Replacing, EveryFailureAndCrashKeepsTheOldDatabaseOrTheNewOne)
 {
@@ -235,6 +250,7 @@ TEST_F(Replacing, EveryFailureAndCrashKeepsTheOldDatabaseOrTheNewOne)
                     EXPECT_FALSE(rig->database.read(kTarget, rig->host, rig->context, {}));
                     EXPECT_NE(rig->prompt.text().find(".bak - the"), std::string::npos) << rig->prompt.text();
                     EXPECT_NE(rig->prompt.text().find(".tmp - a"), std::string::npos);
+                    EXPECT_TRUE(rig->prompt.text().ends_with("\nRename one of them to open it."));
                 } else if (rig->prompt.text().find("complete") != std::string::npos) {
                     EXPECT_EQ(after()[temporary()], whole);
                 } else {
@@ -285,6 +301,8 @@ TEST_F(Replacing, FilesThatAreHeldForAMomentAreWaitedFor)
     const std::uint32_t end = tickCount();
     EXPECT_FALSE(Database().read(kTarget, rig->host, rig->context, {}));
     EXPECT_LT(tickCount() - end, 1500u);
+    EXPECT_EQ(rig->prompt.boxes.back(), "exclamation: Could not open the database 'C:\\db\\sample.ts2'!")
+        << "nothing about what is beside a file that is there";
 }
 
 // Takes any number of bytes and only counts them.
@@ -323,11 +341,11 @@ TEST(Writer, WhatNoLoadCouldHoldIsRefused)
     CountingFiles files;
     files.files[kTarget] = sampleDatabase();
     files.files["C:\\m\\a\\folder.jpg"] = Bytes(std::size_t{64} << 20);
-    for (std::int32_t id = 10; id < 50; ++id) { // 2.5 GB
+    for (std::int32_t id = 10; id < 50; ++id) { // 2.5 GB; the last picture is not even looked for
         auto album = std::make_unique<Album>();
         album->id = id;
         album->flags = kAlbumHasImage;
-        album->thumbnailFile = "C:\\m\\a\\folder.jpg";
+        album->thumbnailFile = id < 49 ? "C:\\m\\a\\folder.jpg" : "C:\\missing.jpg";
         rig.database.library().albums.emplace(id, std::move(album));
     }
     JobContext context{files, rig.log, rig.prompt, rig.terminating};
