@@ -111,6 +111,8 @@ TEST_F(FilterPass, NothingFiltered)
 {
     EXPECT_EQ(run(), "1234");
     EXPECT_EQ(rig.log.text(), "Applying any additional filters on data\nNo albums filtered out");
+    rig.terminating = true;
+    EXPECT_THROW(applyFilters(library, settings, rig.context), Cancelled);
 }
 
 TEST_F(FilterPass, FewTracksLeaveWithTheirTracksAndArtist)

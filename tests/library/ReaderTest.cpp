@@ -236,6 +236,18 @@ TEST(Reader, WhatTheWriterCannotHaveMadeIsRefused)
     EXPECT_EQ(boxOf(artist(twice, {1})), "") << "a track without an album";
     EXPECT_EQ(boxOf(artist(nameTwice, {1}, 0)), kInvalid) << "a name stored twice";
 
+    for (const std::int64_t id : {0, 1}) {
+        Ts2Bytes artists = tracks(1, {1});
+        artists.bytes[24] = 2;
+        album(artists, 1, {1});
+        if (id == 1)
+            artist(artists, {1});
+        artists.word(1).word(id).text("y").word(0).ids({});
+        if (id == 0)
+            artist(artists, {1});
+        EXPECT_EQ(boxOf(artists), kInvalid) << "an artist of id 0, or the same once more";
+    }
+
     Ts2Bytes nowhere = tracks(1, {1, 0});
     album(nowhere, 1, {1});
     EXPECT_EQ(boxOf(artist(nowhere, {1})), kInvalid) << "a track of album 0";
