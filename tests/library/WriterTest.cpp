@@ -1,4 +1,5 @@
 #include "base/Clock.h"
+#include "base/PatientFiles.h"
 #include "library/KeptDatabases.h"
 #include "library/SampleRig.h"
 
@@ -290,6 +291,11 @@ TEST_F(Replacing, FilesThatAreHeldForAMomentAreWaitedFor)
         EXPECT_LE(rig->files.held[held], 0);
         EXPECT_EQ(after().size(), 3u);
     }
+    int pauses = 0;
+    rig->files.held[kTarget] = 3;
+    PatientFiles patient(rig->files, rig->terminating, [&] { ++pauses; });
+    EXPECT_TRUE(patient.openForUpdate(kTarget));
+    EXPECT_EQ(pauses, 3);
     rig->files.held[kTarget] = 5;
     EXPECT_TRUE(Database().read(kTarget, rig->host, rig->context, {}));
     rig->files.held[kTarget] = 1000000;
