@@ -57,24 +57,6 @@ std::string fold(std::string_view text, bool upper)
     return result;
 }
 
-// Bytes of the text that match the whole pattern at the position; 0 when they do not.
-std::size_t matchAt(const CodePage& page, std::string_view text, std::size_t position,
-                    std::string_view pattern)
-{
-    std::size_t at = position;
-    for (std::size_t i = 0; i < pattern.size();) {
-        if (at >= text.size())
-            return 0;
-        const Folded left = upperAt(page, text, at);
-        const Folded right = upperAt(page, pattern, i);
-        if (left.character != right.character)
-            return 0;
-        at += left.length;
-        i += right.length;
-    }
-    return at - position;
-}
-
 char16_t lowerUnit(char16_t unit)
 {
     if (unit < 0x80)
@@ -223,29 +205,6 @@ std::size_t findLastBackslash(std::string_view text)
             last = i;
     }
     return last;
-}
-
-void replaceNoCase(std::string_view pattern, std::string_view replacement, std::string& text)
-{
-    if (pattern.empty())
-        return;
-    const CodePage& page = codePage();
-    std::string result;
-    std::size_t copied = 0;
-    for (std::size_t i = 0; i < text.size();) {
-        const std::size_t matched = matchAt(page, text, i, pattern);
-        if (matched == 0) {
-            i += lengthAt(page, text, i);
-            continue;
-        }
-        result.append(text, copied, i - copied).append(replacement);
-        i += matched;
-        copied = i;
-    }
-    if (copied == 0)
-        return;
-    result.append(text, copied);
-    text = std::move(result);
 }
 
 std::vector<std::string> split(std::string_view text, std::string_view delimiters)

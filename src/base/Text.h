@@ -37,9 +37,6 @@ std::size_t characterLength(std::string_view text, std::size_t position);
 // Position of the last backslash that is a character of its own, or npos.
 std::size_t findLastBackslash(std::string_view text);
 
-// Replaces every occurrence, ignoring case, and searches on behind the inserted text.
-void replaceNoCase(std::string_view pattern, std::string_view replacement, std::string& text);
-
 // Pieces between any of the delimiters (single-byte characters), in order; empty ones are dropped.
 std::vector<std::string> split(std::string_view text, std::string_view delimiters);
 std::string join(const std::vector<std::string>& pieces, std::string_view separator);

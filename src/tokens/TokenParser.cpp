@@ -15,16 +15,31 @@ struct Token {
     std::string (*value)(const Source&);
 };
 
-// One token after the other in the order given: a value that holds a later token is expanded by
-// that token's step. A value is asked for only when its token is there.
-template <class Source>
-void expand(std::string& text, std::span<const Token<Source>> tokens, const Source& source)
-{
-    for (const Token<Source>& token : tokens) {
-        if (containsToken(text, token.text))
-            replaceToken(token.text, token.value(source), text);
+// A template that becomes its text, step by step.
+class Expansion {
+public:
+    explicit Expansion(std::string text) : m_text(std::move(text)) {}
+
+    void replace(std::string_view token, std::string_view value)
+    {
+        replaceToken(token, value, m_text, m_room);
     }
-}
+    // One token after the other in the order given: a value that holds a later token is expanded by
+    // that token's step. A value is asked for only when its token is there.
+    template <class Source>
+    void replaceAll(std::span<const Token<Source>> tokens, const Source& source)
+    {
+        for (const Token<Source>& token : tokens) {
+            if (containsToken(m_text, token.text))
+                replace(token.text, token.value(source));
+        }
+    }
+    std::string text() && { return std::move(m_text); }
+
+private:
+    std::string m_text;
+    std::size_t m_room = kRoomForValues;
+};
 
 std::string number(std::int32_t value)
 {
@@ -224,44 +239,39 @@ TokenParser::TokenParser()
 
 std::string TokenParser::expandAlbum(std::string_view text, const Album& album) const
 {
-    std::string result = processTemplateEscapes(text);
-    expand<Album>(result, kAlbumExpansion, album);
-    return result;
+    Expansion expansion(processTemplateEscapes(text));
+    expansion.replaceAll<Album>(kAlbumExpansion, album);
+    return std::move(expansion).text();
 }
 
 std::string TokenParser::expandArtwork(std::string_view pattern, const Album& album) const
 {
-    std::string result(pattern);
-    replaceToken("<MJArtworkDir>", m_artworkFolder, result);
-    expand<Album>(result, kArtworkExpansion, album);
-    return result;
+    Expansion expansion{std::string(pattern)};
+    expansion.replace("<MJArtworkDir>", m_artworkFolder);
+    expansion.replaceAll<Album>(kArtworkExpansion, album);
+    return std::move(expansion).text();
 }
 
 std::string TokenParser::expandTrack(std::string_view text, const Track& track, unsigned flags) const
 {
-    std::string result = processTemplateEscapes(text);
-    replaceToken("<Filename>", track.fileName, result);
+    Expansion expansion(processTemplateEscapes(text));
+    expansion.replace("<Filename>", track.fileName);
     if ((flags & kPreview) != 0) {
-        expandSample(result);
-        return result;
+        expansion.replaceAll<Album>(kPreviewAlbum, m_album);
+        for (const PreviewText& preview : kPreviewTexts)
+            expansion.replace(preview.token, preview.text);
+        return std::move(expansion).text();
     }
     if (track.m_pMJFile == nullptr)
         throw HostError(kErrorPointer);
     const FileSource file = track.m_pMJFile.get();
     const Album none;
     if ((flags & kFromHostFile) != 0)
-        expand<FileSource>(result, kFileAlbumExpansion, file);
+        expansion.replaceAll<FileSource>(kFileAlbumExpansion, file);
     else
-        expand<Album>(result, kTrackAlbumExpansion, track.album != nullptr ? *track.album : none);
-    expand<FileSource>(result, kTrackExpansion, file);
-    return result;
-}
-
-void TokenParser::expandSample(std::string& text) const
-{
-    expand<Album>(text, kPreviewAlbum, m_album);
-    for (const PreviewText& preview : kPreviewTexts)
-        replaceToken(preview.token, preview.text, text);
+        expansion.replaceAll<Album>(kTrackAlbumExpansion, track.album != nullptr ? *track.album : none);
+    expansion.replaceAll<FileSource>(kTrackExpansion, file);
+    return std::move(expansion).text();
 }
 
 std::string artworkTokenHelp()

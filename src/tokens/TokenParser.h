@@ -33,8 +33,6 @@ public:
     const Track& sampleTrack() const { return m_tracks[0]; }
 
 private:
-    void expandSample(std::string& text) const;
-
     Artist m_artist;
     Album m_album;
     Track m_tracks[2];

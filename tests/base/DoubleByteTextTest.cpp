@@ -51,14 +51,6 @@ TEST_F(DoubleByteText, TrailBytesAreNoBackslashesAndNoDelimiters)
     EXPECT_EQ(characterLength(std::string_view("\x83\0", 2), 0), 1u);
 }
 
-TEST_F(DoubleByteText, ReplaceMatchesWholeCharacters)
-{
-    std::string text = "\x83\x61\x61";
-    replaceNoCase("a", "b", text);
-    EXPECT_EQ(text, "\x83\x61"
-                    "b");
-}
-
 TEST_F(DoubleByteText, ConvertsBothWays)
 {
     EXPECT_EQ(toCodePage(u"\u30BD\u65E5"), "\x83\x5C\x93\xFA");

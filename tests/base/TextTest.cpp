@@ -163,30 +163,6 @@ TEST(Text, AFileIsReadAsItsMarkSays)
         EXPECT_EQ(textOfFile(bytes), text);
 }
 
-TEST(Text, ReplaceGoesOnBehindTheInsertedText)
-{
-    const struct {
-        const char* pattern;
-        const char* replacement;
-        const char* text;
-        const char* expected;
-    } cases[] = {
-        {"<A>", "x", "<a> - <A>", "x - x"},
-        {"<A>", "<a>!", "<A><A>", "<a>!<a>!"},
-        {"<A>", "", "<A>", ""},
-        {"<A>", "y", "<A <A> A>", "<A y A>"},
-        {"<A>", "y", "", ""},
-        {"", "y", "text", "text"},
-        {"aa", "b", "aaaaa", "bba"},
-        {"longer than the text", "y", "text", "text"},
-    };
-    for (const auto& c : cases) {
-        std::string text = c.text;
-        replaceNoCase(c.pattern, c.replacement, text);
-        EXPECT_EQ(text, c.expected);
-    }
-}
-
 TEST(Text, AShownNameFitsIntoABox)
 {
     EXPECT_EQ(shownName("C:\\a.jpg"), "C:\\a.jpg");
