@@ -13,6 +13,9 @@ namespace {
 
 constexpr std::string_view kSeparators = ", ;";
 
+// Of one match; a name and a pattern of 255 characters each take 65,000 at most.
+constexpr std::size_t kMostSteps = 1'000'000;
+
 // The first pieces of a wildcard match; a piece is a whole character.
 class Walk {
 public:
@@ -33,10 +36,13 @@ private:
 
 using PatternList = std::vector<std::string>; // upper-case pieces
 
-bool matchesAny(std::string_view upperText, const PatternList& patterns)
+// A file may hold millions of patterns, and a name be as long as its tag: any of them may be the last.
+bool matchesAny(std::string_view upperText, const PatternList& patterns, const JobContext& context)
 {
-    return std::ranges::any_of(
-        patterns, [&](const std::string& pattern) { return matchesWildcard(upperText, pattern); });
+    return std::ranges::any_of(patterns, [&](const std::string& pattern) {
+        context.stopIfTerminating();
+        return matchesWildcard(upperText, pattern);
+    });
 }
 
 struct ExclusionPair {
@@ -51,22 +57,22 @@ struct Rules {
     PatternList types;
     std::vector<ExclusionPair> exclusions;
 
-    bool reject(const Album& album) const
+    bool reject(const Album& album, const JobContext& context) const
     {
         return static_cast<std::int64_t>(album.tracks.size()) < minTracks ||
-               (excludeUnassigned && album.hostTitle.empty()) || matchesAny(toUpper(album.type), types) ||
-               isExcluded(album);
+               (excludeUnassigned && album.hostTitle.empty()) ||
+               matchesAny(toUpper(album.type), types, context) || isExcluded(album, context);
     }
 
 private:
-    bool isExcluded(const Album& album) const
+    bool isExcluded(const Album& album, const JobContext& context) const
     {
         if (exclusions.empty())
             return false;
         const std::string artist = toUpper(album.artist ? album.artist->displayName : std::string());
         const std::string title = toUpper(album.displayTitle);
         return std::ranges::any_of(exclusions, [&](const ExclusionPair& pair) {
-            return matchesAny(artist, pair.artist) && matchesAny(title, pair.album);
+            return matchesAny(artist, pair.artist, context) && matchesAny(title, pair.album, context);
         });
     }
 };
@@ -83,8 +89,10 @@ std::vector<ExclusionPair> loadExclusions(const std::string& path, JobContext& c
     }
     const Exclusions lists = parseExclusions({reinterpret_cast<const char*>(bytes->data()), bytes->size()});
     std::vector<ExclusionPair> pairs;
-    for (std::size_t i = 0; i < lists.artists.size(); ++i)
+    for (std::size_t i = 0; i < lists.artists.size(); ++i) {
+        context.stopIfTerminating();
         pairs.push_back({split(lists.artists[i], kSeparators), split(lists.albums[i], kSeparators)});
+    }
     return pairs;
 }
 
@@ -108,7 +116,7 @@ AlbumSet rejectedAlbums(const Library& library, const Rules& rules, JobContext& 
         context.stopIfTerminating();
         context.log.progress(static_cast<std::uint32_t>(id), static_cast<std::uint32_t>(count));
         const auto found = library.albums.find(id);
-        if (found != library.albums.end() && rules.reject(*found->second))
+        if (found != library.albums.end() && rules.reject(*found->second, context))
             rejected.insert(found->second.get());
     }
     return rejected;
@@ -122,9 +130,13 @@ bool matchesWildcard(std::string_view text, std::string_view pattern)
     Walk wanted(pattern);
     std::optional<Walk> restartText;
     std::optional<Walk> restartPattern;
-    while (!at.atEnd()) {
+    for (std::size_t steps = 0; !at.atEnd(); ++steps) {
+        if (steps == kMostSteps)
+            return false;
         if (wanted.is('*')) {
             wanted.advance();
+            if (wanted.atEnd())
+                return true;
             restartText = at;
             restartPattern = wanted;
         } else if (!wanted.atEnd() && (wanted.is('?') || wanted.character() == at.character())) {

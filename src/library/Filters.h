@@ -8,7 +8,8 @@
 
 namespace tessera {
 
-// "*" any run, "?" any one character; both texts already upper case.
+// "*" any run, "?" any one character; both texts already upper case. False when it takes more than
+// a million steps, as only texts made for that do.
 bool matchesWildcard(std::string_view text, std::string_view pattern);
 
 struct Exclusions {

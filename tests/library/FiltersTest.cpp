@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 namespace tessera::test {
 namespace {
 
@@ -162,6 +164,32 @@ TEST_F(FilterPass, ExclusionsFile)
     settings.exclusionList = "C:\\x.txt";
     rig.files.files["C:\\x.txt"] = bytesOf("*\nGreatest Hits\nLUMEN\n*unassigned*\nada bob\nb* a?c");
     EXPECT_EQ(run(), "1");
+}
+
+// 20 KB of a name by 10 KB of a pattern that walks anew from every place of it.
+TEST_F(FilterPass, NamesAndPatternsMadeToTakeForEverDoNot)
+{
+    const std::string letters(20000, 'A');
+    for (const char* artist : {"Ada", "Bob", "Eve"})
+        add(artist, letters, "MP3", 1);
+    add("Zoe", letters, std::string(3'000'000, 'A'), 1); // long, but no walk
+    settings.excludedTypes = "A*";
+    settings.exclusionList = "C:\\x.txt";
+    rig.files.files["C:\\x.txt"] = bytesOf("*\n*" + letters.substr(0, 10000) + "B");
+    const auto start = std::chrono::steady_clock::now();
+    applyFilters(library, settings, rig.context);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+    EXPECT_EQ(rig.log.lines.back(), "Albums excluded - 1 out of 4");
+}
+
+// The end comes while an album is looked at.
+TEST_F(FilterPass, TheEndWaitsForNoPattern)
+{
+    rig.log.terminating = &rig.terminating;
+    rig.log.cancelAtStep = 1;
+    add("Ada", "Arc", "MP3", 1);
+    settings.excludedTypes = "WAV";
+    EXPECT_THROW(applyFilters(library, settings, rig.context), Cancelled);
 }
 
 TEST_F(FilterPass, ExclusionsFileThatCannotBeOpened)

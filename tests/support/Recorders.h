@@ -16,6 +16,7 @@ public:
     std::vector<std::uint32_t> percents;
     int level = 0;
     std::size_t cancelAtLine = 0; // sets `terminating` when this many lines are there
+    std::size_t cancelAtStep = 0; // the same, at this report of progress
     std::atomic<bool>* terminating = nullptr;
 
     void startTimer() override { level = 0; }
@@ -35,8 +36,13 @@ public:
         if (percent < percents.back() || percent > 100)
             throw std::logic_error(format("progress: %u of %u", done, total));
         percents.back() = percent;
+        if (terminating && ++m_steps == cancelAtStep)
+            *terminating = true;
     }
     std::string text() const { return join(lines, "\n"); }
+
+private:
+    std::size_t m_steps = 0;
 };
 
 // Keeps what the user would see, a line each: "stop: TEXT", "exclamation: TEXT",
