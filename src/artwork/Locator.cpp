@@ -102,7 +102,8 @@ std::int32_t settle(Album& album, const PictureCheck& isPicture)
     if (album.thumbnailFile.empty())
         return 0;
     album.set(kAlbumHasImage, true);
-    const bool readable = !album.has(kAlbumInternalImage) && isPicture(album.thumbnailFile);
+    const bool readable = !album.has(kAlbumInternalImage) && !hasControlCharacter(album.thumbnailFile) &&
+                          isPicture(album.thumbnailFile);
     if (!readable)
         album.thumbnailFile.clear();
     return readable ? 2 : 1;

@@ -194,6 +194,11 @@ std::size_t characterLength(std::string_view text, std::size_t position)
     return lengthAt(codePage(), text, position);
 }
 
+bool hasControlCharacter(std::string_view text)
+{
+    return std::ranges::any_of(text, [](char c) { return static_cast<unsigned char>(c) < ' '; });
+}
+
 std::size_t findLastBackslash(std::string_view text)
 {
     const CodePage& page = codePage();

@@ -34,6 +34,8 @@ std::string textOfFile(std::string_view bytes);
 
 // Bytes of the character at the position: 2 for a lead byte that has a trail byte, else 1.
 std::size_t characterLength(std::string_view text, std::size_t position);
+// Below the blank: no file and no folder of the system has one in its name.
+bool hasControlCharacter(std::string_view text);
 // Position of the last backslash that is a character of its own, or npos.
 std::size_t findLastBackslash(std::string_view text);
 

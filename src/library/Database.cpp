@@ -101,7 +101,7 @@ bool Database::read(const std::string& fileName, Host& host, JobContext& context
     }
     const LogSection section(context.log);
     try {
-        LibraryLoader loader(m_library, m_flags, host);
+        LibraryLoader loader(m_library, m_flags, host, context);
         DatabaseReader(*bytes, fileName, context, loader).read();
     } catch (const ReadFailure& failure) {
         tell(context.prompt, failure);

@@ -25,6 +25,12 @@ struct SharedText {
     std::uint32_t rank = 0; // in the order of the folded texts; equal ones have the same
 };
 
+// Texts of the host are as long as it says; what it shows of them ends at a NUL.
+std::string nameOf(const std::u16string& wide)
+{
+    return toCodePage(std::u16string_view(wide).substr(0, wide.find(u'\0')));
+}
+
 class SharedTexts {
 public:
     const SharedText* find(std::u16string wide)
@@ -33,7 +39,7 @@ public:
             return &m_last->second;
         const auto [found, isNew] = m_texts.try_emplace(std::move(wide));
         if (isNew)
-            found->second = {toCodePage(found->first), foldWide(found->first)};
+            found->second = {nameOf(found->first), foldWide(found->first)};
         m_last = &*found;
         return &found->second;
     }
@@ -209,14 +215,14 @@ void LibraryBuild::link()
             ++leftOut;
     }
     if (leftOut > 0)
-        m_context.log.print("Files left out - %ld (names outside the system code page)", leftOut);
+        m_context.log.print("Files left out - %ld (names outside the system code page or with control characters)", leftOut);
 }
 
-// False for a name that the code page cannot give back: no load could find the file again.
+// False for a name that the code page cannot give back or no file has: no load could find it again.
 bool LibraryBuild::linkFile(HostFilePtr file)
 {
     std::optional<std::string> name = toCodePageExactly(file->wideText(FileText::Filename));
-    if (!name)
+    if (!name || hasControlCharacter(*name))
         return false;
     Entry& entry = m_tracks.emplace_back();
     entry.file = std::move(file);

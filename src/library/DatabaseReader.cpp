@@ -1,5 +1,6 @@
 #include "library/DatabaseReader.h"
 
+#include "base/Text.h"
 #include "library/Assertions.h"
 #include "library/Format.h"
 
@@ -29,11 +30,6 @@ std::string versionMessage(const std::string& fileName, std::int32_t found)
                   fileName.c_str(), static_cast<int>(ts2::kVersion), static_cast<int>(found));
 }
 
-bool ascending(const std::vector<std::int32_t>& ids)
-{
-    return std::ranges::adjacent_find(ids, std::greater_equal<>()) == ids.end();
-}
-
 } // namespace
 
 std::uint32_t FieldReader::word()
@@ -58,14 +54,12 @@ std::string_view FieldReader::text()
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-void FieldReader::idList(std::vector<std::int32_t>& ids)
+std::uint32_t FieldReader::idCount()
 {
     const std::uint32_t count = length();
     if (count > remaining() / 4)
         throw shortRead();
-    ids.resize(count);
-    for (std::int32_t& id : ids)
-        id = number();
+    return count;
 }
 
 ByteView FieldReader::block(std::uint32_t length)
@@ -111,13 +105,13 @@ void DatabaseReader::read()
     if ((m_flags & ts2::kHasImages) != 0)
         readImages();
     expect(m_imageCount == m_imageAlbums.size() && m_fields.remaining() == 0 && !m_fields.sawNegative());
-    if (!m_regular || !linksAgree())
-        refuse();
+    require(m_regular && linksAgree());
 }
 
-void DatabaseReader::refuse()
+void DatabaseReader::require(bool regular)
 {
-    throw invalid();
+    if (!regular)
+        throw invalid();
 }
 
 // A count is believed only as far as the bytes that are left can bear it out.
@@ -136,13 +130,42 @@ void DatabaseReader::forEachRecord(std::uint32_t count, Step step)
     }
 }
 
+// A list may be as long as the file: in ascending order each id finds its place at once.
+template <class Step>
+void DatabaseReader::forEachId(Step step)
+{
+    std::int32_t last = 0;
+    for (std::uint32_t i = m_fields.idCount(); i > 0; --i) {
+        m_context.stopIfTerminating();
+        const std::int32_t id = m_fields.number();
+        step(id);
+        require(id > last);
+        last = id;
+    }
+}
+
+// As a tag has it, with any character but the NUL, where texts end.
+std::string_view DatabaseReader::readName()
+{
+    const std::string_view name = m_fields.text();
+    require(name.find('\0') == std::string_view::npos);
+    return name;
+}
+
+// It goes to the host, to the disk and into what is dragged out.
+std::string_view DatabaseReader::readPath()
+{
+    const std::string_view path = m_fields.text();
+    require(!hasControlCharacter(path));
+    return path;
+}
+
 void DatabaseReader::readHeader()
 {
     m_context.log.line("Reading header information");
     const std::uint32_t first = m_fields.word();
     const std::uint32_t second = m_fields.word();
-    if (first != ts2::kFirstMagic || second != ts2::kSecondMagic)
-        refuse();
+    require(first == ts2::kFirstMagic && second == ts2::kSecondMagic);
     const std::uint32_t version = m_fields.word();
     if (version != ts2::kVersion)
         throw ReadFailure{nullptr, 0, Severity::Stop,
@@ -169,12 +192,11 @@ void DatabaseReader::readTrack()
     track.position = m_fields.position();
     expect(m_fields.word() == 0); // flags
     track.id = m_fields.number();
-    track.fileName = m_fields.text();
-    if (!m_tracks.append(track.id))
-        refuse();
+    track.fileName = readPath();
+    require(m_tracks.append(track.id));
     m_sink.track(track);
     const std::int32_t albumId = m_fields.number();
-    expect(albumId != kListed);
+    require(albumId != kListed);
     m_trackAlbums.push_back(albumId);
     m_sink.trackAlbum(albumId);
 }
@@ -192,25 +214,23 @@ void DatabaseReader::readAlbum()
     album.position = m_fields.position();
     album.flags = m_fields.word();
     album.id = m_fields.number();
-    album.hostTitle = m_fields.text();
+    album.hostTitle = readName();
     const bool titleOnce = (album.flags & kAlbumTitleOnce) != 0;
-    album.displayTitle = titleOnce ? album.hostTitle : m_fields.text();
+    album.displayTitle = titleOnce ? album.hostTitle : readName();
     expect(titleOnce || album.displayTitle != album.hostTitle);
-    album.type = m_fields.text();
+    album.type = readName();
     album.artistId = m_fields.number();
-    album.genre = m_fields.text();
+    album.genre = readName();
     album.duration = m_fields.number();
     album.minBitrate = m_fields.number();
     album.maxBitrate = m_fields.number();
     album.year = m_fields.number();
     album.rank = m_fields.number();
     album.newDate = m_fields.number();
-    m_fields.idList(m_list);
     linkTracks(album.id);
-    album.path = m_fields.text();
-    album.thumbnailFile = m_fields.text();
-    if (!m_albums.append(album.id))
-        refuse();
+    album.path = readPath();
+    album.thumbnailFile = readPath();
+    require(m_albums.append(album.id));
     if ((album.flags & kAlbumHasImage) != 0)
         m_imageAlbums.push_back(static_cast<std::uint32_t>(m_albumLinks.size()));
     m_albumLinks.push_back({album.artistId, false});
@@ -219,19 +239,19 @@ void DatabaseReader::readAlbum()
 
 void DatabaseReader::linkTracks(std::int32_t albumId)
 {
-    expect(!m_list.empty() && ascending(m_list));
     m_indices.clear();
-    for (const std::int32_t id : m_list) {
+    forEachId([&](std::int32_t id) {
         if (id == 0)
             throw ReadFailure{"*plId", assertions::kZeroTrackId, Severity::Stop, {}};
         const std::int64_t index = m_tracks.find(id);
         if (index < 0)
             throw ReadFailure{"pTrack", assertions::kUnknownTrack, Severity::Stop, {}};
         std::int32_t& trackAlbum = m_trackAlbums[static_cast<std::size_t>(index)];
-        expect(trackAlbum == albumId);
+        require(trackAlbum == albumId);
         trackAlbum = kListed;
         m_indices.push_back(static_cast<std::uint32_t>(index));
-    }
+    });
+    expect(!m_indices.empty());
 }
 
 void DatabaseReader::readArtists()
@@ -246,34 +266,31 @@ void DatabaseReader::readArtist()
     artist.position = m_fields.position();
     artist.flags = m_fields.word();
     artist.id = m_fields.number();
-    artist.hostName = m_fields.text();
+    artist.hostName = readName();
     const bool nameOnce = (artist.flags & ts2::kNameOnce) != 0;
-    artist.displayName = nameOnce ? artist.hostName : m_fields.text();
+    artist.displayName = nameOnce ? artist.hostName : readName();
     expect(artist.flags <= ts2::kNameOnce && (nameOnce || artist.displayName != artist.hostName));
     const std::uint32_t complete = m_fields.word();
     expect(complete <= 1);
     artist.complete = complete != 0;
-    m_fields.idList(m_list);
     linkAlbums(artist.id);
-    if (artist.id <= m_lastArtist)
-        refuse();
+    require(artist.id > m_lastArtist);
     m_lastArtist = artist.id;
     m_sink.artist(artist, m_indices);
 }
 
 void DatabaseReader::linkAlbums(std::int32_t artistId)
 {
-    expect(ascending(m_list));
     m_indices.clear();
-    for (const std::int32_t id : m_list) {
+    forEachId([&](std::int32_t id) {
         const std::int64_t index = m_albums.find(id);
         if (index < 0)
             throw ReadFailure{"pAlbum", assertions::kUnknownAlbum, Severity::Stop, {}};
         AlbumLinks& links = m_albumLinks[static_cast<std::size_t>(index)];
-        expect(!links.listed && links.artistId == artistId);
+        require(!links.listed && links.artistId == artistId);
         links.listed = true;
         m_indices.push_back(static_cast<std::uint32_t>(index));
-    }
+    });
 }
 
 void DatabaseReader::readImages()
@@ -288,15 +305,21 @@ void DatabaseReader::readImage(std::size_t index)
     if (album < 0)
         throw ReadFailure{"pAlbum", assertions::kUnknownImageAlbum, Severity::Stop, {}};
     const ByteView bytes = m_fields.block(m_fields.word());
-    expect(index < m_imageAlbums.size() && m_imageAlbums[index] == album);
+    require(index < m_imageAlbums.size() && m_imageAlbums[index] == album);
     m_sink.image(static_cast<std::uint32_t>(album), bytes);
 }
 
 bool DatabaseReader::linksAgree() const
 {
-    return std::ranges::all_of(m_trackAlbums,
-                               [](std::int32_t id) { return id == kListed || id == ts2::kNoAlbum; }) &&
-           std::ranges::all_of(m_albumLinks, &AlbumLinks::listed);
+    const auto heeded = [this](auto agrees) {
+        return [this, agrees](const auto& links) {
+            m_context.stopIfTerminating();
+            return agrees(links);
+        };
+    };
+    return std::ranges::all_of(
+               m_trackAlbums, heeded([](std::int32_t id) { return id == kListed || id == ts2::kNoAlbum; })) &&
+           std::ranges::all_of(m_albumLinks, heeded([](const AlbumLinks& links) { return links.listed; }));
 }
 
 namespace {

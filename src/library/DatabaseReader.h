@@ -76,7 +76,7 @@ public:
     std::uint32_t word();
     std::int32_t number() { return static_cast<std::int32_t>(word()); }
     std::string_view text();
-    void idList(std::vector<std::int32_t>& ids);
+    std::uint32_t idCount(); // of a list; so many ids are there
     ByteView block(std::uint32_t length);
 
     std::uint32_t position() const { return m_dwFileRemaining.position(); }
@@ -124,6 +124,8 @@ private:
     void readTrack();
     void readAlbums();
     void readAlbum();
+    std::string_view readName();
+    std::string_view readPath();
     void linkTracks(std::int32_t albumId);
     void readArtists();
     void readArtist();
@@ -134,8 +136,10 @@ private:
 
     template <class Step>
     void forEachRecord(std::uint32_t count, Step step);
-    void expect(bool regular) { m_regular = m_regular && regular; }
-    [[noreturn]] static void refuse();
+    template <class Step>
+    void forEachId(Step step);
+    void expect(bool regular) { m_regular = m_regular && regular; } // told at the end
+    static void require(bool regular);                              // told at once
     std::size_t reservation(std::uint32_t count, std::uint32_t shortest) const;
 
     FieldReader m_fields;
@@ -156,8 +160,7 @@ private:
     std::vector<std::int32_t> m_trackAlbums; // as the track says; kListed once its album lists it
     std::vector<AlbumLinks> m_albumLinks;
     std::vector<std::uint32_t> m_imageAlbums; // indices of the albums with an image
-    std::vector<std::int32_t> m_list;         // the id list read last
-    std::vector<std::uint32_t> m_indices;     // the same as indices
+    std::vector<std::uint32_t> m_indices;     // the id list read last, as indices
 };
 
 // The same without log and boxes: why the bytes were refused, none when they were read. Cancelled

@@ -50,6 +50,7 @@ void LibraryLoader::album(const AlbumFields& fields, std::span<const std::uint32
     album.thumbnailFile = fields.thumbnailFile;
     album.tracks.reserve(tracks.size());
     for (const std::uint32_t index : tracks) {
+        m_context.stopIfTerminating();
         Track* track = m_tracks[index];
         track->album = &album;
         album.tracks.emplace(track->id, track);
@@ -66,6 +67,7 @@ void LibraryLoader::artist(const ArtistFields& fields, std::span<const std::uint
     artist.complete = fields.complete;
     artist.albums.reserve(albums.size());
     for (const std::uint32_t index : albums) {
+        m_context.stopIfTerminating();
         Album* album = m_albums[index];
         album->artist = &artist;
         artist.albums.emplace(album->id, album);

@@ -8,8 +8,8 @@ namespace tessera {
 // host's files.
 class LibraryLoader : public RecordSink {
 public:
-    LibraryLoader(Library& library, std::uint32_t& databaseFlags, Host& host)
-        : m_library(library), m_databaseFlags(databaseFlags), m_host(host)
+    LibraryLoader(Library& library, std::uint32_t& databaseFlags, Host& host, const JobContext& context)
+        : m_library(library), m_databaseFlags(databaseFlags), m_host(host), m_context(context)
     {
     }
 
@@ -24,6 +24,7 @@ private:
     Library& m_library;
     std::uint32_t& m_databaseFlags;
     Host& m_host;
+    const JobContext& m_context;
     std::vector<Track*> m_tracks; // by index in the file
     std::vector<Album*> m_albums;
 };

@@ -123,6 +123,10 @@ TEST_F(Locator, UnreadablePictureKeepsTheFlagOnly)
     EXPECT_EQ(locate("<AlbumPath>"), 1);
     EXPECT_EQ(album().thumbnailFile, "");
     EXPECT_EQ(album().flags, kAlbumHasImage);
+
+    host.tracks[0].imageFile = "C:\\host\n.jpg"; // no load would take it
+    EXPECT_EQ(locate("C:\\none.jpg"), 1);
+    EXPECT_EQ(album().thumbnailFile, "");
 }
 
 TEST_F(Locator, NoCandidatesNoQuestions)

@@ -149,13 +149,33 @@ TEST_F(Build, GenreAndYearAreWhatTheTracksAgreeOn)
 TEST_F(Build, NamesOutsideTheCodePageAndMissingFilesAreLeftOut)
 {
     host.tracks = {track(u"1", u"A", u"B", 1), track(u"\x30C6\xD83D\xDE00", u"A", u"B", 2),
-                   track(u"Dvo\u0159\u00E1k", u"A", u"B", 4), track(u"3", u"A", u"B", 3)};
+                   track(u"2\n", u"A", u"B", 5), track(u"Dvo\u0159\u00E1k", u"A", u"B", 4),
+                   track(u"3", u"A", u"B", 3)};
     host.nullCall = 3; // search, count, first file
     ASSERT_TRUE(build());
     EXPECT_EQ(rig.prompt.text(), "assertion: iterSortTracks->m_pMJFile != 0 Database 241");
-    EXPECT_EQ(rig.log.lines[1], "    Entries in MJ database - 4");
-    EXPECT_EQ(rig.log.lines[3], "    Files left out - 2 (names outside the system code page)");
+    EXPECT_EQ(rig.log.lines[1], "    Entries in MJ database - 5");
+    EXPECT_EQ(rig.log.lines[3],
+              "    Files left out - 3 (names outside the system code page or with control characters)");
     EXPECT_EQ(albums(), "A - B: 3\n");
+}
+
+// Whatever tags hold: what is built must load.
+TEST_F(Build, TagsWithControlCharactersAreLoadedAgain)
+{
+    HostTrack odd = track(u"1", u"", u"", 1);
+    odd.artist = u"A\tz\x01"; // all but the NUL stay
+    odd.album = std::u16string(u"Two\r\nlines\0more", 15);
+    odd.genre = odd.type = std::u16string(u"\0", 1);
+    host.tracks = {odd};
+    ASSERT_TRUE(build());
+    const Bytes built = rig.files.files[settings.lastUsed];
+    Database again;
+    ASSERT_TRUE(again.read(settings.lastUsed, host, rig.context, {})) << rig.prompt.text();
+    const Album& album = *again.library().albums.at(1);
+    EXPECT_EQ(album.displayTitle, "Two\r\nlines");
+    EXPECT_EQ(album.artist->displayName, "A\tz\x01");
+    EXPECT_EQ(album.type + album.genre, "(Unassigned)");
 }
 
 TEST_F(Build, EmptyLibraryAndCriteria)

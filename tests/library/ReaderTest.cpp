@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 namespace tessera::test {
 namespace {
 
@@ -23,6 +25,25 @@ void expectSoundLinks(const Library& library)
     for (const auto& [id, artist] : library.artists)
         for (const auto& [albumId, album] : artist->albums)
             ASSERT_EQ(library.albums.at(albumId)->artist, artist.get());
+}
+
+bool isPath(const std::string& text)
+{
+    return std::ranges::none_of(text, [](unsigned char c) { return c < 32; });
+}
+
+// They end in the data of a drag, in boxes and in exports.
+void expectPlainTexts(const Library& library)
+{
+    for (const auto& [id, track] : library.tracks)
+        ASSERT_TRUE(isPath(track->fileName)) << id;
+    for (const auto& [id, album] : library.albums) {
+        ASSERT_TRUE(isPath(album->path) && isPath(album->thumbnailFile)) << id;
+        for (const std::string* name : {&album->hostTitle, &album->displayTitle, &album->type, &album->genre})
+            ASSERT_EQ(name->find('\0'), std::string::npos) << id;
+    }
+    for (const auto& [id, artist] : library.artists)
+        ASSERT_EQ((artist->hostName + artist->displayName).find('\0'), std::string::npos) << id;
 }
 
 TEST(Reader, SampleIsReadWithItsLinksAndLogged)
@@ -113,10 +134,12 @@ TEST(Reader, EverySingleByteChangeLoadsTheSameOrIsRefused)
             ASSERT_EQ(rig.log.lines.back(), "    Finished");
             ASSERT_NE(good, !rig.prompt.boxes.empty())
                 << position << " = " << value << ": " << rig.prompt.text();
+            ASSERT_TRUE(std::ranges::all_of(rig.host.lookups, isPath)) << position << " = " << value;
             if (!good)
                 continue;
             ++loaded;
             expectSoundLinks(rig.database.library());
+            expectPlainTexts(rig.database.library());
             for (const auto& [id, album] : rig.database.library().albums)
                 if (album->has(kAlbumHasImage))
                     rig.files.files[album->thumbnailFile] = bytesOf("JPEG!");
@@ -261,6 +284,54 @@ TEST(Reader, WhatTheWriterCannotHaveMadeIsRefused)
     negative.word(1).word(1).text("t").text("MP3").word(1).word(-1);
     negative.words({1, 2, 3, 4, 5, 6}).ids({1}).text("").text("");
     EXPECT_EQ(boxOf(artist(negative, {1})), kInvalid) << "a text of length -1";
+}
+
+// One album of 60,000 tracks and one artist of 60,000 albums, the ids of either in falling order.
+TEST(Reader, IdsInFallingOrderEndTheReadingAtTheFirst)
+{
+    constexpr std::int64_t kMany = 60000;
+    const auto ids = [](Ts2Bytes& file, bool falling) {
+        file.word(kMany);
+        for (std::int64_t i = 1; i <= kMany; ++i)
+            file.word(falling ? kMany + 1 - i : i);
+    };
+    const auto database = [&](std::int64_t albums, bool falling) {
+        Ts2Bytes file;
+        file.header(0, kMany, albums, 1, 0);
+        for (std::int64_t i = 1; i <= kMany; ++i)
+            file.word(0).word(i).text("C:\\m\\a\\1.mp3").word(albums == 1 ? 1 : i);
+        for (std::int64_t i = 1; i <= albums; ++i) {
+            file.word(1).word(i).text("t").text("MP3").word(1).text("").words({1, 2, 3, 4, 5, 6});
+            if (albums == 1)
+                ids(file, falling);
+            else
+                file.ids({i});
+            file.text("").text("");
+        }
+        file.word(1).word(1).text("x").word(0);
+        if (albums == 1)
+            file.ids({1});
+        else
+            ids(file, falling);
+        return file.bytes;
+    };
+    for (const std::int64_t albums : {std::int64_t{1}, kMany}) {
+        SampleRig good;
+        ASSERT_TRUE(good.read(database(albums, false))) << good.prompt.text();
+        SampleRig rig;
+        const Bytes bytes = database(albums, true);
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_FALSE(rig.read(bytes));
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2)) << albums;
+        EXPECT_EQ(rig.prompt.text(), "stop: Invalid database!");
+
+        SampleRig ending; // inside the list
+        ending.log.terminating = &ending.terminating;
+        ending.log.cancelAtStep = kMany + static_cast<std::size_t>(albums == 1 ? 1 : albums + 1);
+        EXPECT_THROW(ending.read(database(albums, false)), Cancelled);
+        EXPECT_EQ(ending.database.library().albums.size(), albums == 1 ? 0U : kMany);
+        EXPECT_TRUE(ending.database.library().artists.empty());
+    }
 }
 
 TEST(Reader, FileUnknownToTheHostEndsTheLoad)
