@@ -3,7 +3,6 @@
 #include "MarksFixture.h"
 
 #include "library/Records.h"
-#include "system/Registry.h"
 
 #include <functional>
 #include <numeric>
@@ -359,67 +358,6 @@ TEST_F(DetailsPaneTest, TheEndInsideTheDateDialogMarksNothing)
     EXPECT_FALSE(plugin->pane(paneId::kMain));
     EXPECT_TRUE(file() == model);
     EXPECT_EQ(plugin->script->live, 1);
-}
-
-TEST_F(DetailsPaneTest, TheSettingsAreFiveValuesAndBarsKeepTheirPlace)
-{
-    const auto value = [](const char* name) {
-        return RegistryStore().read("PaneAlbumDetails", name).value_or(StoredValue{});
-    };
-    const auto number = [](const StoredValue& stored) {
-        std::int32_t read = -1;
-        if (stored.type == StorageType::Number && stored.bytes.size() == 4)
-            std::memcpy(&read, stored.bytes.data(), 4);
-        return read;
-    };
-    const auto percent = [](const StoredValue& stored) {
-        double read = -1;
-        if (stored.type == StorageType::Binary && stored.bytes.size() == 8)
-            std::memcpy(&read, stored.bytes.data(), 8);
-        return read;
-    };
-    constexpr const char* kBars[] = {"SplitMain", "SplitDetails", "SplitTracks"};
-    EXPECT_EQ(number(value("ListviewStyle")), 1); // as the run that built the database left them
-    EXPECT_EQ(number(value("TrackDetailsCombo")), 0);
-    for (const char* const bar : kBars)
-        EXPECT_EQ(percent(value(bar)), 50.0) << bar;
-    start();
-    RECT client{};
-    GetClientRect(pane(), &client);
-    const double expected[] = {(client.right * 3 / 10 + 3) * 100.0 / client.right,
-                               client.bottom * 2 / 5 * 100.0 / client.bottom,
-                               (client.right * 7 / 10 + 3) * 100.0 / client.right};
-    const POINT drops[] = {
-        {client.right * 3 / 10, 5}, {5, client.bottom * 2 / 5}, {client.right * 7 / 10, 5}};
-    for (int i = 0; i < 3; ++i) {
-        const HWND bar = GetDlgItem(pane(), controlId::kSplitMain + i);
-        SendMessageA(bar, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(1, 1));
-        POINT drop = drops[i];
-        MapWindowPoints(pane(), bar, &drop, 1);
-        SendMessageA(bar, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(drop.x, drop.y));
-        SendMessageA(bar, WM_LBUTTONUP, 0, MAKELPARAM(drop.x, drop.y));
-    }
-    plugin->command(commandId::kViewTiles);
-    const HWND combo = GetDlgItem(pane(), controlId::kTrackDetailsCombo);
-    SendMessageA(combo, CB_SETCURSEL, 3, 0);
-    SendMessageA(pane(), WM_COMMAND, MAKEWPARAM(controlId::kTrackDetailsCombo, CBN_SELCHANGE),
-                 reinterpret_cast<LPARAM>(combo));
-    plugin->stop();
-    EXPECT_EQ(number(value("ListviewStyle")), 3);
-    EXPECT_EQ(number(value("TrackDetailsCombo")), 3);
-    for (int i = 0; i < 3; ++i)
-        EXPECT_NEAR(percent(value(kBars[i])), expected[i], 1e-9) << kBars[i];
-    plugin->start();
-    ASSERT_TRUE(plugin->waitForJob());
-    for (int i = 0; i < 3; ++i) {
-        RECT bar{};
-        GetWindowRect(GetDlgItem(pane(), controlId::kSplitMain + i), &bar);
-        MapWindowPoints(nullptr, pane(), reinterpret_cast<POINT*>(&bar), 2);
-        if (i != 1)
-            EXPECT_NEAR(bar.left, drops[i].x + 3, 1);
-        else
-            EXPECT_NEAR(bar.top, drops[i].y, 1);
-    }
 }
 
 // The texts come from the records, whatever the view shows, in the order of the header.
