@@ -183,42 +183,6 @@ TEST_F(ActivityLogTest, WindowThatLooksAgainIsNotCalledForPercentages)
     EXPECT_EQ(messages([&] { job->progress(2, 4); }), 1) << "one that found nothing looks no more";
 }
 
-TEST_F(ActivityLogTest, LinesOfSeveralThreadsKeepTheirOrder)
-{
-    m_log.attach(m_hWnd, kChanged);
-    constexpr int kEach = 2000;
-    const auto write = [this](char name) {
-        const auto job = m_log.newJob();
-        for (int i = 0; i < kEach; ++i) {
-            job->print("%c%d", name, i);
-            job->progress(static_cast<std::uint32_t>(i), kEach);
-        }
-    };
-    std::vector<std::string> seen;
-    std::size_t next = 0;
-    const auto take = [&] {
-        const auto changes = m_log.takeChanges();
-        EXPECT_EQ(changes.firstLine, next);
-        for (const auto& each : changes.percents)
-            EXPECT_LT(each.first, next);
-        next += changes.lines.size();
-        for (const auto& line : changes.lines)
-            seen.push_back(line[2]);
-    };
-    std::thread a(write, 'a');
-    std::thread b(write, 'b');
-    while (seen.size() < 2 * kEach)
-        take();
-    a.join();
-    b.join();
-    int nextA = 0;
-    int nextB = 0;
-    for (const std::string& text : seen) {
-        int& expected = text[0] == 'a' ? nextA : nextB;
-        ASSERT_EQ(text.substr(1), std::to_string(expected++));
-    }
-}
-
 TEST_F(ActivityLogTest, JobMayOutliveTheLog)
 {
     auto log = std::make_unique<ActivityLog>();

@@ -67,15 +67,12 @@ public:
     int searched = 0;
 };
 
-inline std::vector<std::string> s_assertions;
-
 class AlbumTreeTest : public testing::Test {
 protected:
     AlbumTreeTest()
     {
-        s_assertions.clear();
         m_before = setAssertionHandler([](const char* expression, const char* unit, unsigned long) {
-            s_assertions.push_back(std::string(unit) + ": " + expression);
+            ADD_FAILURE() << unit << ": " << expression;
         });
         m_parent.create(m_frame, 2000, {0, 0, 400, 600});
         m_parent.trees = m_trees.get();

@@ -92,25 +92,6 @@ TEST_F(AlbumTreeTest, GroupsStandAsTheControlSortsThem)
     }
 }
 
-TEST_F(AlbumTreeTest, ANodeHasTheAlbumsBelowItAsTheyAreShown)
-{
-    Artist& b = artist("B");
-    Artist& a = artist("A");
-    album("b1", b, "Rock", 1);
-    album("a1", a, "Rock", 2);
-    album("b2", b, "Jazz", 2);
-    album("a2", a, "Rock", 1);
-    rebuild();
-    EXPECT_EQ(titles(root(Grouping::Artist)), (Texts{"a1", "a2", "b1", "b2"}));
-    EXPECT_EQ(titles(root(Grouping::Genre)), (Texts{"b2", "a1", "a2", "b1"}));
-    EXPECT_EQ(titles(root(Grouping::Rank)), (Texts{"a2", "b1", "a1", "b2"}));
-    EXPECT_EQ(titles(find(root(Grouping::Artist), {"B"})), (Texts{"b1", "b2"}));
-    EXPECT_EQ(titles(find(root(Grouping::Genre), {"Rock"})), (Texts{"a1", "a2", "b1"}));
-    EXPECT_EQ(titles(find(root(Grouping::Genre), {"Rock", "A"})), (Texts{"a1", "a2"}));
-    EXPECT_EQ(titles(find(root(Grouping::Rank), {"2", "B", "b2"})), Texts{"b2"});
-    EXPECT_EQ(titles(nullptr), Texts{});
-}
-
 TEST_F(AlbumTreeTest, ThePathNamesGroupsOnly)
 {
     album("Dawn", artist("The Lanterns"), "Rock", 5);
@@ -127,34 +108,6 @@ TEST_F(AlbumTreeTest, ThePathNamesGroupsOnly)
     view().setData(rank, static_cast<LPARAM>(0x80001000));
     EXPECT_TRUE(tree.isLeaf(rank));
     EXPECT_EQ(tree.pathOf(rank), "");
-}
-
-// A tree that has gone, say because its window was destroyed meanwhile, refuses everything.
-TEST_F(AlbumTreeTest, AFailedInsertionIsAnAssertion)
-{
-    for (int i = 0; i < 5; ++i) {
-        Album& made = album("Album", artist(format("Artist %d", i).c_str()));
-        mark(made, kAlbumNew);
-        mark(made, kAlbumFavourite);
-    }
-    DestroyWindow(view(kNew).handle());
-    rebuild();
-    EXPECT_EQ(std::exchange(s_assertions, {}), Texts{"PaneAlbumDetails: hItem"});
-    EXPECT_EQ(titles(root(Grouping::Rank)).size(), 5U);
-
-    std::vector<HTREEITEM> groups;
-    for (const char* const name : {"Artist 0", "Artist 1"}) {
-        groups.push_back(find(root(Grouping::Artist, kFavourites), {name}, kFavourites));
-        groups.push_back(find(root(Grouping::Genre, kFavourites), {"Rock", name}, kFavourites));
-        groups.push_back(find(root(Grouping::Rank, kFavourites), {"(Unranked)", name}, kFavourites));
-    }
-    DestroyWindow(view(kFavourites).handle());
-    for (const HTREEITEM group : groups) {
-        const bool wide = group == groups[1];
-        EXPECT_EQ(tellOpening(group, kFavourites, wide ? TVN_ITEMEXPANDINGW : TVN_ITEMEXPANDINGA), kDefault);
-    }
-    EXPECT_EQ(s_assertions, (Texts{"PaneAlbumDetails: pTVI->m_hArtistAlbums",
-                                   "PaneAlbumDetails: pTVI->m_hGenre", "PaneAlbumDetails: pTVI->m_hRank"}));
 }
 
 TEST_F(AlbumTreeTest, TheSelectedNodeCanBeReadWithoutTheFocusUnderADarkSkin)

@@ -1,5 +1,4 @@
 #include "FakeCommands.h"
-#include "ui/ActivityLog.h"
 #include "ui/PaneAlbumDetails.h"
 #include "ui/PaneOverview.h"
 #include "ui/ids.h"
@@ -36,21 +35,6 @@ protected:
     PaneOverview m_overview{m_commands};
     PaneAlbumDetails m_details{m_commands};
 };
-
-TEST_F(ContentPaneTest, RebuildOfTheTreesIsLogged)
-{
-    ActivityLog log;
-    const auto job = log.newJob();
-    addAlbums(3);
-    m_details.beginRebuild(*job);
-    while (m_details.stepRebuild()) {
-    }
-    const auto lines = log.takeChanges().lines;
-    ASSERT_EQ(lines.size(), 1u);
-    EXPECT_EQ(lines[0][2], "Sorting");
-    m_details.reload();
-    EXPECT_EQ(m_commands.logged, std::vector<std::string>{"Sorting"}) << "nothing without albums";
-}
 
 TEST_F(ContentPaneTest, LibraryIsLeftAloneWhileBusyAndByPainting)
 {

@@ -120,39 +120,6 @@ TEST_F(DatePickerTest, ADoubleClickOrOkTakesTheDay)
     EXPECT_EQ(once, twice);
 }
 
-TEST_F(DatePickerTest, TheCalendarStandsInItsFrameAndHasTheFocus)
-{
-    EXPECT_EQ(run([](HWND dialog, HWND calendar) {
-                  pumpWaiting();
-                  const HWND frame = GetDlgItem(dialog, DatePicker::kCalendarFrame);
-                  ASSERT_NE(frame, nullptr);
-                  EXPECT_EQ(GetWindowLongA(frame, GWL_STYLE) & WS_VISIBLE, 0);
-                  EXPECT_NE(GetWindowLongA(calendar, GWL_STYLE) & WS_VISIBLE, 0);
-                  RECT expected{5, 6, 228, 92}; // left, top, width, height
-                  MapDialogRect(dialog, &expected);
-                  expected.right += expected.left;
-                  expected.bottom += expected.top;
-                  RECT place{};
-                  GetWindowRect(calendar, &place);
-                  MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&place), 2);
-                  EXPECT_TRUE(EqualRect(&place, &expected));
-                  RECT client{};
-                  GetClientRect(dialog, &client);
-                  RECT whole{0, 0, 246, 156};
-                  MapDialogRect(dialog, &whole);
-                  EXPECT_TRUE(EqualRect(&client, &whole));
-                  EXPECT_EQ(GetFocus(), calendar);
-                  LOGFONTA font{};
-                  GetObjectA(reinterpret_cast<HFONT>(SendMessageA(calendar, WM_GETFONT, 0, 0)), sizeof font,
-                             &font);
-                  EXPECT_STREQ(font.lfFaceName, "Tahoma");
-                  EXPECT_EQ(windowText(GetDlgItem(dialog, IDOK)), "OK");
-                  EXPECT_EQ(windowText(GetDlgItem(dialog, IDCANCEL)), "Cancel");
-                  SendMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
-              }),
-              std::nullopt);
-}
-
 // Whatever the resolution is.
 TEST_F(DatePickerTest, TheTextOfTwoMonthsFitsInTheFrame)
 {

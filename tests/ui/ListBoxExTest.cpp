@@ -446,22 +446,6 @@ TEST_F(ListBoxExTest, TheInsertionMarkErasesItself)
     drag(WM_RBUTTONDOWN, {1, 1});
 }
 
-TEST_F(BrowsingListTest, TheButtonStandsBesideTheEdit)
-{
-    list.beginEdit(1);
-    RECT row{}, place{}, beside{};
-    SendMessageA(list.handle(), LB_GETITEMRECT, 1, reinterpret_cast<LPARAM>(&row));
-    GetWindowRect(edit(), &place);
-    GetWindowRect(button(), &beside);
-    MapWindowPoints(nullptr, list.handle(), reinterpret_cast<POINT*>(&place), 2);
-    MapWindowPoints(nullptr, list.handle(), reinterpret_cast<POINT*>(&beside), 2);
-    EXPECT_EQ(place.right, row.right - 30);
-    EXPECT_EQ(beside.left, place.right);
-    EXPECT_EQ(beside.right, row.right - 5);
-    EXPECT_EQ(beside.top, row.top - 2);
-    EXPECT_EQ(beside.bottom, row.bottom + 2);
-}
-
 TEST_F(BrowsingListTest, ABrowseLeavesTheEditOpenAndFillsIt)
 {
     list.appendAndEdit();

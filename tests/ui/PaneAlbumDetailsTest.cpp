@@ -1,7 +1,6 @@
 // What the pane shows, and how it is left and found again.
 
 #include "PaneAlbumDetailsFixture.h"
-#include "ui/ListExport.h"
 
 #include <map>
 
@@ -390,25 +389,4 @@ TEST_F(PaneAlbumDetailsTest, WithoutAlbumsThereIsOnlyTheInvitation)
     EXPECT_TRUE(IsWindowVisible(tree().handle()));
     EXPECT_TRUE(IsWindowVisible(list().handle()));
     EXPECT_EQ(commands.logged, Texts{"Sorting"});
-}
-
-TEST_F(PaneAlbumDetailsTest, TheListIsExportedFromTheRecordsInTheHeadersOrder)
-{
-    open();
-    choose({"Artist/Album", "LUMEN"});
-    int order[16] = {8, 0};
-    for (int column = 1, at = 2; column < 16; ++column) {
-        if (column != 8)
-            order[at++] = column;
-    }
-    list().send(LVM_SETCOLUMNORDERARRAY, 16, reinterpret_cast<LPARAM>(order));
-    pane->setView(ListStyle::Icons);
-    EXPECT_EQ(pane->exportList(), list().handle());
-    EXPECT_STREQ(pane->exportBaseName(), "TesseraData");
-    std::size_t records = 0;
-    const std::string text = listText(
-        pane->exportList(), [&](int item, int column) { return pane->exportText(item, column); }, records);
-    EXPECT_EQ(records, 2u);
-    EXPECT_TRUE(text.starts_with("1999\tEarly\tLUMEN\t2\t")) << text;
-    EXPECT_NE(text.find("\n2010\tRock & Roll\tLUMEN\t"), std::string::npos) << text;
 }

@@ -1,6 +1,5 @@
 #include "ui/PaneMain.h"
 #include "FakeCommands.h"
-#include "base/Errors.h"
 #include "ui/ids.h"
 
 #include <algorithm>
@@ -168,22 +167,6 @@ TEST_F(PaneMainTest, EndLeavesTheImagesToTheirOwner)
     m_commands.cursorMoved.clear();
     pumpMessages(400);
     EXPECT_TRUE(m_commands.cursorMoved.empty());
-}
-
-// A parent that is going away refuses children.
-TEST(PaneMainFailure, IsAnAssertion)
-{
-    static std::string s_expression;
-    const auto before = setAssertionHandler([](const char* expression, const char* unit, unsigned long) {
-        s_expression = std::string(unit) + ": " + expression;
-    });
-    FakeCommands commands;
-    PaneMain pane(commands);
-    EXPECT_FALSE(pane.createPane(reinterpret_cast<HWND>(0x7FFFFFF0)));
-    EXPECT_EQ(s_expression, "PaneMain: this->GetSafeHwnd()");
-    pane.refreshCommands();
-    pane.settingsChanged();
-    setAssertionHandler(before);
 }
 
 } // namespace
