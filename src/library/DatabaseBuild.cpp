@@ -215,7 +215,8 @@ void LibraryBuild::link()
             ++leftOut;
     }
     if (leftOut > 0)
-        m_context.log.print("Files left out - %ld (names outside the system code page or with control characters)", leftOut);
+        m_context.log.print(
+            "Files left out - %ld (names outside the system code page or with control characters)", leftOut);
 }
 
 // False for a name that the code page cannot give back or no file has: no load could find it again.
