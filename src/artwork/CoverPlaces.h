@@ -26,7 +26,4 @@ private:
     std::vector<std::string> m_shares; // "\\SERVER\SHARE"
 };
 
-// "\\SERVER\SHARE" in upper case of a path or pattern on a server, whichever slashes it has; "" for others.
-std::string networkShare(std::string_view path);
-
 } // namespace tessera

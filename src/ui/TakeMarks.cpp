@@ -1,6 +1,7 @@
 #include "ui/TakeMarks.h"
 
 #include "base/Files.h"
+#include "base/Paths.h"
 #include "base/Text.h"
 #include "library/KeptDatabases.h"
 #include "ui/Commands.h"
@@ -61,10 +62,12 @@ bool TakeMarks::onInitDialog()
     return true;
 }
 
-// OK is enabled only while the plan belongs to the name in the box.
+// OK is enabled while the plan belongs to the name in the box, or to read a database from the network.
 void TakeMarks::onOk()
 {
-    if (IsWindowEnabled(item(IDOK))) {
+    if (std::exchange(m_waiting, false)) {
+        look();
+    } else if (IsWindowEnabled(item(IDOK))) {
         Dialog::onOk();
     }
 }
@@ -87,7 +90,9 @@ void TakeMarks::look()
     KillTimer(handle(), kTypingTimer);
     m_fileName = itemText(kFileName);
     m_plan = {};
-    if (!m_fileName.empty() && !isInUse(m_fileName)) {
+    if (isDevice(m_fileName)) {
+        m_plan.failure = "This is no file.";
+    } else if (!m_fileName.empty() && !isInUse(m_fileName)) {
         m_plan = planMarks(m_fileName, m_commands.library(), systemFiles());
     }
     setItemText(kReport, report());
@@ -120,6 +125,7 @@ void TakeMarks::onNameChanged(const Command&)
         return;
     }
     m_fileName.clear();
+    m_waiting = false;
     EnableWindow(item(IDOK), FALSE);
     SetTimer(handle(), kTypingTimer, kTypingPause, nullptr);
 }
@@ -129,7 +135,14 @@ Handled TakeMarks::onTimer(const Message& message)
     if (message.wParam != kTypingTimer) {
         return kDefault;
     }
-    look();
+    KillTimer(handle(), kTypingTimer);
+    m_waiting = !networkShare(itemText(kFileName)).empty();
+    if (m_waiting) { // half a name is another server, which would learn who asks
+        setItemText(kReport, "Press OK to look at the database on the network.");
+        EnableWindow(item(IDOK), TRUE);
+    } else {
+        look();
+    }
     return 0;
 }
 

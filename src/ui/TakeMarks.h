@@ -43,6 +43,7 @@ private:
     std::string m_suggested;
     std::string m_fileName; // the one that the plan is for
     MarksPlan m_plan;
+    bool m_waiting = false; // for OK, before a name on the network is looked up
 };
 
 // What the user wants to take over from another database; none when it was cancelled.

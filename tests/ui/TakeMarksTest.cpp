@@ -106,6 +106,21 @@ protected:
 
 } // namespace
 
+// A half-typed name is another server's: nobody is asked before the user says so.
+TEST_F(TakeMarksTest, AServerIsAskedOnlyWhenOkIsPressed)
+{
+    EXPECT_FALSE(run([&](HWND dialog) {
+        type(dialog, "//127.0.0.1/none/a.ts2");
+        EXPECT_EQ(report(dialog), "Press OK to look at the database on the network.");
+        SendMessageA(dialog, WM_COMMAND, IDOK, 0);
+        EXPECT_EQ(report(dialog), "Could not open the database '//127.0.0.1/none/a.ts2'!");
+        EXPECT_FALSE(mayAccept(dialog));
+        type(dialog, folder.file("nul.ts2"));
+        EXPECT_EQ(report(dialog), "This is no file.");
+        press(dialog, IDCANCEL);
+    }));
+}
+
 TEST_F(TakeMarksTest, SuggestsTheKeptGenerationAndAnswersItsMarks)
 {
     const auto plan = run([this](HWND dialog) {
