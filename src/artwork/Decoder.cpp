@@ -1,13 +1,13 @@
 #include "artwork/Decoder.h"
 
 #include "base/Files.h"
-#include "base/Memory.h"
 #include "system/ComPtr.h"
 #include "windowing/Drawing.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 
 #include <ocidl.h>
@@ -99,15 +99,25 @@ Picture decodeByImaging(PictureKind kind, ByteView bytes)
     return picture;
 }
 
-ComPtr<IPicture> loadPicture(ByteView bytes)
+// The loader's stream lies in a movable block, of which the system has few: only while it is read.
+ComPtr<IStream> streamOf(ByteView bytes)
 {
-    MemoryBlock block = MemoryBlock::copyOf(bytes);
-    if (!block) {
+    GlobalHandle block(GlobalAlloc(GMEM_MOVEABLE, bytes.size()));
+    void* const memory = block ? GlobalLock(block.get()) : nullptr;
+    if (memory == nullptr) {
         throw std::bad_alloc();
     }
+    std::memcpy(memory, bytes.data(), bytes.size());
+    GlobalUnlock(block.get());
     ComPtr<IStream> stream;
     checkResult(CreateStreamOnHGlobal(block.get(), TRUE, stream.put()));
     (void)block.release(); // the stream's from here
+    return stream;
+}
+
+ComPtr<IPicture> loadPicture(ByteView bytes)
+{
+    const ComPtr<IStream> stream = streamOf(bytes);
     ComPtr<IPicture> picture;
     checkResult(OleLoadPicture(stream.get(), static_cast<LONG>(bytes.size()), FALSE, IID_IPicture,
                                picture.putVoid()));

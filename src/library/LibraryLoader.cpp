@@ -1,7 +1,5 @@
 #include "library/LibraryLoader.h"
 
-#include "library/Assertions.h"
-
 namespace tessera {
 
 namespace {
@@ -78,11 +76,7 @@ void LibraryLoader::image(std::uint32_t index, ByteView bytes)
 {
     Album& album = *m_albums[index];
     album.imageLength = static_cast<std::uint32_t>(bytes.size());
-    if (bytes.empty())
-        return;
-    album.m_hGlobalThumbnail = MemoryBlock::copyOf(bytes);
-    if (!album.m_hGlobalThumbnail)
-        throw ReadFailure{"pAlbum->m_hGlobalThumbnail", assertions::kImageMemory, Severity::Stop, {}};
+    album.thumbnail.assign(bytes.begin(), bytes.end());
 }
 
 } // namespace tessera

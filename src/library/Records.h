@@ -1,6 +1,5 @@
 #pragma once
 
-#include "base/Memory.h"
 #include "library/RecordMap.h"
 #include "ports/Host.h"
 
@@ -8,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace tessera {
 
@@ -51,7 +51,7 @@ struct Album {
     std::string path; // folder of the track with the lowest id
     std::string thumbnailFile;
     std::uint32_t imageLength = 0;
-    MemoryBlock m_hGlobalThumbnail;
+    std::vector<std::uint8_t> thumbnail; // of the image section, encoded
     std::string genre;
     std::int32_t imageIndex = -1; // in the image lists; -1: not loaded
     std::int32_t duration = 0;    // seconds

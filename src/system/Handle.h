@@ -96,6 +96,12 @@ struct IconTraits {
     static void close(Type icon) { DestroyIcon(icon); }
 };
 
+struct GlobalTraits {
+    using Type = HGLOBAL;
+    static Type none() { return nullptr; }
+    static void close(Type block) { GlobalFree(block); }
+};
+
 template <class GdiType>
 struct GdiTraits {
     using Type = GdiType;
@@ -110,6 +116,7 @@ using KeyHandle = UniqueHandle<KeyTraits>;
 using ModuleHandle = UniqueHandle<ModuleTraits>;
 using ViewHandle = UniqueHandle<ViewTraits>;
 using MenuHandle = UniqueHandle<MenuTraits>;
+using GlobalHandle = UniqueHandle<GlobalTraits>; // movable memory
 using IconHandle = UniqueHandle<IconTraits>;
 using FontHandle = UniqueHandle<GdiTraits<HFONT>>;
 using BitmapHandle = UniqueHandle<GdiTraits<HBITMAP>>;

@@ -2,7 +2,6 @@
 #include "base/Dates.h"
 #include "base/Durations.h"
 #include "base/Errors.h"
-#include "base/Memory.h"
 
 #include <gtest/gtest.h>
 
@@ -97,27 +96,6 @@ TEST(ByteReader, NeverReadsBeyondTheEnd)
     EXPECT_EQ(block.size(), 3u);
     EXPECT_EQ(reader.remaining(), 0u);
     EXPECT_TRUE(reader.takeBlock(0, block));
-}
-
-TEST(MemoryBlock, OwnsOneCopy)
-{
-    const std::uint8_t bytes[] = {1, 2, 3};
-    MemoryBlock first = MemoryBlock::copyOf(bytes);
-    ASSERT_TRUE(first);
-    EXPECT_EQ(first.size(), 3u);
-    EXPECT_NE(first.get(), nullptr);
-    MemoryBlock second = std::move(first);
-    EXPECT_FALSE(first); // NOLINT(bugprone-use-after-move): moved-from is empty
-    EXPECT_EQ(first.size(), 0u);
-    EXPECT_EQ(first.get(), nullptr);
-    EXPECT_EQ(second.bytes(), (std::vector<std::uint8_t>{1, 2, 3}));
-    EXPECT_EQ(second.size(), 3u);
-    MemoryBlock& same = second;
-    second = std::move(same);
-    EXPECT_EQ(second.bytes(), (std::vector<std::uint8_t>{1, 2, 3}));
-    second = MemoryBlock::copyOf({});
-    EXPECT_FALSE(second);
-    EXPECT_TRUE(second.bytes().empty());
 }
 
 namespace {
