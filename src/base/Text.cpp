@@ -199,6 +199,13 @@ bool hasControlCharacter(std::string_view text)
     return std::ranges::any_of(text, [](char c) { return static_cast<unsigned char>(c) < ' '; });
 }
 
+std::string onOneLine(std::string text)
+{
+    std::ranges::replace_if(
+        text, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; }, ' ');
+    return text;
+}
+
 std::size_t findLastBackslash(std::string_view text)
 {
     const CodePage& page = codePage();
@@ -254,11 +261,10 @@ std::string shownName(std::string_view name)
     for (std::size_t at = 0, length = 0; at < name.size(); at += length) {
         length = characterLength(name, at);
         if (at + length > kMost)
-            return shown + "...";
-        const bool control = static_cast<unsigned char>(name[at]) < ' ' || name[at] == '\x7F';
-        shown += control ? " " : name.substr(at, length);
+            return onOneLine(std::move(shown)) + "...";
+        shown += name.substr(at, length);
     }
-    return shown;
+    return onOneLine(std::move(shown));
 }
 
 std::string format(const char* pattern, ...)

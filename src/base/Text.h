@@ -36,6 +36,8 @@ std::string textOfFile(std::string_view bytes);
 std::size_t characterLength(std::string_view text, std::size_t position);
 // Below the blank: no file and no folder of the system has one in its name.
 bool hasControlCharacter(std::string_view text);
+// With a blank for each of them, and for the delete character: one line, whatever a tag holds.
+std::string onOneLine(std::string text);
 // Position of the last backslash that is a character of its own, or npos.
 std::size_t findLastBackslash(std::string_view text);
 

@@ -78,7 +78,7 @@ std::string listText(HWND list, const CellText& text, std::size_t& records)
     for (int item = 0; item < items; ++item) {
         std::string line;
         for (const int column : columns)
-            line += text(item, column) + '\t';
+            line += onOneLine(text(item, column)) + '\t';
         all += trimRight(line);
         all += '\n';
     }

@@ -18,7 +18,8 @@ using CellText = std::function<std::string(int item, int column)>;
 CellText shownTexts(HWND list);
 
 // A report list's content: a line for each item, its columns in the header's order and separated by
-// tabs, trailing white space left out, a line feed at the end. `records` becomes the number of items.
+// tabs, control characters in them as blanks, trailing white space left out, a line feed at the end.
+// `records` becomes the number of items.
 std::string listText(HWND list, const CellText& text, std::size_t& records);
 
 struct ExportResult {

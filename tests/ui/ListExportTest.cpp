@@ -80,6 +80,18 @@ TEST_F(ListExportTest, LinesEndWithALineFeedAndTrailingWhiteSpaceGoes)
               "one\ttwo\tthree\nblank last\n\n\tmiddle\ncaf\xe9\t" + std::string(1000, 'x') + "\n");
 }
 
+// A tag with tabs and line breaks would make columns and rows of its own.
+TEST_F(ListExportTest, ControlCharactersOfATagAreBlanks)
+{
+    m_list.addRow({"", "", ""});
+    const CellText tag = [](int, int column) {
+        return column == 0 ? std::string("one\ttwo\r\nthree\0four\x1F\x7F.", 22) : std::string("\t\n");
+    };
+    std::size_t records = 0;
+    EXPECT_EQ(listText(m_list.handle(), tag, records), "one two  three four  .\n");
+    EXPECT_EQ(records, 1U);
+}
+
 TEST_F(ListExportTest, EmptyListWritesAnEmptyFileOverWhatWasThere)
 {
     m_list.addRow({"old", "", ""});
