@@ -124,6 +124,17 @@ TEST(Fitting, ShrinkingIsTheAverageOfTheArea)
     EXPECT_NEAR(error / (place.width * place.height * 3), 0, 0.05);
 }
 
+TEST(Fitting, TheMiddleOfTwoNeighboursIsRoundedUp)
+{
+    for (int value = 0; value < 255; ++value) {
+        for (const std::int32_t width : {1, 2}) {
+            Picture two = plain(width, 3 - width, {static_cast<std::uint8_t>(value), 0, 0, 255});
+            ++two.pixels[4];
+            EXPECT_EQ(drawCover(two, groundOf(1, 1))[0], value + 1) << width;
+        }
+    }
+}
+
 TEST(Fitting, EnlargingBlendsBetweenNeighbours)
 {
     Picture two = plain(2, 1, {0, 0, 0, 255});

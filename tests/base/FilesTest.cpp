@@ -192,13 +192,22 @@ TEST(BufferedWriter, FileSeesWholeBuffersWhateverThePieces)
 {
     FullDisk disk(1000);
     BufferedWriter writer(disk, 16);
+    Bytes expected;
+    const auto expectWord = [&](std::size_t value) {
+        for (int shift = 0; shift < 32; shift += 8)
+            expected.push_back(static_cast<std::uint8_t>(value >> shift));
+    };
     for (const std::size_t size : {3u, 10u, 1u, 15u, 16u, 17u, 33u, 0u, 5u}) {
-        writer.putText(std::string(size, static_cast<char>('a' + size % 26)));
-        writer.put(static_cast<std::uint32_t>(size));
+        const std::string text(size, static_cast<char>('a' + size % 26));
+        writer.putText(text);
+        writer.put(static_cast<std::uint32_t>(0xF1E2D3C4 + size));
+        expectWord(size);
+        expected.insert(expected.end(), text.begin(), text.end());
+        expectWord(0xF1E2D3C4 + size);
         EXPECT_EQ(disk.content.size() % 16, 0u) << size;
     }
     EXPECT_TRUE(writer.flush());
-    EXPECT_EQ(disk.content.size(), 172u);
+    EXPECT_EQ(disk.content, expected);
 }
 
 TEST(BufferedWriter, NothingGoesBeyondTheLargestFile)

@@ -66,6 +66,7 @@ TEST(Reader, SampleIsReadWithItsLinksAndLogged)
     const Album& album = *library.albums.at(1);
     EXPECT_EQ(album.displayTitle, "Tides");
     EXPECT_EQ(album.filePosition, places.firstAlbum);
+    EXPECT_EQ(library.artists.at(1)->filePosition, places.firstArtist);
     EXPECT_EQ(album.newDate, 20021003);
     EXPECT_EQ(album.imageLength, 5u);
     EXPECT_EQ(album.thumbnail, bytesOf("JPEG!"));
@@ -270,6 +271,11 @@ TEST(Reader, WhatTheWriterCannotHaveMadeIsRefused)
             artist(artists, {1});
         EXPECT_EQ(boxOf(artists), kInvalid) << "an artist of id 0, or the same once more";
     }
+
+    Ts2Bytes backwards = tracks(2, {2, 1});
+    album(backwards, 2, {1});
+    album(backwards, 1, {2});
+    EXPECT_EQ(boxOf(artist(backwards, {1, 2})), kInvalid) << "albums whose ids fall";
 
     Ts2Bytes nowhere = tracks(1, {1, 0});
     album(nowhere, 1, {1});
