@@ -197,7 +197,7 @@ TEST(BufferedWriter, FileSeesWholeBuffersWhateverThePieces)
         for (int shift = 0; shift < 32; shift += 8)
             expected.push_back(static_cast<std::uint8_t>(value >> shift));
     };
-    for (const std::size_t size : {3u, 10u, 1u, 15u, 16u, 17u, 33u, 0u, 5u}) {
+    for (const std::size_t size : {2u, 3u, 10u, 1u, 15u, 16u, 17u, 33u, 0u, 5u}) {
         const std::string text(size, static_cast<char>('a' + size % 26));
         writer.putText(text);
         writer.put(static_cast<std::uint32_t>(0xF1E2D3C4 + size));
