@@ -39,7 +39,7 @@ std::vector<std::uint8_t> readEmbedded(HostFile& file, const std::string& own)
 bool hasPicture(const Album& album, bool thumbnails)
 {
     if (thumbnails) {
-        return !album.thumbnail.empty();
+        return !album.m_hGlobalThumbnail.empty();
     }
     return album.has(kAlbumInternalImage) || !album.thumbnailFile.empty();
 }
@@ -52,7 +52,7 @@ std::string coverFile(const Album& album, const CoverPlaces& places)
 CoverSource coverSource(const Album& album, bool thumbnails, const CoverPlaces& places)
 {
     if (thumbnails) {
-        return {album.thumbnail, nullptr, {}};
+        return {album.m_hGlobalThumbnail, nullptr, {}};
     }
     if (album.has(kAlbumInternalImage)) {
         return {{}, album.tracks.empty() ? nullptr : album.tracks.begin()->second->m_pMJFile, {}};

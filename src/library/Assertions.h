@@ -12,5 +12,6 @@ inline constexpr unsigned long kZeroTrackId = 712;
 inline constexpr unsigned long kUnknownTrack = 715;
 inline constexpr unsigned long kUnknownAlbum = 758;
 inline constexpr unsigned long kUnknownImageAlbum = 793;
+inline constexpr unsigned long kImageMemory = 801;
 
 } // namespace tessera::assertions

@@ -1,5 +1,9 @@
 #include "library/LibraryLoader.h"
 
+#include "library/Assertions.h"
+
+#include <new>
+
 namespace tessera {
 
 namespace {
@@ -76,7 +80,11 @@ void LibraryLoader::image(std::uint32_t index, ByteView bytes)
 {
     Album& album = *m_albums[index];
     album.imageLength = static_cast<std::uint32_t>(bytes.size());
-    album.thumbnail.assign(bytes.begin(), bytes.end());
+    try {
+        album.m_hGlobalThumbnail.assign(bytes.begin(), bytes.end());
+    } catch (const std::bad_alloc&) {
+        throw ReadFailure{"pAlbum->m_hGlobalThumbnail", assertions::kImageMemory, Severity::Stop, {}};
+    }
 }
 
 } // namespace tessera

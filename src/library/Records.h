@@ -51,7 +51,8 @@ struct Album {
     std::string path; // folder of the track with the lowest id
     std::string thumbnailFile;
     std::uint32_t imageLength = 0;
-    std::vector<std::uint8_t> thumbnail; // of the image section, encoded
+    std::vector<std::uint8_t>
+        m_hGlobalThumbnail; // of the image section, encoded; by the name in its assertion
     std::string genre;
     std::int32_t imageIndex = -1; // in the image lists; -1: not loaded
     std::int32_t duration = 0;    // seconds

@@ -150,7 +150,7 @@ std::optional<Picture> readAlbumPicture(const CoverSource& source)
 CoverSource albumPictureSource(const Album& album, const Covers& covers)
 {
     const bool embedded = album.has(kAlbumInternalImage) && !album.tracks.empty();
-    return {album.thumbnail, embedded ? album.tracks.begin()->second->m_pMJFile : nullptr,
+    return {album.m_hGlobalThumbnail, embedded ? album.tracks.begin()->second->m_pMJFile : nullptr,
             covers.pictureFile(album)};
 }
 

@@ -331,7 +331,7 @@ TEST_F(ArtworkTest, ThumbnailsInTheDatabaseOpenNoFile)
 {
     const std::vector<std::uint8_t> bytes = systemFiles().readAll(sample("rgb.png")).value();
     Album& kept = add(sample("missing.jpg"));
-    kept.thumbnail = bytes;
+    kept.m_hGlobalThumbnail = bytes;
     Album& other = add(sample("baseline.jpg"));
     open(true);
     ASSERT_TRUE(loadAll());

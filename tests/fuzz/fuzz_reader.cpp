@@ -36,7 +36,7 @@ bool restorePictures(Library& library, FakeFiles& files)
     for (const auto& [id, album] : library.albums) {
         if (!album->has(kAlbumHasImage))
             continue;
-        if (!files.files.emplace(album->thumbnailFile, album->thumbnail).second)
+        if (!files.files.emplace(album->thumbnailFile, album->m_hGlobalThumbnail).second)
             return false;
     }
     return true;

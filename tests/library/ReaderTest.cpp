@@ -69,7 +69,7 @@ TEST(Reader, SampleIsReadWithItsLinksAndLogged)
     EXPECT_EQ(library.artists.at(1)->filePosition, places.firstArtist);
     EXPECT_EQ(album.newDate, 20021003);
     EXPECT_EQ(album.imageLength, 5u);
-    EXPECT_EQ(album.thumbnail, bytesOf("JPEG!"));
+    EXPECT_EQ(album.m_hGlobalThumbnail, bytesOf("JPEG!"));
     EXPECT_EQ(album.imageIndex, -1);
     EXPECT_EQ(library.albums.at(3)->displayTitle, "(Unassigned)");
     EXPECT_EQ(library.albums.at(3)->year, -1);
@@ -95,7 +95,7 @@ TEST(Reader, ImageOfLengthZeroLeavesTheAlbumWithoutOne)
     SampleRig rig;
     rig.files.files["C:\\m\\a\\folder.jpg"].clear();
     ASSERT_TRUE(rig.read(sampleDatabase(nullptr, "")));
-    EXPECT_TRUE(rig.database.library().albums.at(1)->thumbnail.empty());
+    EXPECT_TRUE(rig.database.library().albums.at(1)->m_hGlobalThumbnail.empty());
     EXPECT_EQ(rig.written(), sampleDatabase(nullptr, ""));
 }
 

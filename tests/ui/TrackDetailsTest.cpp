@@ -322,7 +322,7 @@ TEST_F(TrackDetailsTest, AlbumPictureComesFromFileOrDatabaseOrTrack)
 {
     open();
     album(1).thumbnailFile = m_folder.file("missing.jpg");
-    album(1).thumbnail = bitmapBytes(20, 20, kBlue);
+    album(1).m_hGlobalThumbnail = bitmapBytes(20, 20, kBlue);
     details.setTrack(nullptr, &album(1));
     EXPECT_EQ(pixel(controlId::kAlbumArtwork, 200, 100), kBlue);
     album(3).flags = kAlbumInternalImage;
