@@ -75,6 +75,7 @@ void PaneAlbumDetails::afterRebuild()
 // The records are still there when this is called.
 void PaneAlbumDetails::clearRecords()
 {
+    EndMenu();
     m_history.clear();
     offerMarks({});
     m_trees.release();
