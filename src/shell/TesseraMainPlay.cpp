@@ -57,7 +57,7 @@ void TesseraMain::openFolder(const Album& album)
     if (shown) {
         runLoop([&] { shown = showFolder(m_hwndOwner, path); }); // the system may handle messages inside
     }
-    if (!shown) {
+    if (!shown && !m_terminating) {
         showMessage(MB_OK | MB_ICONEXCLAMATION, format("There is no folder '%s'!", shownName(path).c_str()));
     }
 }

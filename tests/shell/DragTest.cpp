@@ -2,67 +2,13 @@
 
 #include "MarksFixture.h"
 
+#include "support/DropTarget.h"
+
 #include <ole2.h>
-#include <shellapi.h>
 #include <thread>
 
 namespace tessera {
 namespace {
-
-// A target of the host's that keeps what is dragged over it.
-class DropTarget final : public IDropTarget {
-public:
-    STDMETHODIMP QueryInterface(REFIID id, void** object) override
-    {
-        *object = id == IID_IUnknown || id == IID_IDropTarget ? this : nullptr;
-        return *object ? S_OK : E_NOINTERFACE;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-    STDMETHODIMP_(ULONG) Release() override { return 1; }
-    STDMETHODIMP DragEnter(IDataObject* dragged, DWORD, POINTL, DWORD* effect) override
-    {
-        data = ComPtr<IDataObject>(dragged);
-        *effect = DROPEFFECT_COPY;
-        return S_OK;
-    }
-    STDMETHODIMP DragOver(DWORD, POINTL, DWORD* effect) override
-    {
-        ++overs;
-        if (onOver)
-            std::exchange(onOver, nullptr)();
-        *effect = DROPEFFECT_COPY;
-        return S_OK;
-    }
-    STDMETHODIMP DragLeave() override
-    {
-        over = true;
-        return S_OK;
-    }
-    STDMETHODIMP Drop(IDataObject*, DWORD, POINTL, DWORD* effect) override
-    {
-        if (onDrop)
-            std::exchange(onDrop, nullptr)();
-        *effect = DROPEFFECT_COPY;
-        over = true;
-        return S_OK;
-    }
-    UINT files() const
-    {
-        FORMATETC format{CF_HDROP, nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL};
-        STGMEDIUM medium{};
-        if (data->GetData(&format, &medium) != S_OK)
-            return 0;
-        const UINT count = DragQueryFileA(static_cast<HDROP>(medium.hGlobal), 0xFFFFFFFF, nullptr, 0);
-        ReleaseStgMedium(&medium);
-        return count;
-    }
-
-    std::function<void()> onOver;
-    std::function<void()> onDrop;
-    ComPtr<IDataObject> data;
-    int overs = 0;
-    bool over = false;
-};
 
 // Drags from one place to another, and lets the button go when it is told to, or after three seconds.
 class Hand {
@@ -120,7 +66,7 @@ protected:
         plugin->container.resize(800, 400);
         const HWND below = CreateWindowExA(0, "LISTBOX", "", WS_CHILD | WS_VISIBLE, 0, 400, 800, 200,
                                            plugin->container.frame(), nullptr, nullptr, nullptr);
-        DropTarget target;
+        test::DropTarget target;
         ASSERT_EQ(RegisterDragDrop(below, &target), S_OK);
         chooseRows({"Album 2"});
         const auto end = [&] {
@@ -153,7 +99,7 @@ protected:
         }
         ASSERT_TRUE(target.data);
         plugin->container.pumpFor(100);
-        EXPECT_EQ(target.files(), 5u);
+        EXPECT_EQ(target.files().size(), 5u);
         EXPECT_FALSE(plugin->module.canUnload()) << "the target holds what was dragged";
         target.data.reset();
         EXPECT_TRUE(plugin->module.canUnload());

@@ -3,7 +3,7 @@
 #include "Hands.h"
 #include "OverviewFixture.h"
 #include "Snapshot.h"
-#include "system/ComPtr.h"
+#include "support/DropTarget.h"
 
 #include <set>
 #include <shlobj.h>
@@ -60,47 +60,6 @@ TEST_F(AlbumListTest, BackgroundPictureIsOffUntilItIsSet)
     EXPECT_EQ(pixel(5, y), RGB(10, 120, 30)) << "behind the text of an empty list";
     albums.setBackgroundPicture(nullptr);
 }
-
-// Remembers the files that are dropped on it.
-class DropTarget final : public IDropTarget {
-public:
-    STDMETHODIMP QueryInterface(REFIID id, void** object) override
-    {
-        *object = id == IID_IUnknown || id == IID_IDropTarget ? this : nullptr;
-        return *object ? S_OK : E_NOINTERFACE;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-    STDMETHODIMP_(ULONG) Release() override { return 1; }
-    STDMETHODIMP DragEnter(IDataObject*, DWORD, POINTL, DWORD* effect) override
-    {
-        *effect = DROPEFFECT_COPY;
-        return S_OK;
-    }
-    STDMETHODIMP DragOver(DWORD, POINTL, DWORD* effect) override
-    {
-        *effect = DROPEFFECT_COPY;
-        return S_OK;
-    }
-    STDMETHODIMP DragLeave() override { return S_OK; }
-    STDMETHODIMP Drop(IDataObject* data, DWORD, POINTL, DWORD* effect) override
-    {
-        FORMATETC format{CF_HDROP, nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL};
-        STGMEDIUM medium{};
-        *effect = DROPEFFECT_COPY;
-        if (data->GetData(&format, &medium) != S_OK)
-            return S_OK;
-        const auto list = static_cast<HDROP>(medium.hGlobal);
-        for (UINT i = 0; i < DragQueryFileA(list, 0xFFFFFFFF, nullptr, 0); ++i) {
-            char name[MAX_PATH] = "";
-            DragQueryFileA(list, i, name, MAX_PATH);
-            files.emplace_back(name);
-        }
-        ReleaseStgMedium(&medium);
-        return S_OK;
-    }
-
-    std::vector<std::string> files;
-};
 
 // Rows of the details view, higher than the small covers in them.
 class AlbumRowsTest : public AlbumListTest {
@@ -245,7 +204,7 @@ TEST_F(AlbumListTest, AlbumsAreDraggedOutAsTheirFilesInTrackOrder)
     MoveWindow(m_pane->window(), 0, 0, 900, 400, TRUE);
     const HWND below = CreateWindowExA(0, "LISTBOX", "", WS_CHILD | WS_VISIBLE, 0, 400, 900, 200, m_hParent,
                                        nullptr, nullptr, nullptr);
-    DropTarget target;
+    test::DropTarget target;
     ASSERT_EQ(RegisterDragDrop(below, &target), S_OK);
     pumpMessages(100);
     selectOnly({0, 1});
@@ -264,7 +223,7 @@ TEST_F(AlbumListTest, AlbumsAreDraggedOutAsTheirFilesInTrackOrder)
     });
     pumpMessages(1500);
     hand.join();
-    EXPECT_EQ(target.files, (Titles{"C:\\m\\A.mp3", "C:\\m\\b.mp3", "C:\\m\\c.mp3"}));
+    EXPECT_EQ(target.files(), (Titles{"C:\\m\\A.mp3", "C:\\m\\b.mp3", "C:\\m\\c.mp3"}));
     RevokeDragDrop(below);
 }
 
