@@ -30,7 +30,9 @@ bool isDeviceName(std::string_view name)
     static constexpr std::array<std::string_view, 6> kNames = {"CON", "PRN",    "AUX",
                                                                "NUL", "CONIN$", "CONOUT$"};
     const std::string plain = toUpper(trimRight(name.substr(0, name.find_first_of(".:"))));
-    const bool numbered = plain.size() == 4 && (plain.starts_with("COM") || plain.starts_with("LPT"));
+    // Raised digits count, too.
+    const bool numbered = plain.size() == 4 && (plain.starts_with("COM") || plain.starts_with("LPT")) &&
+                          std::string_view("0123456789\xB9\xB2\xB3").find(plain[3]) != std::string_view::npos;
     return numbered || std::ranges::find(kNames, plain) != kNames.end();
 }
 

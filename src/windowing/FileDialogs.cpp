@@ -128,7 +128,8 @@ std::string browserOfFiles()
 
 bool isWholeFolderPath(const std::string& path)
 {
-    const bool whole = path.starts_with("\\\\") || (path.size() > 2 && path[1] == ':' && path[2] == '\\');
+    const bool onDrive = path.size() >= 2 && path[1] == ':' && (path.size() == 2 || path[2] == '\\');
+    const bool whole = onDrive || path.starts_with("\\\\");
     const DWORD attributes = whole ? GetFileAttributesA(path.c_str()) : INVALID_FILE_ATTRIBUTES;
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }

@@ -64,6 +64,8 @@ TEST_F(Places, ADeviceIsNeverOpened)
                {"C:/m/Con .front.jpg", false},
                {"aux:", false},
                {"C:\\m\\nul.jpg", false},
+               {"C:\\m\\Coma.jpg", true},
+               {"C:\\m\\com\xB2.jpg", false},
                {"C:\\m\\Comet.jpg", true},
                {"C:\\con\\cover.jpg", true},
                {"C:\\m\\Auxiliary.jpg", true}});
