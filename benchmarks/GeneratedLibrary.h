@@ -79,6 +79,10 @@ public:
     bool exists(const std::string&) override { return false; }
     std::optional<FileInfo> info(const std::string&) override { return std::nullopt; }
     std::optional<std::vector<std::uint8_t>> readAll(const std::string&) override { return std::nullopt; }
+    std::optional<std::vector<std::uint8_t>> readBeginning(const std::string&, std::size_t) override
+    {
+        return std::nullopt;
+    }
     std::unique_ptr<OutputFile> create(const std::string&) override;
     std::unique_ptr<OutputFile> createNew(const std::string& path) override { return create(path); }
     std::unique_ptr<OutputFile> openForUpdate(const std::string&) override { return nullptr; }

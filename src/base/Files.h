@@ -43,6 +43,9 @@ public:
     virtual std::optional<FileInfo> info(const std::string& path) = 0;
     // The whole content with one read; none when it cannot be opened or read, or memory is short.
     virtual std::optional<std::vector<std::uint8_t>> readAll(const std::string& path) = 0;
+    // At most so many bytes from its beginning.
+    virtual std::optional<std::vector<std::uint8_t>> readBeginning(const std::string& path,
+                                                                   std::size_t most) = 0;
     // Created or truncated.
     virtual std::unique_ptr<OutputFile> create(const std::string& path) = 0;
     // Created; none when anything has that name, a link included.

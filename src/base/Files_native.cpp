@@ -80,6 +80,11 @@ public:
         return contentOf(Descriptor(path, O_RDONLY));
     }
 
+    std::optional<std::vector<std::uint8_t>> readBeginning(const std::string& path, std::size_t most) override
+    {
+        return beginningOf(Descriptor(path, O_RDONLY), most);
+    }
+
     std::unique_ptr<OutputFile> create(const std::string& path) override
     {
         return PlacedFile<Descriptor>::of({path, O_RDWR | O_CREAT | O_TRUNC});

@@ -125,6 +125,13 @@ public:
                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING));
     }
 
+    std::optional<std::vector<std::uint8_t>> readBeginning(const std::string& path, std::size_t most) override
+    {
+        return beginningOf(FileHandle(path, GENERIC_READ,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING),
+                           most);
+    }
+
     std::unique_ptr<OutputFile> create(const std::string& path) override
     {
         return openForWriting(path, CREATE_ALWAYS);

@@ -63,7 +63,8 @@ std::string networkShare(std::string_view path)
 bool isDevice(std::string_view path)
 {
     const std::string text = withBackslashes(path);
-    const std::size_t last = findLastBackslash(text);
+    const std::size_t drive = text.size() > 1 && text[1] == ':' ? 1 : std::string::npos;
+    const std::size_t last = findLastBackslash(text) == std::string::npos ? drive : findLastBackslash(text);
     return leadsPastTheRules(text) ||
            isDeviceName(std::string_view(text).substr(last == std::string::npos ? 0 : last + 1));
 }

@@ -22,6 +22,10 @@ public:
     bool exists(const std::string& path) override { return m_files.exists(path); }
     std::optional<FileInfo> info(const std::string& path) override { return m_files.info(path); }
     std::optional<std::vector<std::uint8_t>> readAll(const std::string& path) override;
+    std::optional<std::vector<std::uint8_t>> readBeginning(const std::string& path, std::size_t most) override
+    {
+        return m_files.readBeginning(path, most);
+    }
     std::unique_ptr<OutputFile> create(const std::string& path) override;
     std::unique_ptr<OutputFile> createNew(const std::string& path) override;
     std::unique_ptr<OutputFile> openForUpdate(const std::string& path) override;

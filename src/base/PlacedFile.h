@@ -64,4 +64,18 @@ try {
     return std::nullopt;
 }
 
+// The same of its first bytes.
+template <class SystemFile>
+std::optional<std::vector<std::uint8_t>> beginningOf(const SystemFile& file, std::size_t most)
+try {
+    std::vector<std::uint8_t> bytes(most);
+    const std::optional<std::size_t> read = file ? file.readAt(0, bytes) : std::nullopt;
+    if (!read)
+        return std::nullopt;
+    bytes.resize(*read);
+    return bytes;
+} catch (const std::exception&) {
+    return std::nullopt;
+}
+
 } // namespace tessera

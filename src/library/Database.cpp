@@ -75,7 +75,7 @@ bool Database::write(const std::string& fileName, JobContext& context)
         tell(context.prompt, kCouldNotWrite, fileName, writer.tooLarge() ? kTooLarge : "");
         return false;
     }
-    const Replacement plan = planReplacement(fileName, files, context.terminating);
+    const Replacement plan = planReplacement(fileName, file.temporaryName(), files, context.terminating);
     if (!plan.earlier.empty())
         context.log.print("Keeping the marks of an earlier database - %s", plan.earlier.c_str());
     const NewFile::Outcome outcome = file.takePlace(plan);

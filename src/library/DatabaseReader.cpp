@@ -91,8 +91,8 @@ std::int64_t DatabaseReader::Ids::find(std::int32_t id)
 }
 
 DatabaseReader::DatabaseReader(ByteView bytes, const std::string& fileName, JobContext& context,
-                               RecordSink& sink)
-    : m_fields(bytes), m_fileName(fileName), m_context(context), m_sink(sink)
+                               RecordSink& sink, Texts texts)
+    : m_fields(bytes), m_fileName(fileName), m_context(context), m_sink(sink), m_texts(texts)
 {
 }
 
@@ -148,7 +148,7 @@ void DatabaseReader::forEachId(Step step)
 std::string_view DatabaseReader::readName()
 {
     const std::string_view name = m_fields.text();
-    require(name.find('\0') == std::string_view::npos);
+    require(m_texts == Texts::Any || name.find('\0') == std::string_view::npos);
     return name;
 }
 
@@ -156,7 +156,7 @@ std::string_view DatabaseReader::readName()
 std::string_view DatabaseReader::readPath()
 {
     const std::string_view path = m_fields.text();
-    require(!hasControlCharacter(path));
+    require(m_texts == Texts::Any || !hasControlCharacter(path));
     return path;
 }
 
@@ -338,7 +338,7 @@ try {
     SilentLog log;
     NoPrompt prompt;
     JobContext quiet{systemFiles(), log, prompt, terminating};
-    DatabaseReader(bytes, fileName, quiet, sink).read();
+    DatabaseReader(bytes, fileName, quiet, sink, DatabaseReader::Texts::Any).read();
     return std::nullopt;
 } catch (const ReadFailure& failure) {
     return failure;

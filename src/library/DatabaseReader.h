@@ -95,7 +95,11 @@ private:
 // written again byte for byte (image bytes come from their files); all else throws ReadFailure.
 class DatabaseReader {
 public:
-    DatabaseReader(ByteView bytes, const std::string& fileName, JobContext& context, RecordSink& sink);
+    // Texts that hold control characters are refused, unless they only are compared: earlier builds wrote
+    // some, and the marks of such a database are as good as any.
+    enum class Texts { Clean, Any };
+    DatabaseReader(ByteView bytes, const std::string& fileName, JobContext& context, RecordSink& sink,
+                   Texts texts = Texts::Clean);
 
     void read();
 
@@ -146,6 +150,7 @@ private:
     const std::string& m_fileName;
     JobContext& m_context;
     RecordSink& m_sink;
+    Texts m_texts;
     bool m_regular = true;
 
     std::uint32_t m_flags = 0;

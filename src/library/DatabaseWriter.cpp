@@ -3,7 +3,6 @@
 #include "base/Prefetch.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace tessera {
 
@@ -93,10 +92,7 @@ try {
 } // namespace
 
 NewFile::NewFile(FileSystem& files, const std::string& target)
-    : m_files(files),
-      m_target(target),
-      m_temporary(temporaryDatabase(target)),
-      m_leftovers(leftDatabases(target, files))
+    : m_files(files), m_target(target), m_temporary(temporaryDatabase(target))
 {
     // What cannot be opened for writing (read-only, in use, a folder) cannot be replaced either.
     if (m_files.exists(m_target) && !m_files.openForUpdate(m_target))
@@ -131,12 +127,11 @@ NewFile::Outcome NewFile::takePlace(const Replacement& plan)
     const std::string* kept = plan.previous.empty() ? nullptr : keepTarget(plan, moved);
     const bool placed = (kept || !plan.mustStay) && renamed(m_files, m_temporary, m_target);
     if (placed) {
-        for (const std::vector<std::string>* names : {&plan.superseded, &std::as_const(m_leftovers)}) {
-            for (const std::string& name : *names)
-                removeQuietly(m_files, name);
-        }
+        for (const std::string& name : plan.superseded)
+            removeQuietly(m_files, name);
     } else {
-        if (kept && renamed(m_files, *kept, m_target))
+        // Somebody else's new file may have the name by now.
+        if (kept && !m_files.exists(m_target) && renamed(m_files, *kept, m_target))
             kept = nullptr;
         if (moved && kept != &plan.previous)
             renamed(m_files, plan.earlier, plan.previous);

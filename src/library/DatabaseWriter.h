@@ -35,7 +35,6 @@ private:
     FileSystem& m_files;
     std::string m_target;
     std::string m_temporary;
-    std::vector<std::string> m_leftovers; // of earlier writings; they go when the target is new
     std::unique_ptr<OutputFile> m_output;
     bool m_remove = false;
 };

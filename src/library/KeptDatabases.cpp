@@ -1,5 +1,6 @@
 #include "library/KeptDatabases.h"
 
+#include "base/Paths.h"
 #include "base/Text.h"
 #include "library/Format.h"
 #include "library/MarksTransfer.h"
@@ -37,9 +38,13 @@ Content look(const std::string& fileName, FileSystem& files, const std::atomic<b
     Content content;
     content.bytes = files.readAll(fileName);
     content.keeps = files.exists(fileName);
-    if (content.bytes) {
-        content.marked = markedAlbums(*content.bytes, terminating);
-        content.keeps = content.marked.has_value();
+    try {
+        if (content.bytes) {
+            content.marked = markedAlbums(*content.bytes, terminating);
+            content.keeps = content.marked.has_value();
+        }
+    } catch (const std::bad_alloc&) {
+        content.bytes.reset(); // as if it could not be read just now
     }
     return content;
 }
@@ -92,6 +97,8 @@ bool isTemporaryName(std::string_view path, std::string_view fileName)
     return digits.find_first_not_of("0123456789abcdef") == std::string_view::npos;
 }
 
+constexpr std::size_t kBeginning = sizeof ts2::kFirstMagic;
+
 bool isBeginningOfDatabase(const std::optional<std::vector<std::uint8_t>>& bytes)
 {
     if (!bytes || bytes->empty())
@@ -115,10 +122,13 @@ std::string temporaryDatabase(const std::string& fileName)
 
 std::vector<std::string> leftDatabases(const std::string& fileName, FileSystem& files)
 {
+    constexpr std::size_t kMost = 32; // a crash leaves one; others may have made any number
+    const std::string folder = fileName.substr(0, findLastBackslash(withBackslashes(fileName)) + 1);
     std::vector<std::string> names;
     for (const std::string& name : files.findAll(fileName + ".????????.tmp")) {
-        std::string path = fileName.substr(0, fileName.find_last_of("\\/") + 1) + name;
-        if (isTemporaryName(path, fileName) && isBeginningOfDatabase(files.readAll(path)))
+        std::string path = folder + name;
+        if (names.size() < kMost && isTemporaryName(path, fileName) &&
+            isBeginningOfDatabase(files.readBeginning(path, kBeginning)))
             names.push_back(std::move(path));
     }
     return names;
@@ -138,8 +148,9 @@ std::vector<KeptMarks> keptMarks(const std::string& fileName, FileSystem& files,
     return kept;
 }
 
-Replacement planReplacement(const std::string& fileName, FileSystem& files,
-                            const std::atomic<bool>& terminating)
+namespace {
+
+Replacement planKept(const std::string& fileName, FileSystem& files, const std::atomic<bool>& terminating)
 {
     const Content replaced = look(fileName, files, terminating);
     const Content previous = look(previousDatabase(fileName), files, terminating);
@@ -162,6 +173,19 @@ Replacement planReplacement(const std::string& fileName, FileSystem& files,
             if (supersedes(replaced, look(name, files, terminating), terminating))
                 plan.superseded.push_back(std::move(name));
         }
+    }
+    return plan;
+}
+
+} // namespace
+
+Replacement planReplacement(const std::string& fileName, const std::string& written, FileSystem& files,
+                            const std::atomic<bool>& terminating)
+{
+    Replacement plan = planKept(fileName, files, terminating);
+    for (std::string& name : leftDatabases(fileName, files)) {
+        if (name != written && !look(name, files, terminating).mayHoldMarks()) // some open what was left
+            plan.superseded.push_back(std::move(name));
     }
     return plan;
 }

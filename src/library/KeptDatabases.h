@@ -35,13 +35,14 @@ struct Replacement {
     std::string earlier;   // the name that the holder of that name gets first; empty: that one goes
     std::string spare;     // another name for it, when one of these cannot be given
     bool mustStay = false; // rather no new file than none of these names
-    std::vector<std::string> superseded; // kept ones that go when it has its name
+    std::vector<std::string> superseded; // kept and left ones that go when it has its name
 };
 
 // Only what is unsound goes: what cannot be read just now may hold marks. What holds marks is not pushed
 // out by what holds none, nor by what lacks a marked album of it or more than a tenth of its marks; where
 // no name is free for it, the new file does not take its place. Cancelled passes through.
-Replacement planReplacement(const std::string& fileName, FileSystem& files,
+// `written` is the new one's name until then.
+Replacement planReplacement(const std::string& fileName, const std::string& written, FileSystem& files,
                             const std::atomic<bool>& terminating);
 
 } // namespace tessera

@@ -18,6 +18,14 @@ namespace {
 constexpr int kTextInset = 8;
 constexpr int kRowPadding = 4;
 
+// The messages in which the system's drag list asks the parent; others, such as those of the scroll bar, may
+// run loops in which anything arrives.
+bool mayDrag(UINT message)
+{
+    return (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST) || message == WM_KEYDOWN ||
+           message == WM_TIMER || message == WM_CANCELMODE || message == WM_CAPTURECHANGED;
+}
+
 } // namespace
 
 CListBoxEx::CListBoxEx()
@@ -218,7 +226,7 @@ Handled CListBoxEx::route(const Message& message)
                    : FALSE;
     }
     const Handled handled = Mapped::route(message);
-    if (handled || message.id == WM_NCDESTROY) {
+    if (handled || !mayDrag(message.id)) {
         return handled;
     }
     const FlagScope ownInput(m_bOwnInput);
@@ -291,7 +299,8 @@ Handled CListBoxEx::onParentMessage(const Message& message)
 {
     static const UINT dragMessage = RegisterWindowMessageA("commctrl_DragListMsg");
     if (message.id == dragMessage) {
-        if (!m_bOwnInput) { // the list sends it while it handles the mouse; others can send it at any time
+        if (!m_bOwnInput ||
+            InSendMessage()) { // the list sends it while it handles the mouse; others can send it at any time
             return kDefault;
         }
         const auto& info = *reinterpret_cast<const DRAGLISTINFO*>(message.lParam);

@@ -63,6 +63,8 @@ TEST_F(Places, ADeviceIsNeverOpened)
                {"C:\\m\\lpt9.jpg", false},
                {"C:/m/Con .front.jpg", false},
                {"aux:", false},
+               {"C:COM1", false},
+               {"C:cover.jpg", true},
                {"C:\\m\\nul.jpg", false},
                {"C:\\m\\Coma.jpg", true},
                {"C:\\m\\com\xB2.jpg", false},

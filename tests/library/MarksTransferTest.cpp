@@ -242,7 +242,7 @@ TEST_F(Transfer, AMissingAlbumKeepsTheDatabaseThatHasItsMarks)
         albums.push_back({format("Album %d", i), "Lumen", format("D:\\%d", i), {format("%d", i)}, 0, 4});
     const auto earlierName = [&](const std::vector<AlbumSpec>& now) {
         rig.files.files[name] = databaseOf(now);
-        return planReplacement(name, rig.files, rig.terminating).earlier;
+        return planReplacement(name, {}, rig.files, rig.terminating).earlier;
     };
     rig.files.files[name + ".bak"] = databaseOf(albums);
     auto unmarked = albums;

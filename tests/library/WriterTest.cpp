@@ -277,6 +277,24 @@ TEST_F(Replacing, LeftFilesOfOursGoAndThoseOfOthersStay)
     EXPECT_TRUE(temporary().empty());
     for (const auto& [name, bytes] : others)
         EXPECT_EQ(after()[name], bytes) << name;
+    after()[left[0]] = markedDatabase(true, true); // which somebody has opened and marked
+    ASSERT_TRUE(write());
+    EXPECT_TRUE(after().contains(left[0]));
+}
+
+// Earlier builds wrote texts with a NUL inside as the host gave them. No load takes such a file, and the
+// next build must not throw its marks away.
+TEST_F(Replacing, MarksOfADatabaseThatIsNoLongerLoadedAreKept)
+{
+    Bytes old = markedDatabase(true, false);
+    const auto title = std::ranges::search(old, std::string_view("Tides"));
+    ASSERT_FALSE(title.empty());
+    title[1] = 0;
+    EXPECT_FALSE(SampleRig().read(old));
+    prepare(old, {});
+    ASSERT_TRUE(write());
+    EXPECT_EQ(after()[kPrevious], old);
+    EXPECT_EQ(keptMarks(kTarget, rig->files, rig->terminating).size(), 1u);
 }
 
 // A scanner looks at what was just written. It lets go, or it does not, or the plug-in ends meanwhile.

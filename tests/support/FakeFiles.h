@@ -63,6 +63,13 @@ public:
             return std::nullopt;
         return files[path];
     }
+    std::optional<Bytes> readBeginning(const std::string& path, std::size_t most) override
+    {
+        std::optional<Bytes> bytes = readAll(path);
+        if (bytes)
+            bytes->resize(std::min(bytes->size(), most));
+        return bytes;
+    }
     std::unique_ptr<OutputFile> create(const std::string& path) override
     {
         if (fails() || isHeld(path) || isReadOnly(path) || folders.contains(path))
